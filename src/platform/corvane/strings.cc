@@ -1,0 +1,185 @@
+#include "varimo/platform/corvane/strings.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string_view>
+#include <system_error>
+
+namespace Corvane {
+
+namespace {
+
+constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+
+std::string_view StripView(std::string_view text) {
+  const auto first = text.find_first_not_of(kWhiteSpace);
+  if (first == std::string_view::npos) return {};
+  const auto last = text.find_last_not_of(kWhiteSpace);
+  return text.substr(first, last - first + 1);
+}
+
+// from_chars accepts neither blanks nor a leading '+'; strip both here so
+// that all number types share one policy.
+bool PrepareNumberText(std::string_view& text, bool allowMinus) {
+  text = StripView(text);
+  if (text.empty()) return false;
+  if (text.front() == '+') {
+    text.remove_prefix(1);
+    if (text.empty() || text.front() == '-' || text.front() == '+') return false;
+  } else if (text.front() == '-' && !allowMinus) {
+    return false;
+  }
+  return true;
+}
+
+template <class Integer>
+bool ParseInteger(const std::string& source, Integer& value, int base) {
+  if (base < 2 || base > 36) return false;
+  std::string_view text = source;
+  if (!PrepareNumberText(text, std::numeric_limits<Integer>::is_signed)) return false;
+  Integer parsed{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), parsed, base);
+  if (error != std::errc() || end != text.data() + text.size()) return false;
+  value = parsed;
+  return true;
+}
+
+// Infinity and NaN spelled out, in any case; from_chars handles the rest.
+template <class Real>
+bool ParseSpecialReal(std::string_view text, Real& value) {
+  bool negative = false;
+  if (!text.empty() && text.front() == '-') {
+    negative = true;
+    text.remove_prefix(1);
+  }
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (lower == "inf" || lower == "infinity") {
+    value = negative ? -std::numeric_limits<Real>::infinity() : std::numeric_limits<Real>::infinity();
+    return true;
+  }
+  if (lower == "nan") {
+    value = std::numeric_limits<Real>::quiet_NaN();
+    return true;
+  }
+  return false;
+}
+
+template <class Real>
+bool ParseReal(const std::string& source, Real& value) {
+  std::string_view text = source;
+  if (!PrepareNumberText(text, true)) return false;
+  Real parsed{};
+  const auto [end, error] =
+      std::from_chars(text.data(), text.data() + text.size(), parsed, std::chars_format::general);
+  if (error == std::errc() && end == text.data() + text.size()) {
+    value = parsed;
+    return true;
+  }
+  if (error == std::errc::result_out_of_range) return false;
+  return ParseSpecialReal(text, value);
+}
+
+void AppendToken(std::vector<std::string>& tokens, std::string&& token, bool quoted, bool merge) {
+  if (merge && token.empty() && !quoted) return;
+  tokens.push_back(std::move(token));
+}
+
+}  // namespace
+
+bool ZqStringToNumber(const std::string& text, double& value) { return ParseReal(text, value); }
+bool ZqStringToNumber(const std::string& text, float& value) { return ParseReal(text, value); }
+bool ZqStringToNumber(const std::string& text, int& value, int base) { return ParseInteger(text, value, base); }
+bool ZqStringToNumber(const std::string& text, unsigned int& value, int base) {
+  return ParseInteger(text, value, base);
+}
+bool ZqStringToNumber(const std::string& text, long& value, int base) { return ParseInteger(text, value, base); }
+bool ZqStringToNumber(const std::string& text, unsigned long& value, int base) {
+  return ParseInteger(text, value, base);
+}
+
+bool ZqNumberToString(std::string& text, double value, char format, int precision) {
+  if (precision < 0) return false;
+  if (std::string_view("fFeEgG").find(format) == std::string_view::npos) return false;
+  const char spec[] = {'%', '.', '*', format, '\0'};
+  const int length = std::snprintf(nullptr, 0, spec, precision, value);
+  if (length < 0) return false;
+  std::string formatted(static_cast<std::size_t>(length) + 1, '\0');
+  std::snprintf(formatted.data(), formatted.size(), spec, precision, value);
+  formatted.resize(static_cast<std::size_t>(length));
+  text = std::move(formatted);
+  return true;
+}
+
+std::string ZqNumberToString(long long value) { return std::to_string(value); }
+std::string ZqNumberToString(unsigned long long value) { return std::to_string(value); }
+
+void ZqStringTokenize(std::vector<std::string>& tokens, const std::string& line,
+                      const std::string& delimiters, bool mergeDelimiters) {
+  ZqStringTokenizeQuoted(tokens, line, delimiters, std::string(), mergeDelimiters);
+}
+
+void ZqStringTokenizeQuoted(std::vector<std::string>& tokens, const std::string& line,
+                            const std::string& delimiters, const std::string& quotes,
+                            bool mergeDelimiters) {
+  tokens.clear();
+  if (line.empty()) return;
+  const auto isDelimiter = [&](char c) { return delimiters.find(c) != std::string::npos; };
+  const auto isQuote = [&](char c) { return quotes.find(c) != std::string::npos; };
+
+  std::string token;
+  bool quoted = false;  // the current token began with a quote
+  std::size_t i = 0;
+  const std::size_t n = line.size();
+  while (i < n) {
+    const char c = line[i];
+    if (isDelimiter(c)) {
+      AppendToken(tokens, std::move(token), quoted, mergeDelimiters);
+      token.clear();
+      quoted = false;
+      ++i;
+      continue;
+    }
+    if (token.empty() && !quoted && isQuote(c)) {
+      quoted = true;
+      const char quote = c;
+      ++i;
+      while (i < n) {
+        if (line[i] == quote) {
+          if (i + 1 < n && line[i + 1] == quote) {
+            token.push_back(quote);
+            i += 2;
+            continue;
+          }
+          ++i;
+          break;
+        }
+        token.push_back(line[i++]);
+      }
+      continue;
+    }
+    token.push_back(c);
+    ++i;
+  }
+  // A trailing token: without merging, a final delimiter leaves an empty one.
+  if (!token.empty() || quoted || (!mergeDelimiters && isDelimiter(line.back()))) {
+    AppendToken(tokens, std::move(token), quoted, mergeDelimiters);
+  }
+}
+
+std::string ZqStringUpper(const std::string& text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](unsigned char c) {
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : static_cast<char>(c);
+  });
+  return upper;
+}
+
+std::string ZqStringStripWhiteSpace(const std::string& text) { return std::string(StripView(text)); }
+
+}  // namespace Corvane

@@ -1,0 +1,26 @@
+# Run by ctest: install, configure and build the consumer, run it.
+file(REMOVE_RECURSE ${WORK_DIR})
+set(prefix ${WORK_DIR}/prefix)
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "Command failed (${status}): ${ARGN}\n${out}\n${err}")
+  endif()
+  set(last_output "${out}" PARENT_SCOPE)
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${VARIMO_BINARY_DIR} --prefix ${prefix})
+
+set(extra_flags "")
+if(SANITIZE)
+  set(extra_flags "-DCMAKE_CXX_FLAGS=-fsanitize=address,undefined" "-DCMAKE_EXE_LINKER_FLAGS=-fsanitize=address,undefined")
+endif()
+run(${CMAKE_COMMAND} -S ${CONSUMER_SOURCE_DIR} -B ${WORK_DIR}/build -G ${GENERATOR}
+    -DCMAKE_PREFIX_PATH=${prefix} ${extra_flags})
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
+run(${WORK_DIR}/build/varimo_consumer)
+if(NOT last_output MATCHES "Column Not Found!")
+  message(FATAL_ERROR "Consumer printed an unexpected report:\n${last_output}")
+endif()
+message(STATUS "Consumer output:\n${last_output}")

@@ -1,0 +1,214 @@
+#include "varimo/tables/column_append.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "varimo/foundations/stats_data_types.h"
+
+namespace Varimo {
+namespace {
+
+namespace Bad = VarimoBadData;
+namespace Type = ZqStatVariableType;
+namespace Failure = ZqStatModelFailureType;
+
+std::vector<std::string> Comments(const ZqStatModelResult& result) {
+  std::vector<std::string> out;
+  for (const std::string& c : result.GetComments()) out.push_back(c);
+  return out;
+}
+
+std::vector<std::string> Context(const ZqStatModelResult& result) {
+  std::vector<std::string> out;
+  for (const std::string& c : result.GetContext()) out.push_back(c);
+  return out;
+}
+
+// One cell of the table of strict appends: which value goes into which
+// kind, and the comment of the refusal ("" when the append is accepted).
+struct StrictCase {
+  std::uint32_t type;
+  const char* routine;
+  std::function<ZqStatModelResult(ZqDataTableCol&)> append;
+  const char* refusal;
+};
+
+void PrintTo(const StrictCase& c, std::ostream* os) { *os << c.routine << " on kind " << c.type; }
+
+class StrictAppend : public ::testing::TestWithParam<StrictCase> {};
+
+TEST_P(StrictAppend, AcceptsOrRefusesWithItsText) {
+  const StrictCase& c = GetParam();
+  ZqDataTableCol col("c", c.type, 2);
+  const ZqStatModelResult result = c.append(col);
+  if (std::string(c.refusal).empty()) {
+    EXPECT_TRUE(result.IsSuccessful()) << result.ReportStatResultDetails();
+    EXPECT_EQ(col.GetNumElementsInCol(), 1u);
+  } else {
+    EXPECT_EQ(result.GetFailureType(), Failure::ArgumentTypeWrong);
+    EXPECT_EQ(Context(result), std::vector<std::string>{c.routine});
+    EXPECT_EQ(Comments(result), std::vector<std::string>{c.refusal});
+    EXPECT_NE(result.ReportStatResultDetails().find("Wrong Random variable type requested!\n"), std::string::npos);
+    EXPECT_EQ(col.GetNumElementsInCol(), 0u);  // unchanged
+  }
+}
+
+std::string StrictCaseName(const ::testing::TestParamInfo<StrictCase>& info) {
+  const char* kinds[] = {"Unknown", "Nominal", "Ordinal", "Interval", "Ratio", "Identifier"};
+  return std::string(kinds[info.param.type]) + "_" + info.param.routine;
+}
+
+const auto U = [](ZqDataTableCol& c) { return ZqAppendUnsignedToCol(c, 7u); };
+const auto I = [](ZqDataTableCol& c) { return ZqAppendIntToCol(c, -7); };
+const auto F = [](ZqDataTableCol& c) { return ZqAppendFloatToCol(c, 1.5f); };
+const auto D = [](ZqDataTableCol& c) { return ZqAppendDoubleToCol(c, 2.5); };
+const auto S = [](ZqDataTableCol& c) { return ZqAppendStringToCol(c, "txt"); };
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryKindAndValue, StrictAppend,
+    ::testing::Values(
+        StrictCase{Type::Nominal, "ZqAppendUnsignedToCol", U, "Tried adding unsigned, but Nominal Var accepts only strings!"},
+        StrictCase{Type::Nominal, "ZqAppendIntToCol", I, "Tried adding int, but Nominal Var accepts only strings!"},
+        StrictCase{Type::Nominal, "ZqAppendFloatToCol", F, "Tried adding float, but Nominal Var accepts only strings!"},
+        StrictCase{Type::Nominal, "ZqAppendDoubleToCol", D, "Tried adding double, but Nominal Var accepts only strings!"},
+        StrictCase{Type::Nominal, "ZqAppendStringToCol", S, ""},
+        StrictCase{Type::Interval, "ZqAppendUnsignedToCol", U, ""},
+        StrictCase{Type::Interval, "ZqAppendIntToCol", I, ""},
+        StrictCase{Type::Interval, "ZqAppendFloatToCol", F, "Tried adding float, but Interval Var accepts only doubles!"},
+        StrictCase{Type::Interval, "ZqAppendDoubleToCol", D, "Tried adding double, but Interval Var accepts only ints!"},
+        StrictCase{Type::Interval, "ZqAppendStringToCol", S, "Tried adding string, but Interval Var accepts only ints!"},
+        StrictCase{Type::Ratio, "ZqAppendUnsignedToCol", U, "Tried adding unsigned, but Ratio Var accepts only doubles!"},
+        StrictCase{Type::Ratio, "ZqAppendIntToCol", I, "Tried adding int, but Ratio Var accepts only doubles!"},
+        StrictCase{Type::Ratio, "ZqAppendFloatToCol", F, ""},
+        StrictCase{Type::Ratio, "ZqAppendDoubleToCol", D, ""},
+        StrictCase{Type::Ratio, "ZqAppendStringToCol", S, "Tried adding string, but Ratio Var accepts only doubles!"},
+        StrictCase{Type::Identifier, "ZqAppendUnsignedToCol", U,
+                   "Tried adding unsigned, but Identifier Var accepts only strings!"},
+        StrictCase{Type::Identifier, "ZqAppendIntToCol", I, "Tried adding int, but Identifier Var accepts only strings!"},
+        StrictCase{Type::Identifier, "ZqAppendFloatToCol", F,
+                   "Tried adding float, but Identifier Var accepts only strings!"},
+        StrictCase{Type::Identifier, "ZqAppendDoubleToCol", D,
+                   "Tried adding double, but Identifier Var accepts only strings!"},
+        StrictCase{Type::Identifier, "ZqAppendStringToCol", S, ""}),
+    StrictCaseName);
+
+TEST(ColumnAppend, StoredValuesReadBack) {
+  ZqDataTableCol interval("i", Type::Interval, 2);
+  ASSERT_TRUE(ZqAppendUnsignedToCol(interval, 0xFFFFFFFFu).IsSuccessful());  // same bits: -1
+  EXPECT_EQ(interval.GetInt(0, 0), -1);
+  ZqDataTableCol ratio("r", Type::Ratio, 2);
+  ASSERT_TRUE(ZqAppendFloatToCol(ratio, 0.1f).IsSuccessful());
+  EXPECT_EQ(ratio.GetDouble(0, 0), static_cast<double>(0.1f));
+}
+
+TEST(ColumnAppend, ReadOnlyAndNullColumnsRefuseEverything) {
+  ZqDataTableCol ratio("r", Type::Ratio, 1);
+  ASSERT_TRUE(ZqFinishAppendingVars(ratio).IsSuccessful());
+  ZqDataTableCol nullCol;
+  const std::vector<std::function<ZqStatModelResult(ZqDataTableCol&)>> appends = {
+      U, I, F, D, S,
+      [](ZqDataTableCol& c) { return ZqAppendMissingDataToCol(c); },
+      [](ZqDataTableCol& c) { return ZqConvertUnsignedAndAppendToCol(c, 1u); },
+      [](ZqDataTableCol& c) { return ZqConvertIntAndAppendToCol(c, 1); },
+      [](ZqDataTableCol& c) { return ZqConvertFloatAndAppendToCol(c, 1.0f); },
+      [](ZqDataTableCol& c) { return ZqConvertDoubleAndAppendToCol(c, 1.0); },
+      [](ZqDataTableCol& c) { return ZqConvertStringAndAppendToCol(c, "1"); }};
+  for (const auto& append : appends) {
+    EXPECT_EQ(append(ratio).GetFailureType(), Failure::VariableIsReadOnly);
+    EXPECT_EQ(append(nullCol).GetFailureType(), Failure::ColumnHasWrongDataType);
+  }
+  EXPECT_EQ(ratio.GetNumElementsInCol(), 0u);
+  // Every kind becomes read only at its finish.
+  for (std::uint32_t type : {Type::Nominal, Type::Interval, Type::Identifier}) {
+    ZqDataTableCol col("c", type, 1);
+    col.FinishAddingVars();
+    EXPECT_EQ(ZqAppendMissingDataToCol(col).GetFailureType(), Failure::VariableIsReadOnly) << type;
+  }
+}
+
+TEST(ColumnAppend, MissingDataOfEachKind) {
+  ZqDataTableCol nominal("n", Type::Nominal, 1), interval("i", Type::Interval, 1), ratio("r", Type::Ratio, 1),
+      identifier("d", Type::Identifier, 1);
+  for (ZqDataTableCol* col : {&nominal, &interval, &ratio, &identifier}) {
+    ASSERT_TRUE(ZqAppendMissingDataToCol(*col).IsSuccessful());
+    col->FinishAddingVars();
+    EXPECT_TRUE(col->RowColHasMissingData(0, 0)) << col->GetColumnName();
+    EXPECT_EQ(col->GetDouble(0, 0), Bad::MissingDouble) << col->GetColumnName();
+  }
+  EXPECT_EQ(interval.GetInt(0, 0), 0x7FFFFFFE);
+  EXPECT_TRUE(interval.ColHasMissingData());
+}
+
+TEST(ColumnAppend, FixedListRefusesUnknownStrings) {
+  ZqDataTableCol col("n", Type::Nominal, std::vector<std::string>{"low", "high"}, 2);
+  const ZqStatModelResult refused = ZqAppendStringToCol(col, "medium");
+  EXPECT_EQ(refused.GetFailureType(), Failure::ArgumentOutOfRange);
+  EXPECT_EQ(Context(refused), std::vector<std::string>{"ZqAppendStringToCol"});
+  EXPECT_EQ(Comments(refused), std::vector<std::string>{"String medium not found in list of unique nominal values"});
+  EXPECT_EQ(col.GetNumElementsInCol(), 0u);
+
+  const ZqStatModelResult converted = ZqConvertDoubleAndAppendToCol(col, 2.5);
+  EXPECT_EQ(Context(converted), (std::vector<std::string>{"ZqAppendStringToCol", "ZqConvertDoubleAndAppendToCol"}));
+  EXPECT_EQ(Comments(converted), std::vector<std::string>{"String 2.5 not found in list of unique nominal values"});
+
+  const ZqStatModelResult convertedText = ZqConvertStringAndAppendToCol(col, "zero");
+  EXPECT_EQ(Context(convertedText), std::vector<std::string>{"ZqConvertStringAndAppendToCol"});
+  EXPECT_EQ(Comments(convertedText), std::vector<std::string>{"String zero not found in list of unique nominal values"});
+}
+
+TEST(ColumnAppend, ConvertingIntoEachKind) {
+  ZqDataTableCol nominal("n", Type::Nominal, 4);
+  ASSERT_TRUE(ZqConvertIntAndAppendToCol(nominal, 3).IsSuccessful());
+  ASSERT_TRUE(ZqConvertDoubleAndAppendToCol(nominal, 0.25).IsSuccessful());
+  ASSERT_TRUE(ZqConvertUnsignedAndAppendToCol(nominal, 3u).IsSuccessful());
+  ASSERT_TRUE(ZqConvertStringAndAppendToCol(nominal, "z").IsSuccessful());
+  nominal.FinishAddingVars();
+  EXPECT_EQ(nominal.GetUniqueDiscreteValues(), (std::vector<std::string>{"0.25", "3", "z"}));
+
+  ZqDataTableCol interval("i", Type::Interval, 8);
+  ASSERT_TRUE(ZqConvertDoubleAndAppendToCol(interval, -2.9).IsSuccessful());
+  ASSERT_TRUE(ZqConvertFloatAndAppendToCol(interval, 2.9f).IsSuccessful());
+  ASSERT_TRUE(ZqConvertStringAndAppendToCol(interval, " 42 ").IsSuccessful());
+  ASSERT_TRUE(ZqConvertDoubleAndAppendToCol(interval, Bad::MissingDouble).IsSuccessful());
+  ASSERT_TRUE(ZqConvertDoubleAndAppendToCol(interval, 1e12).IsSuccessful());
+  ASSERT_TRUE(ZqConvertDoubleAndAppendToCol(interval, std::nan("")).IsSuccessful());
+  EXPECT_EQ(interval.GetInt(0, 0), -2);  // toward zero
+  EXPECT_EQ(interval.GetInt(1, 0), 2);
+  EXPECT_EQ(interval.GetInt(2, 0), 42);
+  EXPECT_EQ(interval.GetInt(3, 0), Bad::MissingInt);
+  EXPECT_EQ(interval.GetInt(4, 0), Bad::BadInt);
+  EXPECT_EQ(interval.GetInt(5, 0), Bad::BadInt);
+  const ZqStatModelResult notInt = ZqConvertStringAndAppendToCol(interval, "4.5");
+  EXPECT_EQ(notInt.GetFailureType(), Failure::ArgumentValueWrong);
+  EXPECT_EQ(Comments(notInt), std::vector<std::string>{"Unable to parse field : 4.5 as an int!"});
+  // Reserved names are not numbers to the converting family.
+  EXPECT_EQ(ZqConvertStringAndAppendToCol(interval, "MissingIntData").GetFailureType(), Failure::ArgumentValueWrong);
+  EXPECT_EQ(interval.GetNumElementsInCol(), 6u);
+
+  ZqDataTableCol ratio("r", Type::Ratio, 4);
+  ASSERT_TRUE(ZqConvertIntAndAppendToCol(ratio, -3).IsSuccessful());
+  ASSERT_TRUE(ZqConvertStringAndAppendToCol(ratio, "1e-3").IsSuccessful());
+  EXPECT_EQ(ratio.GetDouble(0, 0), -3.0);
+  EXPECT_EQ(ratio.GetDouble(1, 0), 0.001);
+  const ZqStatModelResult notDouble = ZqConvertStringAndAppendToCol(ratio, "?");
+  EXPECT_EQ(Comments(notDouble), std::vector<std::string>{"Unable to parse field : ? as a double!"});
+  EXPECT_EQ(Context(notDouble), std::vector<std::string>{"ZqConvertStringAndAppendToCol"});
+  EXPECT_EQ(ZqConvertStringAndAppendToCol(ratio, "BadDoubleData").GetFailureType(), Failure::ArgumentValueWrong);
+}
+
+TEST(ColumnAppend, NumberIntoIdentifierIsKeptButReportedWrong) {
+  ZqDataTableCol ids("d", Type::Identifier, 2);
+  const ZqStatModelResult result = ZqConvertDoubleAndAppendToCol(ids, 1.25);
+  EXPECT_EQ(result.GetFailureType(), Failure::ColumnHasWrongDataType);
+  EXPECT_EQ(Context(result), std::vector<std::string>{"ZqConvertDoubleAndAppendToCol"});
+  EXPECT_EQ(ids.GetString(0, 0), "1.25");
+  EXPECT_TRUE(ZqConvertStringAndAppendToCol(ids, "name").IsSuccessful());
+  EXPECT_EQ(ids.GetNumElementsInCol(), 2u);
+}
+
+}  // namespace
+}  // namespace Varimo
