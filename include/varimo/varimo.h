@@ -6,3 +6,7 @@
 #include "varimo/foundations/stat_model_result.h"
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/foundations/value_conversion.h"
+
+#include "varimo/tables/column_append.h"
+#include "varimo/tables/data_table_column_kinds.h"
+#include "varimo/tables/data_table.h"

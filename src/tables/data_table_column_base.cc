@@ -3,6 +3,7 @@
 
 #include "column_helpers.h"
 #include "varimo/foundations/stats_data_types.h"
+#include "varimo/tables/data_table.h"
 #include "varimo/tables/data_table_column.h"
 
 namespace Varimo {
@@ -102,6 +103,25 @@ void ZqDataTableColBase::PrintSummaryPlusStartOfData(std::uint64_t numRows, std:
 
 void ZqDataTableColBase::PrintSummaryPlusStartOfData(std::uint64_t numRows, std::uint64_t numCols) const {
   PrintSummaryPlusStartOfData(numRows, numCols, std::cout);
+}
+
+void ZqDataTableColBase::PrintSummaryPlusStartOfData(const ZqDataTable& table, std::uint64_t numRows,
+                                                     std::uint64_t numCols, std::ostream& out) const {
+  PrintSummary(out);
+  const std::uint64_t cols = std::min(numCols, numColumns_);
+  if (numRows == 0 || cols == 0 || table.GetNumRows() == 0) return;
+  out << "Start of Data in Col:" << '\n';
+  std::uint64_t printed = 0;
+  for (Corvane::ZqIter<const ZqDataTableRow> row = table.GetRows(); row && printed < numRows; ++row, ++printed) {
+    out << "   ";
+    for (std::uint64_t col = 0; col < cols; ++col) out << GetString(row->GetRowNumber(), col) << ' ';
+    out << '\n';
+  }
+}
+
+void ZqDataTableColBase::PrintSummaryPlusStartOfData(const ZqDataTable& table, std::uint64_t numRows,
+                                                     std::uint64_t numCols) const {
+  PrintSummaryPlusStartOfData(table, numRows, numCols, std::cout);
 }
 
 }  // namespace Varimo

@@ -24,6 +24,8 @@
 
 namespace Varimo {
 
+class ZqDataTable;
+
 // One element of a sparse array column.
 class ZqRowColValue {
  public:
@@ -117,6 +119,10 @@ class ZqDataTableColBase {
   // The summary, then the first `numRows` rows and `numCols` columns as text.
   void PrintSummaryPlusStartOfData(std::uint64_t numRows, std::uint64_t numCols, std::ostream& out) const;
   void PrintSummaryPlusStartOfData(std::uint64_t numRows, std::uint64_t numCols) const;
+  // The same over the first `numRows` rows that `table` selects.
+  void PrintSummaryPlusStartOfData(const ZqDataTable& table, std::uint64_t numRows, std::uint64_t numCols,
+                                   std::ostream& out) const;
+  void PrintSummaryPlusStartOfData(const ZqDataTable& table, std::uint64_t numRows, std::uint64_t numCols) const;
 
  protected:
   ZqDataTableColBase(const ZqDataTableColBase&) = default;
@@ -216,6 +222,10 @@ class ZqDataTableCol {
   }
   void PrintSummaryPlusStartOfData(std::uint64_t numRows, std::uint64_t numCols, std::ostream& out) const {
     impl_->PrintSummaryPlusStartOfData(numRows, numCols, out);
+  }
+  void PrintSummaryPlusStartOfData(const ZqDataTable& table, std::uint64_t numRows, std::uint64_t numCols,
+                                   std::ostream& out) const {
+    impl_->PrintSummaryPlusStartOfData(table, numRows, numCols, out);
   }
 
  private:
