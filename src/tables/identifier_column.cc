@@ -19,6 +19,15 @@ ZqDataTableColOfIdentifiers::ZqDataTableColOfIdentifiers(const std::string& name
   values_.reserve(ColumnDetail::ElementsToReserve(numRows, numCols, lowerTriangular));
 }
 
+ZqDataTableColOfIdentifiers::ZqDataTableColOfIdentifiers(const std::string& name, const std::string& fullName,
+                                                         std::vector<std::string> values)
+    : ZqDataTableColBase(name, fullName, 1, false), values_(std::move(values)) {
+  for (const std::string& value : values_) {
+    if (ZqIsMissing(value)) SetColHasMissingData();
+    if (ZqIsBad(value)) SetColHasBadData();
+  }
+}
+
 std::uint32_t ZqDataTableColOfIdentifiers::IndexOfStringInListOfPossibleValues(const std::string&) const {
   return VarimoBadData::BadUnsigned;
 }

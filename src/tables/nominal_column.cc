@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <ostream>
+#include <unordered_map>
 #include <utility>
 
 #include "column_helpers.h"
@@ -52,22 +53,33 @@ void ZqDataTableColOfNominals::FinishAddingVars() {
 }
 
 void ZqDataTableColOfNominals::LoadUniqueNominalValues() {
-  // Sort (string, position) pairs; equal strings are then adjacent and keep
-  // their positions in order, and each run of equal strings becomes one
-  // entry of the ascending list.
-  std::vector<std::pair<std::string, std::size_t>> sorted;
-  sorted.reserve(staged_.size());
+  // The list is the distinct staged strings in ascending order, and each
+  // element's index is its string's place in that list. Numbering the
+  // distinct strings by first appearance and sorting only those keeps this
+  // linear in the number of elements (a column has few categories and many
+  // rows).
+  std::unordered_map<std::string, std::uint32_t> firstSeen;
+  std::vector<std::uint32_t> seenIndex(staged_.size());
   for (std::size_t position = 0; position < staged_.size(); ++position) {
-    sorted.emplace_back(std::move(staged_[position]), position);
+    const auto [entry, inserted] =
+        firstSeen.try_emplace(staged_[position], static_cast<std::uint32_t>(firstSeen.size()));
+    seenIndex[position] = entry->second;
   }
-  std::sort(sorted.begin(), sorted.end());
-  indices_.assign(sorted.size(), 0);
-  for (const auto& [value, position] : sorted) {
-    if (uniqueValues_.empty() || uniqueValues_.back() != value) uniqueValues_.push_back(value);
-    indices_[position] = static_cast<std::uint32_t>(uniqueValues_.size() - 1);
+  std::vector<std::pair<const std::string*, std::uint32_t>> distinct;
+  distinct.reserve(firstSeen.size());
+  for (const auto& [value, seen] : firstSeen) distinct.emplace_back(&value, seen);
+  std::sort(distinct.begin(), distinct.end(), [](const auto& a, const auto& b) { return *a.first < *b.first; });
+  std::vector<std::uint32_t> listIndexOfSeen(distinct.size());
+  uniqueValues_.reserve(distinct.size());
+  for (const auto& [value, seen] : distinct) {
+    listIndexOfSeen[seen] = static_cast<std::uint32_t>(uniqueValues_.size());
+    uniqueValues_.push_back(*value);
   }
-  staged_.clear();
-  staged_.shrink_to_fit();
+  indices_.resize(staged_.size());
+  for (std::size_t position = 0; position < staged_.size(); ++position) {
+    indices_[position] = listIndexOfSeen[seenIndex[position]];
+  }
+  std::vector<std::string>().swap(staged_);
 }
 
 std::uint32_t ZqDataTableColOfNominals::GetStatVariableType() const { return ZqStatVariableType::Nominal; }

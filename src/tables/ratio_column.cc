@@ -24,12 +24,15 @@ ZqDataTableColOfRatioVars::ZqDataTableColOfRatioVars(const std::string& name, co
 }
 
 ZqDataTableColOfRatioVars::ZqDataTableColOfRatioVars(const std::string& name, const std::string& fullName,
-                                                     const std::vector<double>& values, std::uint64_t numCols,
+                                                     std::vector<double> values, std::uint64_t numCols,
                                                      bool lowerTriangular)
     : ZqDataTableColBase(name, fullName, lowerTriangular ? numCols : AtLeastOneColumn(numCols), lowerTriangular),
-      numRows_(lowerTriangular ? numCols : values.size() / AtLeastOneColumn(numCols)) {
-  values_.reserve(values.size());
-  for (double value : values) PushBackDouble(value);
+      values_(std::move(values)),
+      numRows_(lowerTriangular ? numCols : values_.size() / AtLeastOneColumn(numCols)) {
+  for (double value : values_) {
+    if (value == VarimoBadData::MissingDouble) SetColHasMissingData();
+    if (value == VarimoBadData::BadDouble) SetColHasBadData();
+  }
 }
 
 ZqDataTableColOfRatioVars::ZqDataTableColOfRatioVars(const std::string& name, const std::string& fullName,

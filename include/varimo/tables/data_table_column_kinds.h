@@ -143,8 +143,8 @@ class ZqDataTableColOfRatioVars final : public ZqDataTableColBase {
  public:
   ZqDataTableColOfRatioVars(const std::string& name, const std::string& fullName, std::uint64_t numRows,
                             std::uint64_t numCols, bool lowerTriangular);
-  // Dense, holding a copy of `values`.
-  ZqDataTableColOfRatioVars(const std::string& name, const std::string& fullName, const std::vector<double>& values,
+  // Dense, holding `values`.
+  ZqDataTableColOfRatioVars(const std::string& name, const std::string& fullName, std::vector<double> values,
                             std::uint64_t numCols, bool lowerTriangular);
   // Sparse, numRows rows; read only from the start.
   ZqDataTableColOfRatioVars(const std::string& name, const std::string& fullName, std::uint64_t numCols,
@@ -191,6 +191,8 @@ class ZqDataTableColOfIdentifiers final : public ZqDataTableColBase {
  public:
   ZqDataTableColOfIdentifiers(const std::string& name, const std::string& fullName, std::uint64_t numRows,
                               std::uint64_t numCols, bool lowerTriangular);
+  // A scalar column holding `values`.
+  ZqDataTableColOfIdentifiers(const std::string& name, const std::string& fullName, std::vector<std::string> values);
 
   std::uint32_t IndexOfStringInListOfPossibleValues(const std::string& value) const override;
   void PushBackUnsigned(std::uint32_t) override {}

@@ -1,6 +1,8 @@
 #include "varimo/platform/corvane/strings.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -129,45 +131,55 @@ void ZqStringTokenizeQuoted(std::vector<std::string>& tokens, const std::string&
                             bool mergeDelimiters) {
   tokens.clear();
   if (line.empty()) return;
-  const auto isDelimiter = [&](char c) { return delimiters.find(c) != std::string::npos; };
-  const auto isQuote = [&](char c) { return quotes.find(c) != std::string::npos; };
+  // Table readers call this once per line of large files: classify bytes by
+  // table lookup and copy runs of ordinary bytes at once.
+  enum : unsigned char { kOrdinary = 0, kDelimiter = 1, kQuote = 2 };
+  std::array<unsigned char, 256> kind{};
+  for (char c : quotes) kind[static_cast<unsigned char>(c)] = kQuote;
+  for (char c : delimiters) kind[static_cast<unsigned char>(c)] = kDelimiter;
+  const auto kindOf = [&kind](char c) { return kind[static_cast<unsigned char>(c)]; };
 
   std::string token;
   bool quoted = false;  // the current token began with a quote
-  std::size_t i = 0;
-  const std::size_t n = line.size();
-  while (i < n) {
-    const char c = line[i];
-    if (isDelimiter(c)) {
+  const char* p = line.data();
+  const char* const end = p + line.size();
+  while (p < end) {
+    const unsigned char k = kindOf(*p);
+    if (k == kDelimiter) {
       AppendToken(tokens, std::move(token), quoted, mergeDelimiters);
       token.clear();
       quoted = false;
-      ++i;
+      ++p;
       continue;
     }
-    if (token.empty() && !quoted && isQuote(c)) {
+    if (k == kQuote && token.empty() && !quoted) {
       quoted = true;
-      const char quote = c;
-      ++i;
-      while (i < n) {
-        if (line[i] == quote) {
-          if (i + 1 < n && line[i + 1] == quote) {
-            token.push_back(quote);
-            i += 2;
-            continue;
-          }
-          ++i;
+      const char quote = *p++;
+      while (p < end) {
+        const char* close = static_cast<const char*>(std::memchr(p, quote, static_cast<std::size_t>(end - p)));
+        if (close == nullptr) {  // never closed: the rest of the line
+          token.append(p, end);
+          p = end;
           break;
         }
-        token.push_back(line[i++]);
+        token.append(p, close);
+        p = close + 1;
+        if (p < end && *p == quote) {  // a doubled quote stands for one
+          token.push_back(quote);
+          ++p;
+          continue;
+        }
+        break;
       }
       continue;
     }
-    token.push_back(c);
-    ++i;
+    const char* run = p + 1;
+    while (run < end && kindOf(*run) != kDelimiter) ++run;
+    token.append(p, run);
+    p = run;
   }
   // A trailing token: without merging, a final delimiter leaves an empty one.
-  if (!token.empty() || quoted || (!mergeDelimiters && isDelimiter(line.back()))) {
+  if (!token.empty() || quoted || (!mergeDelimiters && kindOf(line.back()) == kDelimiter)) {
     AppendToken(tokens, std::move(token), quoted, mergeDelimiters);
   }
 }
