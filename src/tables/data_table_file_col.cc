@@ -60,6 +60,7 @@ ZqStatModelResult ZqDataTableFileCol::AddField(const std::string& field) {
       // read again as texts by the file reader.
       allNumbers_ = false;
       leadingTextsNeeded_ = numbers_.size();
+      staged_.reserve(numbers_.capacity());
       std::vector<double>().swap(numbers_);
     }
     staged_.push_back(value);

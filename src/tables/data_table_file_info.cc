@@ -1,6 +1,8 @@
 #include "varimo/tables/data_table_file_info.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <string_view>
 
 #include "varimo/foundations/stats_data_types.h"
@@ -18,6 +20,44 @@ namespace State = ZqDataTableFileState;
 // Runs of delimiters merge, except in comma-separated data, where an empty
 // field between two commas is a field.
 bool MergeDelimiters(const std::string& delimiters) { return delimiters != ",\n"; }
+
+// Counts the lines from the stream's position on that are neither blank nor
+// comments, as reading them one by one would, but scanning raw blocks: the
+// loaders count before they read, and a large file should not be split
+// into line strings twice.
+std::uint64_t CountContentLines(Tessik::zqifstream& stream, const std::string& commentChars) {
+  std::array<bool, 256> isComment{};
+  for (char c : commentChars) isComment[static_cast<unsigned char>(c)] = true;
+  const auto isBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r' && c != '\n'); };
+  // Small enough to come from the heap rather than a fresh mapping.
+  std::vector<char> block(std::size_t{1} << 16);
+  std::uint64_t count = 0;
+  // Within a line only its first non-blank byte matters; the rest of the
+  // line is skipped by memchr to its newline.
+  bool contentSeen = false, comment = false;
+  while (stream) {
+    stream.read(block.data(), static_cast<std::streamsize>(block.size()));
+    const char* p = block.data();
+    const char* const end = p + stream.gcount();
+    while (p < end) {
+      if (!contentSeen) {
+        while (p < end && isBlank(*p)) ++p;
+        if (p == end) break;
+        if (*p != '\n') {
+          contentSeen = true;
+          comment = isComment[static_cast<unsigned char>(*p)];
+        }
+      }
+      const void* newline = std::memchr(p, '\n', static_cast<std::size_t>(end - p));
+      if (newline == nullptr) break;  // the line goes on in the next block
+      if (contentSeen && !comment) ++count;
+      contentSeen = comment = false;
+      p = static_cast<const char*>(newline) + 1;
+    }
+  }
+  if (contentSeen && !comment) ++count;  // a last line without a newline
+  return count;
+}
 
 std::string FirstTokenUpper(const std::vector<std::string>& fields) {
   return fields.empty() ? std::string() : Corvane::ZqStringUpper(fields.front());
@@ -216,7 +256,12 @@ ZqStatModelResult ZqDataTableFileInfo::CountNumberOfDataLines(std::uint64_t& cou
     result.AddCallContext("ZqDataTableFileInfo::CountNumberOfDataLines");
     return result;
   }
-  while (NextContentLine()) ++count;
+  if (!dataLinesCounted_) {
+    countedDataLines_ = CountContentLines(status_.GetStream(), commentChars_);
+    dataLinesCounted_ = true;
+    status_.SetFileState(State::AtEnd);
+  }
+  count = countedDataLines_;
   return result;
 }
 
@@ -471,15 +516,21 @@ ZqStatModelResult ZqDataTableFileInfo::ProcessDataLines() {
 
   const std::uint64_t numFixed = triangular ? numColumns - 1 : numColumns;
   std::vector<std::string> fields;
+  // The loop runs once per cell of large files: results are checked where
+  // they are made instead of being assigned round.
+  const auto failed = [&](ZqStatModelResult& failure) {
+    failure.AddCallContext(kRoutine);
+    result = std::move(failure);
+    return result;
+  };
   for (std::uint64_t line = 0; line < numDataLines; ++line) {
-    result = GetNextDataFieldVector(fields);
-    if (result.IsSuccessful()) result = lineNumbers_.AddLineNumber(status_.GetLineNumber());
-    for (std::uint64_t f = 0; result.IsSuccessful() && f < fields.size(); ++f) {
-      result = fileColumns_[std::min(f, numFixed)].AddField(fields[f]);
+    if (ZqStatModelResult read = GetNextDataFieldVector(fields); read.NotSuccessful()) return failed(read);
+    if (ZqStatModelResult added = lineNumbers_.AddLineNumber(status_.GetLineNumber()); added.NotSuccessful()) {
+      return failed(added);
     }
-    if (result.NotSuccessful()) {
-      result.AddCallContext(kRoutine);
-      return result;
+    for (std::uint64_t f = 0; f < fields.size(); ++f) {
+      ZqStatModelResult added = fileColumns_[std::min(f, numFixed)].AddField(fields[f]);
+      if (added.NotSuccessful()) return failed(added);
     }
     status_.SetNumDataLinesProcessed(status_.GetNumDataLinesProcessed() + 1);
   }

@@ -93,6 +93,8 @@ class ZqStatModelResult {
   explicit ZqStatModelResult(const bool& success) : success_(success) {}
   ZqStatModelResult(const ZqStatModelResult&) = default;
   ZqStatModelResult& operator=(const ZqStatModelResult&) = default;
+  ZqStatModelResult(ZqStatModelResult&&) noexcept = default;
+  ZqStatModelResult& operator=(ZqStatModelResult&&) noexcept = default;
 
   // Assigning false to a result that has already failed keeps its report;
   // any other assignment starts a fresh result with the given flag.

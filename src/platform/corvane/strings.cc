@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <cstdlib>
+#include <locale.h>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -15,13 +17,13 @@ namespace Corvane {
 
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+bool IsWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 std::string_view StripView(std::string_view text) {
-  const auto first = text.find_first_not_of(kWhiteSpace);
-  if (first == std::string_view::npos) return {};
-  const auto last = text.find_last_not_of(kWhiteSpace);
-  return text.substr(first, last - first + 1);
+  std::size_t first = 0, last = text.size();
+  while (first < last && IsWhiteSpace(text[first])) ++first;
+  while (last > first && IsWhiteSpace(text[last - 1])) --last;
+  return text.substr(first, last - first);
 }
 
 // from_chars accepts neither blanks nor a leading '+'; strip both here so
@@ -72,6 +74,21 @@ bool ParseSpecialReal(std::string_view text, Real& value) {
   return false;
 }
 
+// from_chars reports both overflow and underflow as out of range. Overflow
+// is refused; a value too small to represent reads as the nearest
+// representable one (zero), as strtod and other readers take it. strtod is
+// asked in the C locale so that the decimal point is always '.'.
+template <class Real>
+bool ParseOutOfRangeReal(std::string_view text, Real& value) {
+  static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+  if (cLocale == static_cast<locale_t>(nullptr)) return false;
+  const std::string copy(text);
+  const double parsed = strtod_l(copy.c_str(), nullptr, cLocale);
+  if (std::fabs(parsed) >= 1.0 || std::isinf(parsed)) return false;
+  value = static_cast<Real>(parsed);
+  return true;
+}
+
 template <class Real>
 bool ParseReal(const std::string& source, Real& value) {
   std::string_view text = source;
@@ -83,14 +100,10 @@ bool ParseReal(const std::string& source, Real& value) {
     value = parsed;
     return true;
   }
-  if (error == std::errc::result_out_of_range) return false;
+  if (error == std::errc::result_out_of_range) return ParseOutOfRangeReal(text, value);
   return ParseSpecialReal(text, value);
 }
 
-void AppendToken(std::vector<std::string>& tokens, std::string&& token, bool quoted, bool merge) {
-  if (merge && token.empty() && !quoted) return;
-  tokens.push_back(std::move(token));
-}
 
 }  // namespace
 
@@ -129,29 +142,52 @@ void ZqStringTokenize(std::vector<std::string>& tokens, const std::string& line,
 void ZqStringTokenizeQuoted(std::vector<std::string>& tokens, const std::string& line,
                             const std::string& delimiters, const std::string& quotes,
                             bool mergeDelimiters) {
-  tokens.clear();
-  if (line.empty()) return;
-  // Table readers call this once per line of large files: classify bytes by
-  // table lookup and copy runs of ordinary bytes at once.
+  // Table readers call this once per line of large files. Bytes are
+  // classified by table lookup, runs of ordinary bytes are copied at once,
+  // and tokens are written over the strings already in `tokens`, whose
+  // buffers are then reused from line to line.
   enum : unsigned char { kOrdinary = 0, kDelimiter = 1, kQuote = 2 };
   std::array<unsigned char, 256> kind{};
   for (char c : quotes) kind[static_cast<unsigned char>(c)] = kQuote;
   for (char c : delimiters) kind[static_cast<unsigned char>(c)] = kDelimiter;
   const auto kindOf = [&kind](char c) { return kind[static_cast<unsigned char>(c)]; };
+  // With one delimiter (a line holds no newline, so "\n" does not count),
+  // runs end where memchr finds it, many bytes at a time.
+  std::string lineDelimiters;
+  for (char c : delimiters) {
+    if (c != '\n' && line.find(c) != std::string::npos) lineDelimiters.push_back(c);
+  }
+  const bool oneDelimiter = lineDelimiters.size() <= 1;
+  const char delimiter = lineDelimiters.empty() ? '\n' : lineDelimiters[0];
 
-  std::string token;
+  std::size_t count = 0;  // tokens finished
+  const auto current = [&]() -> std::string& {
+    if (count == tokens.size()) tokens.emplace_back();
+    return tokens[count];
+  };
+  if (line.empty()) {
+    tokens.clear();
+    return;
+  }
+  current().clear();
   bool quoted = false;  // the current token began with a quote
+  // Ends the current token: kept unless it is empty and runs of delimiters
+  // merge (an empty quoted token is always kept).
+  const auto finishToken = [&] {
+    if (!(mergeDelimiters && !quoted && tokens[count].empty())) ++count;
+    current().clear();
+    quoted = false;
+  };
   const char* p = line.data();
   const char* const end = p + line.size();
   while (p < end) {
     const unsigned char k = kindOf(*p);
     if (k == kDelimiter) {
-      AppendToken(tokens, std::move(token), quoted, mergeDelimiters);
-      token.clear();
-      quoted = false;
+      finishToken();
       ++p;
       continue;
     }
+    std::string& token = tokens[count];
     if (k == kQuote && token.empty() && !quoted) {
       quoted = true;
       const char quote = *p++;
@@ -174,14 +210,18 @@ void ZqStringTokenizeQuoted(std::vector<std::string>& tokens, const std::string&
       continue;
     }
     const char* run = p + 1;
-    while (run < end && kindOf(*run) != kDelimiter) ++run;
+    if (oneDelimiter) {
+      const void* found = std::memchr(run, delimiter, static_cast<std::size_t>(end - run));
+      run = found != nullptr ? static_cast<const char*>(found) : end;
+    } else {
+      while (run < end && kindOf(*run) != kDelimiter) ++run;
+    }
     token.append(p, run);
     p = run;
   }
   // A trailing token: without merging, a final delimiter leaves an empty one.
-  if (!token.empty() || quoted || (!mergeDelimiters && kindOf(line.back()) == kDelimiter)) {
-    AppendToken(tokens, std::move(token), quoted, mergeDelimiters);
-  }
+  if (!tokens[count].empty() || quoted || (!mergeDelimiters && kindOf(line.back()) == kDelimiter)) finishToken();
+  tokens.resize(count);
 }
 
 std::string ZqStringUpper(const std::string& text) {

@@ -11,6 +11,9 @@ zqifstream::zqifstream(const std::string& fileName) : zqifstream() { open(fileNa
 bool zqifstream::open(const std::string& fileName) {
   close();
   readsText_ = false;
+  fileBuffer_.resize(std::size_t{1} << 17);
+  // Must precede open to take effect with libstdc++.
+  file_.pubsetbuf(fileBuffer_.data(), static_cast<std::streamsize>(fileBuffer_.size()));
   rdbuf(&file_);
   if (file_.open(fileName, std::ios::in | std::ios::binary) == nullptr) {
     setstate(std::ios::failbit);

@@ -36,6 +36,10 @@ TEST(ZqStringToNumber, AcceptsWholeNumbersWithBlanksAndSigns) {
   EXPECT_EQ(d, std::numeric_limits<double>::max());
   EXPECT_TRUE(ZqStringToNumber("-Inf", d));
   EXPECT_EQ(d, -std::numeric_limits<double>::infinity());
+  EXPECT_TRUE(ZqStringToNumber("1e-400", d));  // underflow reads as zero
+  EXPECT_EQ(d, 0.0);
+  EXPECT_TRUE(ZqStringToNumber("-2.5e-320", d));  // subnormal
+  EXPECT_EQ(d, -2.5e-320);
   EXPECT_TRUE(ZqStringToNumber("NaN", d));
   EXPECT_TRUE(std::isnan(d));
 

@@ -13,9 +13,10 @@ namespace Corvane {
 // Accepted: surrounding blanks (space, tab, carriage return, newline), one
 // leading '+' or (for signed and floating types) '-', decimal digits in the
 // given base for integers, and for floating types fixed or scientific
-// notation as well as "inf", "infinity" and "nan" in any case. Refused: an
-// empty text, trailing characters, hexadecimal floating notation, a '-' on an
-// unsigned type, and any value outside the range of the type (no saturation).
+// notation as well as "inf", "infinity" and "nan" in any case; a floating
+// value too small to represent reads as zero. Refused: an empty text,
+// trailing characters, hexadecimal floating notation, a '-' on an unsigned
+// type, and any value too large for the type (no saturation).
 bool ZqStringToNumber(const std::string& text, double& value);
 bool ZqStringToNumber(const std::string& text, float& value);
 bool ZqStringToNumber(const std::string& text, int& value, int base = 10);

@@ -9,6 +9,7 @@
 #include <ostream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace Tessik {
 
@@ -36,6 +37,9 @@ class zqifstream : public std::istream {
   std::filebuf file_;
   std::stringbuf text_;
   bool readsText_ = false;
+  // Table files are read whole several times; a large buffer keeps the
+  // number of reads (and system calls) small.
+  std::vector<char> fileBuffer_;
 };
 
 class zqofstream : public std::ostream {
