@@ -71,6 +71,7 @@ class ZqDataTableFileStatus {
   std::uint64_t GetNumDataLinesProcessed() const { return numDataLines_; }
   void SetNumHeaderLinesProcessed(std::uint64_t count) { numHeaderLines_ = count; }
   void SetNumDataLinesProcessed(std::uint64_t count) { numDataLines_ = count; }
+  Tessik::zqifstream& GetStream() const { return *stream_; }
 
  private:
   Tessik::zqifstream* stream_;
@@ -225,6 +226,9 @@ class ZqDataTableFileInfo {
   // The ARFF reader stops on the first non-blank line before the header
   // fields; that line is examined before the next one is read.
   bool currentLinePending_ = false;
+  // Data lines counted once; later counts of the same stream reuse it.
+  std::uint64_t countedDataLines_ = 0;
+  bool dataLinesCounted_ = false;
 };
 
 }  // namespace Varimo
