@@ -10,3 +10,10 @@
 #include "varimo/tables/column_append.h"
 #include "varimo/tables/data_table_column_kinds.h"
 #include "varimo/tables/data_table.h"
+
+#include "varimo/statistics/data_vector_functions.h"
+#include "varimo/statistics/incomplete_beta.h"
+
+#include "varimo/numerics/matrix.h"
+#include "varimo/numerics/minimizer.h"
+#include "varimo/platform/minarc/newton_opt.h"
