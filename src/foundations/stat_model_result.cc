@@ -142,4 +142,12 @@ std::string ZqStatModelResult::ReportStatResultDetails() const {
   return report;
 }
 
+ZqStatModelResult ZqMakeFailedResult(std::uint32_t failureType, const std::string& routine,
+                                     const std::string& comment) {
+  ZqStatModelResult result(false);
+  result.SetFailureTypeAndWhereFailed(failureType, routine);
+  if (!comment.empty()) result.AddExtraComment(comment);
+  return result;
+}
+
 }  // namespace Varimo

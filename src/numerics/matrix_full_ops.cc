@@ -33,10 +33,10 @@ ZqStatModelResult ZqCholeskyDecomposition(unsigned long n, const std::vector<dou
   // NaN element anywhere in the lower triangle of a reaches the pivot of its
   // row, so one scan of the factor catches both.
   if (llt.info() != Eigen::Success) {
-    return Failure(F::SingularMatrix, kName, "A pivot is not positive: the matrix is not positive definite");
+    return ZqMakeFailedResult(F::SingularMatrix, kName, "A pivot is not positive: the matrix is not positive definite");
   }
   if (!upper.allFinite()) {
-    return Failure(F::SingularMatrix, kName, "A pivot is not finite: the matrix has NaN or infinite elements");
+    return ZqMakeFailedResult(F::SingularMatrix, kName, "A pivot is not finite: the matrix has NaN or infinite elements");
   }
   return result;
 }

@@ -8,18 +8,6 @@ namespace Varimo::MatrixDetail {
 
 namespace F = ZqStatModelFailureType;
 
-ZqStatModelResult Failure(std::uint32_t type, const char* routine) {
-  ZqStatModelResult result(false);
-  result.SetFailureTypeAndWhereFailed(type, routine);
-  return result;
-}
-
-ZqStatModelResult Failure(std::uint32_t type, const char* routine, const std::string& comment) {
-  ZqStatModelResult result = Failure(type, routine);
-  result.AddExtraComment(comment);
-  return result;
-}
-
 ZqStatModelResult PassOn(ZqStatModelResult calleeResult, const char* routine) {
   calleeResult.AddCallContext(routine);
   return calleeResult;
@@ -29,7 +17,7 @@ ZqStatModelResult CheckVectorLengths(const char* routine, unsigned long n,
                                      std::initializer_list<const std::vector<double>*> vectors) {
   for (const std::vector<double>* v : vectors) {
     if (v->size() != n) {
-      return Failure(F::WrongInputVectorSize, routine,
+      return ZqMakeFailedResult(F::WrongInputVectorSize, routine,
                      Corvane::ZqMakeString("Vector length: ", v->size(), "; dimension: ", n));
     }
   }
@@ -40,7 +28,7 @@ ZqStatModelResult CheckFullLengths(const char* routine, unsigned long n,
                                    std::initializer_list<const std::vector<double>*> matrices) {
   for (const std::vector<double>* a : matrices) {
     if (!IsFullLength(a->size(), n)) {
-      return Failure(F::WrongInputMatrixSize, routine,
+      return ZqMakeFailedResult(F::WrongInputMatrixSize, routine,
                      Corvane::ZqMakeString("Matrix length: ", a->size(), "; dimension: ", n));
     }
   }
@@ -50,13 +38,13 @@ ZqStatModelResult CheckFullLengths(const char* routine, unsigned long n,
 ZqStatModelResult CheckKindLength(const char* routine, Kind kind, std::size_t length, unsigned long n) {
   const bool fits = kind == Kind::Scalar ? length == 1 : length == n;
   if (fits) return ZqStatModelResult(true);
-  return Failure(F::WrongInputMatrixSize, routine,
+  return ZqMakeFailedResult(F::WrongInputMatrixSize, routine,
                  Corvane::ZqMakeString(kind == Kind::Scalar ? "Scalar" : "Diagonal", " matrix length: ", length,
                                        "; dimension: ", n));
 }
 
 ZqStatModelResult WrongKindLength(const char* routine, std::size_t length, unsigned long n) {
-  return Failure(F::WrongInputMatrixSize, routine,
+  return ZqMakeFailedResult(F::WrongInputMatrixSize, routine,
                  Corvane::ZqMakeString("Matrix length: ", length, " is neither 1, ", n, " nor ", n, " squared"));
 }
 
@@ -68,10 +56,10 @@ ZqStatModelResult CheckElementsPositive(const char* routine, Kind kind, const st
     const bool signOk = allowZero ? e >= 0.0 : e > 0.0;
     if (signOk && std::isfinite(e)) continue;
     if (kind == Kind::Scalar) {
-      return Failure(F::SingularMatrix, routine,
+      return ZqMakeFailedResult(F::SingularMatrix, routine,
                      signOk ? "Scalar matrix with non-finite scalar" : "Scalar matrix with non-positive scalar");
     }
-    return Failure(F::SingularMatrix, routine,
+    return ZqMakeFailedResult(F::SingularMatrix, routine,
                    Corvane::ZqMakeString("Diagonal element ", i, " = ", e, " is not a finite ",
                                          allowZero ? "non-negative" : "positive", " number"));
   }
@@ -80,11 +68,11 @@ ZqStatModelResult CheckElementsPositive(const char* routine, Kind kind, const st
 
 ZqStatModelResult CheckIndex(const char* routine, unsigned long n, unsigned long index, const char* words) {
   if (index < n) return ZqStatModelResult(true);
-  return Failure(F::ArgumentOutOfRange, routine, Corvane::ZqMakeString("Index: ", index, words, n));
+  return ZqMakeFailedResult(F::ArgumentOutOfRange, routine, Corvane::ZqMakeString("Index: ", index, words, n));
 }
 
 ZqStatModelResult CheckIndices(const char* routine, unsigned long n, const std::vector<unsigned long>& indices) {
-  if (indices.size() > n) return Failure(F::WrongInputVectorSize, routine, "Too many indices");
+  if (indices.size() > n) return ZqMakeFailedResult(F::WrongInputVectorSize, routine, "Too many indices");
   for (unsigned long index : indices) {
     ZqStatModelResult result = CheckIndex(routine, n, index, " bigger than dimension: ");
     if (result.NotSuccessful()) return result;

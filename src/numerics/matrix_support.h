@@ -53,8 +53,6 @@ inline Kind KindOf(std::size_t length, unsigned long n) {
   return Kind::WrongSize;
 }
 
-ZqStatModelResult Failure(std::uint32_t type, const char* routine);
-ZqStatModelResult Failure(std::uint32_t type, const char* routine, const std::string& comment);
 // Takes over a callee's failure and adds the caller to the chain.
 ZqStatModelResult PassOn(ZqStatModelResult calleeResult, const char* routine);
 

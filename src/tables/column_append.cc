@@ -14,23 +14,16 @@ namespace {
 namespace Type = ZqStatVariableType;
 namespace Failure = ZqStatModelFailureType;
 
-ZqStatModelResult Fail(std::uint32_t type, const char* routine, const std::string& comment = std::string()) {
-  ZqStatModelResult result(false);
-  result.SetFailureTypeAndWhereFailed(type, routine);
-  if (!comment.empty()) result.AddExtraComment(comment);
-  return result;
-}
-
 // The checks every append makes first. Returns false, with `result` filled,
 // when the column cannot take a value at all.
 bool ColumnAcceptsAppends(const ZqDataTableCol& col, const char* routine, ZqStatModelResult& result) {
   if (col.ColIsReadOnly()) {
-    result = Fail(Failure::VariableIsReadOnly, routine);
+    result = ZqMakeFailedResult(Failure::VariableIsReadOnly, routine);
     return false;
   }
   const std::uint32_t type = col.GetStatVariableType();
   if (type != Type::Nominal && type != Type::Interval && type != Type::Ratio && type != Type::Identifier) {
-    result = Fail(Failure::ColumnHasWrongDataType, routine);
+    result = ZqMakeFailedResult(Failure::ColumnHasWrongDataType, routine);
     return false;
   }
   return true;
@@ -47,7 +40,7 @@ const char* KindWord(std::uint32_t type) {
 
 // "Tried adding <what>, but <Kind> Var accepts only <accepted>!"
 ZqStatModelResult WrongKind(const char* routine, const char* what, std::uint32_t type, const char* accepted) {
-  return Fail(Failure::ArgumentTypeWrong, routine,
+  return ZqMakeFailedResult(Failure::ArgumentTypeWrong, routine,
               std::string("Tried adding ") + what + ", but " + KindWord(type) + " Var accepts only " + accepted + "!");
 }
 
@@ -61,7 +54,7 @@ ZqStatModelResult AppendToNominal(ZqDataTableCol& col, const std::string& value,
   }
   const std::uint32_t index = impl.IndexOfStringInListOfPossibleValues(value);
   if (index == VarimoBadData::BadUnsigned) {
-    return Fail(Failure::ArgumentOutOfRange, routine,
+    return ZqMakeFailedResult(Failure::ArgumentOutOfRange, routine,
                 "String " + value + " not found in list of unique nominal" + " values");
   }
   impl.PushBackUnsigned(index);
@@ -110,7 +103,7 @@ ZqStatModelResult ConvertNumberAndAppend(ZqDataTableCol& col, Number value, cons
       // The text is kept, yet the call still reports that an identifier
       // column is no place for a number.
       impl.PushBackString(StreamText(value));
-      return Fail(Failure::ColumnHasWrongDataType, routine);
+      return ZqMakeFailedResult(Failure::ColumnHasWrongDataType, routine);
   }
 }
 
@@ -229,7 +222,7 @@ ZqStatModelResult ZqConvertStringAndAppendToCol(ZqDataTableCol& col, const std::
     case Type::Interval: {
       int parsed = 0;
       if (!Corvane::ZqStringToNumber(value, parsed, 10)) {
-        return Fail(Failure::ArgumentValueWrong, kRoutine, "Unable to parse field : " + value + " as an int!");
+        return ZqMakeFailedResult(Failure::ArgumentValueWrong, kRoutine, "Unable to parse field : " + value + " as an int!");
       }
       impl.PushBackInt(parsed);
       return ZqStatModelResult(true);
@@ -237,7 +230,7 @@ ZqStatModelResult ZqConvertStringAndAppendToCol(ZqDataTableCol& col, const std::
     case Type::Ratio: {
       double parsed = 0.0;
       if (!Corvane::ZqStringToNumber(value, parsed)) {
-        return Fail(Failure::ArgumentValueWrong, kRoutine, "Unable to parse field : " + value + " as a double!");
+        return ZqMakeFailedResult(Failure::ArgumentValueWrong, kRoutine, "Unable to parse field : " + value + " as a double!");
       }
       impl.PushBackDouble(parsed);
       return ZqStatModelResult(true);

@@ -6,17 +6,7 @@
 
 namespace Varimo {
 
-namespace {
-
 namespace Failure = ZqStatModelFailureType;
-
-ZqStatModelResult Fail(std::uint32_t type, const char* routine) {
-  ZqStatModelResult result(false);
-  result.SetFailureTypeAndWhereFailed(type, routine);
-  return result;
-}
-
-}  // namespace
 
 ZqDataTableColSetImpl::ZqDataTableColSetImpl() = default;
 
@@ -46,7 +36,7 @@ const ZqDataTableCol& ZqDataTableColSetImpl::GetColumnFromName(ZqStatModelResult
   for (const ZqDataTableCol& col : columns_) {
     if (col.GetColumnName() == name) return col;
   }
-  result = Fail(Failure::ColumnNotFound, "ZqDataTableColSetImpl::GetColumnFromName");
+  result = ZqMakeFailedResult(Failure::ColumnNotFound, "ZqDataTableColSetImpl::GetColumnFromName");
   return nullColumn_;
 }
 
@@ -55,7 +45,7 @@ const ZqDataTableCol& ZqDataTableColSetImpl::GetColumnFromFullName(ZqStatModelRe
   for (const ZqDataTableCol& col : columns_) {
     if (col.GetFullColumnName() == fullName) return col;
   }
-  result = Fail(Failure::ColumnNotFound, "ZqDataTableColSetImpl::GetColumnFromFullName");
+  result = ZqMakeFailedResult(Failure::ColumnNotFound, "ZqDataTableColSetImpl::GetColumnFromFullName");
   return nullColumn_;
 }
 
@@ -69,7 +59,7 @@ ZqStatModelResult ZqDataTableColSetImpl::AddColumn(const ZqDataTableCol& col) {
   if (!columns_.empty()) {
     const std::string& name = col.GetColumnName();
     if (ColWithThisNameIsInSet(name)) {
-      ZqStatModelResult result = Fail(Failure::DuplicateNames, kRoutine);
+      ZqStatModelResult result = ZqMakeFailedResult(Failure::DuplicateNames, kRoutine);
       result.AddExtraComment("Column name: " + name + "column with same name already present!" +
                              " Use SetColumnName to change current Column Name");
       return result;
@@ -77,7 +67,7 @@ ZqStatModelResult ZqDataTableColSetImpl::AddColumn(const ZqDataTableCol& col) {
     const std::uint64_t rows = col.GetTotalNumRowsInCol();
     const std::uint64_t expected = GetNumRowsInColumns();
     if (rows != expected) {
-      ZqStatModelResult result = Fail(Failure::WrongInputVectorSize, kRoutine);
+      ZqStatModelResult result = ZqMakeFailedResult(Failure::WrongInputVectorSize, kRoutine);
       result.AddExtraComment(Corvane::ZqMakeString("New column (name: ", name, ") ", "has wrong number rows!. Has ",
                                                    rows, " Data table expects ", expected));
       return result;
@@ -91,7 +81,7 @@ ZqStatModelResult ZqDataTableColSetImpl::DeleteColumn(const std::string& name) {
   const auto found = std::find_if(columns_.begin(), columns_.end(),
                                   [&](const ZqDataTableCol& col) { return col.GetColumnName() == name; });
   if (found == columns_.end()) {
-    ZqStatModelResult result = Fail(Failure::ColumnNotFound, "ZqDataTableColSetImpl::DeleteColumn");
+    ZqStatModelResult result = ZqMakeFailedResult(Failure::ColumnNotFound, "ZqDataTableColSetImpl::DeleteColumn");
     std::string comment = "Can't find column " + name + " in column set";
     if (columns_.empty()) comment += " because the set is empty!";
     result.AddExtraComment(comment);

@@ -139,4 +139,10 @@ class ZqStatModelResult {
   std::uint32_t failureType_ = ZqStatModelFailureType::FailureTypeUndefined;
 };
 
+// A failed result of the given type at `routine`, with `comment` as its one
+// comment when it is not empty: the first step of the calling convention in
+// one call.
+ZqStatModelResult ZqMakeFailedResult(std::uint32_t failureType, const std::string& routine,
+                                     const std::string& comment = std::string());
+
 }  // namespace Varimo
