@@ -8,8 +8,11 @@
 #include "varimo/foundations/value_conversion.h"
 
 #include "varimo/tables/column_append.h"
-#include "varimo/tables/data_table_column_kinds.h"
+#include "varimo/tables/column_statistics.h"
 #include "varimo/tables/data_table.h"
+#include "varimo/tables/data_table_column_kinds.h"
+#include "varimo/tables/data_table_files.h"
+#include "varimo/tables/data_table_row_predicates.h"
 
 #include "varimo/statistics/data_vector_functions.h"
 #include "varimo/statistics/incomplete_beta.h"

@@ -10,10 +10,14 @@
 #include <vector>
 
 #include "reference_file.h"
+#include "result_support.h"
 #include "test_support.h"
 
 namespace Varimo {
 namespace {
+
+using VarimoTest::Context;
+using VarimoTest::Comments;
 
 namespace F = ZqStatModelFailureType;
 using Vec = std::vector<double>;
@@ -35,17 +39,6 @@ constexpr double kMatrixTolerance = 1e-12;
     }
   }
   return ::testing::AssertionSuccess();
-}
-
-std::vector<std::string> Context(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& s : result.GetContext()) out.push_back(s);
-  return out;
-}
-std::vector<std::string> Comments(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& s : result.GetComments()) out.push_back(s);
-  return out;
 }
 
 ::testing::AssertionResult FailedWith(const ZqStatModelResult& result, std::uint32_t type,

@@ -5,16 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "result_support.h"
+
 namespace Varimo {
 namespace {
 
-constexpr double kBad = 1.7976931348623157e308;
+using VarimoTest::Context;
 
-std::vector<std::string> Context(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& s : result.GetContext()) out.push_back(s);
-  return out;
-}
+constexpr double kBad = 1.7976931348623157e308;
 
 TEST(ZqGetSampleStatisticForDataVec, AppliesTheStatisticAndNeverFails) {
   ZqStatModelResult result;  // starts as a failure

@@ -7,26 +7,18 @@
 #include <string>
 #include <vector>
 
+#include "result_support.h"
 #include "varimo/foundations/stats_data_types.h"
 
 namespace Varimo {
 namespace {
 
+using VarimoTest::Context;
+using VarimoTest::Comments;
+
 namespace Bad = VarimoBadData;
 namespace Type = ZqStatVariableType;
 namespace Failure = ZqStatModelFailureType;
-
-std::vector<std::string> Comments(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& c : result.GetComments()) out.push_back(c);
-  return out;
-}
-
-std::vector<std::string> Context(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& c : result.GetContext()) out.push_back(c);
-  return out;
-}
 
 // One cell of the table of strict appends: which value goes into which
 // kind, and the comment of the refusal ("" when the append is accepted).

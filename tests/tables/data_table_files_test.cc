@@ -7,12 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "result_support.h"
 #include "test_support.h"
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/tables/column_append.h"
 
 namespace Varimo {
 namespace {
+
+using VarimoTest::Context;
+using VarimoTest::Comments;
 
 namespace Bad = VarimoBadData;
 namespace Type = ZqStatVariableType;
@@ -30,18 +34,6 @@ std::vector<std::string> ColumnNames(const ZqDataTable& table) {
   std::vector<std::string> names;
   for (const ZqDataTableCol& col : table.GetColumns()) names.push_back(col.GetColumnName());
   return names;
-}
-
-std::vector<std::string> Context(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& c : result.GetContext()) out.push_back(c);
-  return out;
-}
-
-std::vector<std::string> Comments(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& c : result.GetComments()) out.push_back(c);
-  return out;
 }
 
 TEST(CsvLoader, ColumnsKindsAndLineNumbers) {

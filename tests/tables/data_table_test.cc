@@ -6,11 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "result_support.h"
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/tables/column_append.h"
 
 namespace Varimo {
 namespace {
+
+using VarimoTest::Comments;
 
 namespace Type = ZqStatVariableType;
 namespace Failure = ZqStatModelFailureType;
@@ -19,12 +22,6 @@ std::vector<std::uint64_t> RowNumbers(const ZqDataTable& table) {
   std::vector<std::uint64_t> rows;
   for (const ZqDataTableRow& row : table.GetRows()) rows.push_back(row.GetRowNumber());
   return rows;
-}
-
-std::vector<std::string> Comments(const ZqStatModelResult& result) {
-  std::vector<std::string> out;
-  for (const std::string& c : result.GetComments()) out.push_back(c);
-  return out;
 }
 
 ZqDataTableCol NamesColumn(const std::vector<std::string>& names) {
