@@ -2,6 +2,7 @@
 #include <iterator>
 #include <unordered_set>
 
+#include "../platform/tessik/huge_pages.h"
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/tables/column_append.h"
@@ -41,6 +42,7 @@ ZqDataTableFileCol::ZqDataTableFileCol(const std::string& name, const std::strin
   // Numbers are the common case; reserving for them avoids regrowth on
   // large files. A text column gives the room back at its first text.
   numbers_.reserve(std::min<std::uint64_t>(numRows, std::uint64_t{1} << 26));
+  Tessik::ZqAdviseHugePages(numbers_.data(), numbers_.capacity() * sizeof(double));
 }
 
 ZqStatModelResult ZqDataTableFileCol::AddField(const std::string& field) {
@@ -61,6 +63,7 @@ ZqStatModelResult ZqDataTableFileCol::AddField(const std::string& field) {
       allNumbers_ = false;
       leadingTextsNeeded_ = numbers_.size();
       staged_.reserve(numbers_.capacity());
+      Tessik::ZqAdviseHugePages(staged_.data(), staged_.capacity() * sizeof(std::string));
       std::vector<double>().swap(numbers_);
     }
     staged_.push_back(value);
@@ -105,7 +108,6 @@ bool ZqDataTableFileCol::ConvertAllStringsAndAddToDataTableCol() {
 }
 
 ZqStatModelResult ZqDataTableFileCol::FillDataTableCol() {
-  constexpr const char* kRoutine = "ZqDataTableFileCol::FillDataTableCol";
   if (!deferredType_) return ZqStatModelResult(true);
   deferredType_ = false;
   if (ConvertAllStringsAndAddToDataTableCol()) return ZqStatModelResult(true);
@@ -116,11 +118,7 @@ ZqStatModelResult ZqDataTableFileCol::FillDataTableCol() {
     if (text == missingValue_) text = VarimoBadData::MissingString;
   }
   if (NumUniqueStringsToConvert(kMaxNominalValues) < kMaxNominalValues) {
-    col_ = ZqDataTableCol(name, fullName, ZqStatVariableType::Nominal, staged_.size());
-    for (const std::string& text : staged_) {
-      ZqStatModelResult result = ZqConvertStringAndAppendToCol(col_, text);
-      if (result.NotSuccessful()) return WithContext(result, kRoutine);
-    }
+    col_ = ZqDataTableCol(std::make_unique<ZqDataTableColOfNominals>(name, fullName, std::move(staged_)));
   } else {
     col_ = ZqDataTableCol(std::make_unique<ZqDataTableColOfIdentifiers>(name, fullName, std::move(staged_)));
   }

@@ -17,6 +17,10 @@ ZqDataTableColOfNominals::ZqDataTableColOfNominals(const std::string& name, cons
 }
 
 ZqDataTableColOfNominals::ZqDataTableColOfNominals(const std::string& name, const std::string& fullName,
+                                                   std::vector<std::string> texts)
+    : ZqDataTableColBase(name, fullName, 1, false), staged_(std::move(texts)) {}
+
+ZqDataTableColOfNominals::ZqDataTableColOfNominals(const std::string& name, const std::string& fullName,
                                                    const std::vector<std::string>& discreteValues,
                                                    std::uint64_t numRows, std::uint64_t numCols,
                                                    bool lowerTriangular)

@@ -65,6 +65,9 @@ class ZqDataTableColOfNominals final : public ZqDataTableColBase {
   ZqDataTableColOfNominals(const std::string& name, const std::string& fullName,
                            const std::vector<std::string>& discreteValues, std::uint64_t numRows,
                            std::uint64_t numCols, bool lowerTriangular);
+  // A one-column column holding `texts`, as if each had been pushed with
+  // PushBackString; FinishAddingVars builds the list.
+  ZqDataTableColOfNominals(const std::string& name, const std::string& fullName, std::vector<std::string> texts);
 
   std::uint32_t IndexOfStringInListOfPossibleValues(const std::string& value) const override;
   // Sets `index` to the position of `value` in the list, or to 0xFFFFFFFF
