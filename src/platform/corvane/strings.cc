@@ -88,11 +88,11 @@ bool ZqStringToNumber(const std::string& text, unsigned long& value, int base) {
 bool ZqNumberToString(std::string& text, double value, char format, int precision) {
   if (precision < 0) return false;
   if (std::string_view("fFeEgG").find(format) == std::string_view::npos) return false;
-  const char spec[] = {'%', '.', '*', format, '\0'};
-  const int length = std::snprintf(nullptr, 0, spec, precision, value);
+  const char printfFormat[] = {'%', '.', '*', format, '\0'};
+  const int length = std::snprintf(nullptr, 0, printfFormat, precision, value);
   if (length < 0) return false;
   std::string formatted(static_cast<std::size_t>(length) + 1, '\0');
-  std::snprintf(formatted.data(), formatted.size(), spec, precision, value);
+  std::snprintf(formatted.data(), formatted.size(), printfFormat, precision, value);
   formatted.resize(static_cast<std::size_t>(length));
   text = std::move(formatted);
   return true;
