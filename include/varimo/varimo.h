@@ -20,3 +20,5 @@
 #include "varimo/numerics/matrix.h"
 #include "varimo/numerics/minimizer.h"
 #include "varimo/platform/minarc/newton_opt.h"
+
+#include "varimo/krige/krige_kernels.h"

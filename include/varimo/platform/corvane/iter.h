@@ -95,11 +95,12 @@ class ZqIter {
 
 namespace detail {
 
-// Walks a sequence kept alive by a shared pointer; copies share it.
-template <class T>
+// Walks a sequence kept alive by a shared pointer; copies share it. The
+// elements may be of a type derived from T.
+template <class T, class Element = std::remove_const_t<T>>
 class ZqOwnedIterImpl final : public ZqIterBase<T> {
  public:
-  using Stored = std::vector<std::remove_const_t<T>>;
+  using Stored = std::vector<Element>;
   explicit ZqOwnedIterImpl(std::shared_ptr<Stored> values) : values_(std::move(values)) {}
   bool IsValid() const override { return position_ < values_->size(); }
   T& Current() const override { return (*values_)[position_]; }
@@ -167,6 +168,15 @@ template <class T>
 ZqIter<T> ZqMakeOwnedIter(std::vector<std::remove_const_t<T>> values) {
   auto shared = std::make_shared<std::vector<std::remove_const_t<T>>>(std::move(values));
   return ZqIter<T>(std::make_unique<detail::ZqOwnedIterImpl<T>>(std::move(shared)));
+}
+
+// The same for elements of a class derived from T, walked as T: a list of
+// concrete objects handed out through their interface.
+template <class T, class Element>
+ZqIter<T> ZqMakeOwnedIterAs(std::vector<Element> values) {
+  static_assert(std::is_base_of_v<std::remove_const_t<T>, Element>, "elements must be T or derived from it");
+  auto shared = std::make_shared<std::vector<Element>>(std::move(values));
+  return ZqIter<T>(std::make_unique<detail::ZqOwnedIterImpl<T, Element>>(std::move(shared)));
 }
 
 // A view of [first, last); the caller keeps the range alive.
