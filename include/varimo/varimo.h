@@ -21,4 +21,6 @@
 #include "varimo/numerics/minimizer.h"
 #include "varimo/platform/minarc/newton_opt.h"
 
+#include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/krige_kernels.h"
+#include "varimo/krige/variogram.h"

@@ -1,0 +1,127 @@
+#include "varimo/krige/variogram.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+
+namespace {
+
+using Pairs = std::vector<std::pair<double, double>>;
+using Range = std::pair<std::size_t, std::size_t>;  // [first, last) of the sorted pairs
+
+// Pairs at or below this distance are at distance zero.
+constexpr double kZeroDistance = 1e-30;
+// Zero-distance pairs make a bin of their own from this many on.
+constexpr std::size_t kMinZeroBinPairs = 50;
+
+enum class Binned { NoPairs, AllAtZero, Yes };
+
+// The bins as ranges of the (sorted) pairs; a zero-distance bin, when there
+// is one, comes first. For AllAtZero the one range is the zero bin.
+Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
+  bins.clear();
+  if (pairs.empty()) return Binned::NoPairs;
+  if (sort) {
+    std::sort(pairs.begin(), pairs.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  }
+  const std::size_t total = pairs.size();
+  std::size_t start = 0;
+  while (start < total && pairs[start].first <= kZeroDistance) ++start;
+  if (start >= kMinZeroBinPairs) {
+    bins.emplace_back(0, start);
+    if (start == total) return Binned::AllAtZero;
+  } else {
+    start = 0;
+  }
+
+  // Sizes are kept as doubles and rounded to a whole number of pairs when
+  // used: the first bin a third of the limit (at most 100), each next one
+  // twice the last, up to the limit of a fifth of the pairs.
+  const double limit = static_cast<double>(total - start) / 5.0;
+  double size = std::min(100.0, limit / 3.0);
+  auto inUse = [](double s) { return std::max<std::size_t>(1, static_cast<std::size_t>(s + 0.5)); };
+  std::size_t use = inUse(size);
+  std::size_t first = start;
+  for (std::size_t i = start; i < total; ++i) {
+    if (i + 1 - first < use) continue;
+    bins.emplace_back(first, i + 1);
+    first = i + 1;
+    size = std::min(limit, 2.0 * size);
+    use = inUse(size);
+    // A tail too short for two more bins goes whole into the next one
+    // rather than leaving a thin bin at the far end.
+    const std::size_t remainingFromCurrent = total - i;
+    if (bins.size() >= 2 && 2 * use > remainingFromCurrent) use = remainingFromCurrent;
+  }
+  if (first < total) bins.emplace_back(first, total);
+  return Binned::Yes;
+}
+
+double HalfSquare(double difference) { return 0.5 * difference * difference; }
+
+}  // namespace
+
+ZqVariogramImpl::ZqVariogramImpl(const ZqFullVariogramBase& full) {
+  for (unsigned int bin = 0; bin < full.GetNumBins(); ++bin) {
+    const unsigned int count = full.GetNumBinElements(bin);
+    double distance = 0.0, semivariance = 0.0;
+    for (unsigned int e = 0; e < count; ++e) {
+      distance += full.GetDistance(bin, e);
+      semivariance += full.GetHalfSquaredDifference(bin, e);
+    }
+    Push(distance / count, semivariance / count);
+  }
+}
+
+void ZqFullVariogramImpl::Clear() {
+  halfSquaredDifferences_.clear();
+  distances_.clear();
+}
+
+void ZqFullVariogramImpl::Push(const std::vector<double>& distances, const std::vector<double>& halfSquaredDifferences) {
+  if (distances.size() != halfSquaredDifferences.size()) {
+    Corvane::ZqThrow.Warning("ZqFullVariogramImpl::Push : Vectors differ in size");
+    return;
+  }
+  distances_.push_back(distances);
+  halfSquaredDifferences_.push_back(halfSquaredDifferences);
+}
+
+bool ZqSetupVariogram(ZqVariogramImpl& variogram, Pairs& pairs, bool sort) {
+  variogram.Clear();
+  std::vector<Range> bins;
+  const Binned binned = BinRanges(pairs, sort, bins);
+  for (const auto& [first, last] : bins) {
+    double distance = 0.0, semivariance = 0.0;
+    for (std::size_t i = first; i < last; ++i) {
+      distance += pairs[i].first;
+      semivariance += HalfSquare(pairs[i].second);
+    }
+    const double count = static_cast<double>(last - first);
+    variogram.Push(distance / count, semivariance / count);
+  }
+  return binned == Binned::Yes;
+}
+
+bool ZqSetupVariogram(ZqFullVariogramImpl& variogram, Pairs& pairs, bool sort) {
+  variogram.Clear();
+  std::vector<Range> bins;
+  // A zero-distance bin is kept only when other pairs follow it.
+  if (BinRanges(pairs, sort, bins) != Binned::Yes) return false;
+  for (const auto& [first, last] : bins) {
+    std::vector<double> distances, halfSquares;
+    distances.reserve(last - first);
+    halfSquares.reserve(last - first);
+    for (std::size_t i = first; i < last; ++i) {
+      distances.push_back(pairs[i].first);
+      halfSquares.push_back(HalfSquare(pairs[i].second));
+    }
+    variogram.Push(distances, halfSquares);
+  }
+  return true;
+}
+
+}  // namespace Varimo
