@@ -1,8 +1,9 @@
 // varimo-demo: reads a two-column CSV file of SMILES and a measured value
-// (by default RDKit's TPSA sample of 5000 NCI molecules) into typed columns
-// and prints what the library knows about them.
+// (by default RDKit's TPSA sample of 5000 NCI molecules) into typed columns,
+// prints what the library knows about them and the statistics of the values.
 //
 //   varimo-demo [FILE.csv]
+#include <cstdint>
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -58,6 +59,17 @@ int main(int argc, char** argv) {
   values.PrintUniqueDiscreteValues(20);
   std::cout << "\nValues that did not parse: " << refused << "\n";
   if (refused > 0) std::cout << "First refusal:" << firstRefusal.ReportStatResultDetails() << "\n";
+
+  std::cout << "\nStatistics of the values:\n";
+  for (unsigned int type = ZqSampleStatisticType::Mean; type < ZqSampleStatisticType::NumTypes; ++type) {
+    std::uint64_t numMissing = 0, numBad = 0;
+    ZqStatModelResult result;
+    const double value = ZqGetSampleStatisticForColumnOfRatioType(result, numMissing, numBad, type, values, 0);
+    std::cout << "   " << ZqSampleStatisticType::TypeName[type] << ": " << value << "\n";
+    if (type == ZqSampleStatisticType::Mean) {
+      std::cout << "   (" << numMissing << " missing and " << numBad << " bad values left out)\n";
+    }
+  }
 
   // A refused operation explains itself.
   ZqStatModelResult wrongKind = ZqAppendIntToCol(values, 3);
