@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "reference_file.h"
@@ -22,46 +23,25 @@ namespace {
 // about that width and the value to rounding.
 constexpr double kStepTolerance = 1e-6;
 constexpr double kValueTolerance = 1e-12;
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// A function of the step along a line, counting its evaluations.
-class CountingFunc : public Minarc::ZqFunc0 {
- public:
-  CountingFunc(unsigned int numVar, std::function<double(const double*)> f) : numVar_(numVar), f_(std::move(f)) {}
-  unsigned int NumVar() const override { return numVar_; }
-  double operator()(const double* x) override {
-    ++calls;
-    return f_(x);
-  }
-  int calls = 0;
-
- private:
-  unsigned int numVar_;
-  std::function<double(const double*)> f_;
-};
-
-CountingFunc OfStep(std::function<double(double)> g) {
-  return CountingFunc(1, [g](const double* x) { return g(x[0]); });
-}
-
-struct Search {
-  double step, value;
-  bool ok;
-};
-
-Search RunSearch(const ZqGoldenSectionSearch& search, Minarc::ZqFunc0& f, double firstStep, double origin = 0.0) {
-  double direction = 1.0, value = -123.0, step = firstStep;
+// A search along the line from 0 in direction 1: whether it succeeded, the
+// step and the value it gave (the value starts out as -123, so that an
+// untouched one shows); and how often it evaluated g.
+std::tuple<bool, double, double> Searched(const ZqGoldenSectionSearch& search, const std::function<double(double)>& g,
+                                          double firstStep, int* calls = nullptr) {
+  double origin = 0.0, direction = 1.0, value = -123.0, step = firstStep;
+  int evaluations = 0;
+  Minarc::NumericFunc1 f(1, [&](const double* x) { return ++evaluations, g(x[0]); });
   const bool ok = search(1, &origin, &direction, &value, &step, f);
-  return {step, value, ok};
+  if (calls != nullptr) *calls = evaluations;
+  return {ok, step, value};
 }
 
-// The one-dimensional functions of tests/data/numerics/line_minima.txt.
-const std::map<std::string, std::function<double(double)>>& ReferenceFunctions() {
-  static const std::map<std::string, std::function<double(double)>> functions = {
-      {"shifted_quartic", [](double t) { return std::pow(t - 2.5, 4) + 0.5 * std::pow(t - 2.5, 2) - 1.0; }},
-      {"exp_plus_reciprocal", [](double t) { return std::exp(t / 3.0) + 4.0 / (t + 0.5); }},
-      {"cosine_well", [](double t) { return -std::cos(t) * std::exp(-0.1 * (t - 3.0) * (t - 3.0)); }},
-  };
-  return functions;
+ZqGoldenSectionSearch WithLimit(double limit) {
+  ZqGoldenSectionSearch search;
+  search.SetUpperLimOnOneDimSteps(limit);
+  return search;
 }
 
 TEST(ZqGoldenSectionSearch, DefaultsAndCopies) {
@@ -81,30 +61,31 @@ TEST(ZqGoldenSectionSearch, DefaultsAndCopies) {
 }
 
 TEST(ZqGoldenSectionSearch, FindsTheScipyMinimaOfReferenceFunctions) {
-  std::map<std::string, std::pair<double, double>> expected;
-  for (const auto& tokens : VarimoTest::ReadReferenceLines("numerics/line_minima.txt")) {
-    expected[tokens[0]] = {VarimoTest::ToDouble(tokens[1]), VarimoTest::ToDouble(tokens[2])};
-  }
-  ASSERT_EQ(expected.size(), ReferenceFunctions().size());
-  const std::map<std::string, double> limits = {
-      {"shifted_quartic", 100.0}, {"exp_plus_reciprocal", 100.0}, {"cosine_well", 6.0}};
-  for (const auto& [name, g] : ReferenceFunctions()) {
-    SCOPED_TRACE(name);
-    ZqGoldenSectionSearch search;
-    search.SetUpperLimOnOneDimSteps(limits.at(name));
-    CountingFunc f = OfStep(g);
-    const Search r = RunSearch(search, f, 0.1);
-    ASSERT_TRUE(r.ok);
-    EXPECT_NEAR(r.step, expected.at(name).first, kStepTolerance);
-    EXPECT_TRUE(VarimoTest::WithinRelative(r.value, expected.at(name).second, kValueTolerance));
-    EXPECT_EQ(r.value, g(r.step));
-    EXPECT_LT(f.calls, 200);
+  // The one-dimensional functions of tests/data/numerics/line_minima.txt, and
+  // the step limit each is searched under.
+  const std::map<std::string, std::pair<std::function<double(double)>, double>> functions = {
+      {"shifted_quartic", {[](double t) { return std::pow(t - 2.5, 4) + 0.5 * std::pow(t - 2.5, 2) - 1.0; }, 100.0}},
+      {"exp_plus_reciprocal", {[](double t) { return std::exp(t / 3.0) + 4.0 / (t + 0.5); }, 100.0}},
+      {"cosine_well", {[](double t) { return -std::cos(t) * std::exp(-0.1 * (t - 3.0) * (t - 3.0)); }, 6.0}},
+  };
+  const auto lines = VarimoTest::ReadReferenceLines("numerics/line_minima.txt");
+  ASSERT_EQ(lines.size(), functions.size());
+  for (const auto& tokens : lines) {
+    SCOPED_TRACE(tokens[0]);
+    const auto& [g, limit] = functions.at(tokens[0]);
+    int calls = 0;
+    const auto [ok, step, value] = Searched(WithLimit(limit), g, 0.1, &calls);
+    ASSERT_TRUE(ok);
+    EXPECT_NEAR(step, VarimoTest::ToDouble(tokens[1]), kStepTolerance);
+    EXPECT_TRUE(VarimoTest::WithinRelative(value, VarimoTest::ToDouble(tokens[2]), kValueTolerance));
+    EXPECT_EQ(value, g(step));
+    EXPECT_LT(calls, 200);
   }
 }
 
 TEST(ZqGoldenSectionSearch, MinimisesAlongADirectionInSeveralVariables) {
   // f(x, y) = (x - 1)^2 + (y - 2)^2 from the origin along (1, 2): t = 1.
-  CountingFunc f(2, [](const double* x) { return (x[0] - 1.0) * (x[0] - 1.0) + (x[1] - 2.0) * (x[1] - 2.0); });
+  Minarc::NumericFunc1 f(2, [](const double* x) { return (x[0] - 1.0) * (x[0] - 1.0) + (x[1] - 2.0) * (x[1] - 2.0); });
   const double origin[2] = {0.0, 0.0};
   double direction[2] = {1.0, 2.0};
   double value = 0.0, step = 0.5;
@@ -115,97 +96,74 @@ TEST(ZqGoldenSectionSearch, MinimisesAlongADirectionInSeveralVariables) {
   EXPECT_EQ(direction[1], 2.0);
 }
 
-TEST(ZqGoldenSectionSearch, FallingToTheLimitReturnsItAfterFiveEvaluations) {
-  ZqGoldenSectionSearch search;
-  search.SetUpperLimOnOneDimSteps(50.0);
-  CountingFunc f = OfStep([](double t) { return -t; });
-  const Search r = RunSearch(search, f, 1.0);
-  EXPECT_TRUE(r.ok);
-  EXPECT_EQ(r.step, 50.0);
-  EXPECT_EQ(r.value, -50.0);
-  EXPECT_EQ(f.calls, 5);
+TEST(ZqGoldenSectionSearch, FunctionsStillFallingAtTheLimitReturnIt) {
+  auto linear = [](double t) { return -t; };
+  auto cubic = [](double t) { return -t * t * t; };
+  int calls = 0;
+  EXPECT_EQ(Searched(WithLimit(50.0), linear, 1.0, &calls), std::make_tuple(true, 50.0, -50.0));
+  EXPECT_EQ(calls, 5);
+  // Unbounded, under the default limit.
+  EXPECT_EQ(std::get<1>(Searched(ZqGoldenSectionSearch(), cubic, 1.0)), 10000.0);
 }
 
-TEST(ZqGoldenSectionSearch, UnboundedFunctionStopsAtTheLimit) {
-  CountingFunc f = OfStep([](double t) { return -t * t * t; });
-  const Search r = RunSearch(ZqGoldenSectionSearch(), f, 1.0);
-  EXPECT_TRUE(r.ok);
-  EXPECT_EQ(r.step, 10000.0);
-}
-
-TEST(ZqGoldenSectionSearch, ConstantFunctionDoesNotDescend) {
-  CountingFunc f = OfStep([](double) { return 3.0; });
-  const Search r = RunSearch(ZqGoldenSectionSearch(), f, 1.0);
-  EXPECT_FALSE(r.ok);
-  EXPECT_EQ(r.step, 1.0);  // untouched
-  EXPECT_EQ(r.value, -123.0);
-  EXPECT_EQ(f.calls, 2);
-}
-
-TEST(ZqGoldenSectionSearch, FirstStepAtTheLimitEvaluatesNothing) {
-  ZqGoldenSectionSearch search;
-  search.SetUpperLimOnOneDimSteps(2.0);
-  CountingFunc f = OfStep([](double t) { return t; });
-  for (double first : {2.0, 3.0, std::nan("")}) {
-    const Search r = RunSearch(search, f, first);
-    EXPECT_FALSE(r.ok);
-    EXPECT_EQ(r.value, -123.0);
-  }
-  EXPECT_EQ(f.calls, 0);
+TEST(ZqGoldenSectionSearch, NoDescentLeavesTheOutputsAlone) {
+  auto constant = [](double) { return 3.0; };
+  auto rising = [](double t) { return t; };
+  int calls = 0;
+  EXPECT_EQ(Searched(ZqGoldenSectionSearch(), constant, 1.0, &calls), std::make_tuple(false, 1.0, -123.0));
+  EXPECT_EQ(calls, 2);
+  // A first step at or past the limit, or NaN, evaluates nothing.
+  EXPECT_EQ(Searched(WithLimit(2.0), rising, 2.0, &calls), std::make_tuple(false, 2.0, -123.0));
+  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(Searched(WithLimit(2.0), rising, 3.0, &calls), std::make_tuple(false, 3.0, -123.0));
+  EXPECT_EQ(calls, 0);
+  const auto [ok, step, value] = Searched(WithLimit(2.0), rising, kNaN, &calls);
+  EXPECT_TRUE(!ok && std::isnan(step) && value == -123.0 && calls == 0);
 }
 
 TEST(ZqGoldenSectionSearch, IterationLimitFailsWithTheBadValue) {
   auto quadratic = [](double t) { return (t - 3.0) * (t - 3.0); };
-  ZqGoldenSectionSearch search;
-  search.SetUpperLimOnOneDimSteps(10.0);
+  ZqGoldenSectionSearch search = WithLimit(10.0);
   for (unsigned long limit : {0ul, 1ul, 5ul}) {
     search.SetMaxIterations(limit);
-    CountingFunc f = OfStep(quadratic);
-    const Search r = RunSearch(search, f, 0.5);
-    EXPECT_FALSE(r.ok) << limit;
-    EXPECT_EQ(r.step, DBL_MAX);
-    EXPECT_EQ(r.value, DBL_MAX);
+    EXPECT_EQ(Searched(search, quadratic, 0.5), std::make_tuple(false, DBL_MAX, DBL_MAX)) << limit;
   }
   // With a limit of 0 a bracket that already meets the stopping test passes.
   search.SetMaxIterations(0);
   search.SetRelTolOnSolutionStepAccuracy(10.0);
-  CountingFunc f = OfStep(quadratic);
-  const Search r = RunSearch(search, f, 0.5);
-  EXPECT_TRUE(r.ok);
-  EXPECT_EQ(r.value, quadratic(r.step));
+  const auto [ok, step, value] = Searched(search, quadratic, 0.5);
+  EXPECT_TRUE(ok);
+  EXPECT_EQ(value, quadratic(step));
 }
 
 TEST(ZqGoldenSectionSearch, FlatBottomKeepsTheLowerPart) {
   // Falls to 0 at t = 1, flat up to 9, rises after: equal values keep the
   // lower part of the interval, so the search ends at the left edge.
-  CountingFunc f = OfStep([](double t) { return std::max(0.0, 1.0 - t) + std::max(0.0, t - 9.0); });
-  ZqGoldenSectionSearch search;
-  search.SetUpperLimOnOneDimSteps(20.0);
-  const Search r = RunSearch(search, f, 0.5);
-  ASSERT_TRUE(r.ok);
-  EXPECT_EQ(r.value, 0.0);
-  EXPECT_NEAR(r.step, 1.0, kStepTolerance);
+  auto g = [](double t) { return std::max(0.0, 1.0 - t) + std::max(0.0, t - 9.0); };
+  const auto [ok, step, value] = Searched(WithLimit(20.0), g, 0.5);
+  ASSERT_TRUE(ok);
+  EXPECT_EQ(value, 0.0);
+  EXPECT_NEAR(step, 1.0, kStepTolerance);
 }
 
 TEST(ZqGoldenSectionSearch, NaNFunctionsFailOrLoseComparisons) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  CountingFunc everywhere = OfStep([nan](double) { return nan; });
-  EXPECT_FALSE(RunSearch(ZqGoldenSectionSearch(), everywhere, 1.0).ok);
+  auto everywhere = [](double) { return kNaN; };
+  EXPECT_FALSE(std::get<0>(Searched(ZqGoldenSectionSearch(), everywhere, 1.0)));
   // NaN beyond t = 4: the minimum at 3 is still found.
-  CountingFunc beyond = OfStep([nan](double t) { return t > 4.0 ? nan : (t - 3.0) * (t - 3.0); });
-  const Search r = RunSearch(ZqGoldenSectionSearch(), beyond, 0.5);
-  if (r.ok) {
-    EXPECT_FALSE(std::isnan(r.value));
-    EXPECT_LE(r.step, 4.0);
+  auto beyond = [](double t) { return t > 4.0 ? kNaN : (t - 3.0) * (t - 3.0); };
+  const auto [ok, step, value] = Searched(ZqGoldenSectionSearch(), beyond, 0.5);
+  if (ok) {
+    EXPECT_FALSE(std::isnan(value));
+    EXPECT_LE(step, 4.0);
   }
 }
 
 TEST(ZqGetFunc0ValFromLineStep, BuildsThePointAndPassesNullForNoVariables) {
-  CountingFunc f(3, [](const double* x) { return 100.0 * x[0] + 10.0 * x[1] + x[2]; });
+  Minarc::NumericFunc1 f(3, [](const double* x) { return 100.0 * x[0] + 10.0 * x[1] + x[2]; });
   const double origin[3] = {1.0, 2.0, 3.0}, direction[3] = {1.0, 0.0, -1.0};
   EXPECT_EQ(ZqGetFunc0ValFromLineStep(2.0, 3, origin, direction, f), 300.0 + 20.0 + 1.0);
   const double* seen = origin;
-  CountingFunc none(0, [&seen](const double* x) {
+  Minarc::NumericFunc1 none(0, [&seen](const double* x) {
     seen = x;
     return 4.0;
   });
@@ -213,42 +171,44 @@ TEST(ZqGetFunc0ValFromLineStep, BuildsThePointAndPassesNullForNoVariables) {
   EXPECT_EQ(seen, nullptr);
 }
 
-TEST(ZqBoundedArgBracketLineMin, ReturnsEachCode) {
+// A bracket routine run along the line from 0 in direction 1: its code and
+// the bracket, -1s where it wrote none; and how often it evaluated g.
+using BracketRoutine = decltype(&ZqBracketLineMin);
+std::tuple<int, double, double, double> Bracketed(BracketRoutine routine, const std::function<double(double)>& g,
+                                                  double step, double limit, int* calls = nullptr) {
   const double origin = 0.0, direction = 1.0;
   double lo = -1.0, mid = -1.0, hi = -1.0;
-  CountingFunc quadratic = OfStep([](double t) { return (t - 3.0) * (t - 3.0); });
-  EXPECT_EQ(ZqBoundedArgBracketLineMin(lo, mid, hi, 1, 10.0, &origin, &direction, quadratic, 10.0), 0);
-  EXPECT_EQ(quadratic.calls, 0);
-  EXPECT_EQ(ZqBoundedArgBracketLineMin(lo, mid, hi, 1, 7.0, &origin, &direction, quadratic, 10.0), 1);
-  CountingFunc falling = OfStep([](double t) { return -t; });
-  EXPECT_EQ(ZqBoundedArgBracketLineMin(lo, mid, hi, 1, 1.0, &origin, &direction, falling, 10.0), 2);
-  EXPECT_EQ(lo, -1.0);  // written only with code 3
-  // f(5) = 4 >= f(0) = 9? No: 4 < 9, and f(5) = 4 < f(10) = 49: (0, 5, 10).
-  EXPECT_EQ(ZqBoundedArgBracketLineMin(lo, mid, hi, 1, 0.5, &origin, &direction, quadratic, 10.0), 3);
-  EXPECT_EQ(lo, 0.0);
-  EXPECT_EQ(mid, 5.0);
-  EXPECT_EQ(hi, 10.0);
+  int evaluations = 0;
+  Minarc::NumericFunc1 f(1, [&](const double* x) { return ++evaluations, g(x[0]); });
+  const int code = routine(lo, mid, hi, 1, step, &origin, &direction, f, limit);
+  if (calls != nullptr) *calls = evaluations;
+  return {code, lo, mid, hi};
+}
+
+TEST(ZqBoundedArgBracketLineMin, ReturnsEachCode) {
+  const BracketRoutine bounded = ZqBoundedArgBracketLineMin;
+  auto quadratic = [](double t) { return (t - 3.0) * (t - 3.0); };
+  auto falling = [](double t) { return -t; };
+  int calls = -1;
+  EXPECT_EQ(Bracketed(bounded, quadratic, 10.0, 10.0, &calls), std::make_tuple(0, -1.0, -1.0, -1.0));
+  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(Bracketed(bounded, quadratic, 7.0, 10.0), std::make_tuple(1, -1.0, -1.0, -1.0));
+  EXPECT_EQ(Bracketed(bounded, falling, 1.0, 10.0), std::make_tuple(2, -1.0, -1.0, -1.0));
+  // f(5) = 4 < f(0) = 9 and f(5) < f(10) = 49: (0, 5, 10).
+  EXPECT_EQ(Bracketed(bounded, quadratic, 0.5, 10.0), std::make_tuple(3, 0.0, 5.0, 10.0));
   // Minimum near the start: f(50) >= f(0), so (0, step, limit / 2).
-  EXPECT_EQ(ZqBoundedArgBracketLineMin(lo, mid, hi, 1, 0.5, &origin, &direction, quadratic, 100.0), 3);
-  EXPECT_EQ(lo, 0.0);
-  EXPECT_EQ(mid, 0.5);
-  EXPECT_EQ(hi, 50.0);
+  EXPECT_EQ(Bracketed(bounded, quadratic, 0.5, 100.0), std::make_tuple(3, 0.0, 0.5, 50.0));
   // Minimum near the limit: (limit / 2, limit - step, limit).
-  CountingFunc late = OfStep([](double t) { return (t - 95.0) * (t - 95.0); });
-  EXPECT_EQ(ZqBoundedArgBracketLineMin(lo, mid, hi, 1, 0.5, &origin, &direction, late, 100.0), 3);
-  EXPECT_EQ(lo, 50.0);
-  EXPECT_EQ(mid, 99.5);
-  EXPECT_EQ(hi, 100.0);
+  auto late = [](double t) { return (t - 95.0) * (t - 95.0); };
+  EXPECT_EQ(Bracketed(bounded, late, 0.5, 100.0), std::make_tuple(3, 50.0, 99.5, 100.0));
 }
 
 TEST(ZqBracketLineMin, BracketsAMinimum) {
-  const double origin = 0.0, direction = 1.0;
   for (double centre : {0.7, 5.0, 60.0, 900.0}) {
     SCOPED_TRACE(centre);
     auto g = [centre](double t) { return (t - centre) * (t - centre) + 0.1 * std::pow(t - centre, 4); };
-    CountingFunc f = OfStep(g);
-    double lo = 0.0, mid = 0.0, hi = 0.0;
-    ASSERT_NE(ZqBracketLineMin(lo, mid, hi, 1, 0.5, &origin, &direction, f, 1e6), 0);
+    const auto [code, lo, mid, hi] = Bracketed(ZqBracketLineMin, g, 0.5, 1e6);
+    ASSERT_NE(code, 0);
     EXPECT_LT(std::min(lo, hi), mid);
     EXPECT_LT(mid, std::max(lo, hi));
     EXPECT_LT(g(mid), g(lo));
@@ -259,18 +219,13 @@ TEST(ZqBracketLineMin, BracketsAMinimum) {
 }
 
 TEST(ZqBracketLineMin, FailsWithoutDescentPastTheLimitAndOnNaN) {
-  const double origin = 0.0, direction = 1.0;
-  double lo = 0.0, mid = 0.0, hi = 0.0;
-  CountingFunc rising = OfStep([](double t) { return t; });
-  EXPECT_EQ(ZqBracketLineMin(lo, mid, hi, 1, 1.0, &origin, &direction, rising, 100.0), 0);
-  CountingFunc falling = OfStep([](double t) { return -t; });
-  EXPECT_EQ(ZqBracketLineMin(lo, mid, hi, 1, 1.0, &origin, &direction, falling, 100.0), 0);
-  CountingFunc forever = OfStep([](double t) { return -t; });
-  EXPECT_EQ(ZqBracketLineMin(lo, mid, hi, 1, 1.0, &origin, &direction, forever,
-                             std::numeric_limits<double>::infinity()),
-            0);
-  CountingFunc nan = OfStep([](double t) { return t > 2.0 ? std::nan("") : -t; });
-  EXPECT_EQ(ZqBracketLineMin(lo, mid, hi, 1, 1.0, &origin, &direction, nan, 100.0), 0);
+  auto rising = [](double t) { return t; };
+  auto falling = [](double t) { return -t; };
+  EXPECT_EQ(std::get<0>(Bracketed(ZqBracketLineMin, rising, 1.0, 100.0)), 0);
+  EXPECT_EQ(std::get<0>(Bracketed(ZqBracketLineMin, falling, 1.0, 100.0)), 0);
+  EXPECT_EQ(std::get<0>(Bracketed(ZqBracketLineMin, falling, 1.0, std::numeric_limits<double>::infinity())), 0);
+  auto nanBeyondTwo = [](double t) { return t > 2.0 ? kNaN : -t; };
+  EXPECT_EQ(std::get<0>(Bracketed(ZqBracketLineMin, nanBeyondTwo, 1.0, 100.0)), 0);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -18,40 +19,21 @@ constexpr double kBad = 1.7976931348623157e308;
 // comes from numpy.linspace. Relative agreement to a few units of 1e-15.
 constexpr double kQuantileTolerance = 1e-14;
 
-std::vector<double> Sorted(std::vector<double> x) {
-  std::sort(x.begin(), x.end());
-  return x;
-}
-
-struct QuantileCase {
-  unsigned int type;
-  double p, expected;
-  std::vector<double> data;
-};
-
-std::vector<QuantileCase> LoadQuantileCases() {
-  std::vector<QuantileCase> cases;
-  for (const auto& tokens : VarimoTest::ReadReferenceLines("statistics/quantile_cases.txt")) {
-    QuantileCase c;
-    c.type = static_cast<unsigned int>(VarimoTest::ToDouble(tokens[0]));
-    c.p = VarimoTest::ToDouble(tokens[1]);
-    c.expected = VarimoTest::ToDouble(tokens[2]);
-    c.data = Sorted(VarimoTest::ToDoubles(tokens, 4));
-    EXPECT_EQ(c.data.size(), static_cast<std::size_t>(VarimoTest::ToDouble(tokens[3])));
-    cases.push_back(c);
-  }
-  return cases;
-}
-
 class QuantileAgainstNumpy : public ::testing::TestWithParam<unsigned int> {};
 
 TEST_P(QuantileAgainstNumpy, EveryCaseOfTheType) {
+  // Lines of type, p, expected value, n and the n data.
   int checked = 0;
-  for (const QuantileCase& c : LoadQuantileCases()) {
-    if (c.type != GetParam()) continue;
+  for (const auto& tokens : VarimoTest::ReadReferenceLines("statistics/quantile_cases.txt")) {
+    if (static_cast<unsigned int>(VarimoTest::ToDouble(tokens[0])) != GetParam()) continue;
+    const double p = VarimoTest::ToDouble(tokens[1]);
+    std::vector<double> data = VarimoTest::ToDoubles(tokens, 4);
+    ASSERT_EQ(data.size(), static_cast<std::size_t>(VarimoTest::ToDouble(tokens[3])));
+    std::sort(data.begin(), data.end());
+    EXPECT_TRUE(VarimoTest::WithinRelative(ZqQuantile(p, data, GetParam()), VarimoTest::ToDouble(tokens[2]),
+                                           kQuantileTolerance))
+        << "p = " << p << ", n = " << data.size();
     ++checked;
-    EXPECT_TRUE(VarimoTest::WithinRelative(ZqQuantile(c.p, c.data, c.type), c.expected, kQuantileTolerance))
-        << "p = " << c.p << ", n = " << c.data.size();
   }
   EXPECT_GT(checked, 40);
 }

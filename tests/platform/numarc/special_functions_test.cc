@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <limits>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -28,7 +28,6 @@ constexpr double kLargeShape = 1e4;
 constexpr double kLargeShapeRelative = 1e-11;
 
 struct Reference {
-  std::string function;
   double a, b, x, value;
 };
 
@@ -39,25 +38,20 @@ std::vector<Reference> LoadReferences(const std::string& function) {
   std::vector<Reference> rows;
   std::string line;
   while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '#' || line.rfind("function,", 0) == 0) continue;
-    std::istringstream fields(line);
+    // The comment and the header line do not scan.
+    char name[16] = {};
     Reference r;
-    std::string cell;
-    std::getline(fields, r.function, ',');
-    std::vector<double> numbers;
-    while (std::getline(fields, cell, ',')) numbers.push_back(std::stod(cell));
-    if (r.function != function || numbers.size() != 4) continue;
-    r.a = numbers[0], r.b = numbers[1], r.x = numbers[2], r.value = numbers[3];
-    rows.push_back(r);
+    const int scanned = std::sscanf(line.c_str(), "%15[^,],%lf,%lf,%lf,%lf", name, &r.a, &r.b, &r.x, &r.value);
+    if (scanned == 5 && function == name) rows.push_back(r);
   }
   return rows;
 }
 
-double Evaluate(const Reference& r) {
-  if (r.function == "erf") return Zqerf(r.x);
-  if (r.function == "lgamma") return Zqlgamma(r.x);
-  if (r.function == "digamma") return ZqDiGamma(r.x);
-  if (r.function == "gamma_p") return ZqIncompleteGamma(r.a, r.x);
+double Evaluate(const std::string& function, const Reference& r) {
+  if (function == "erf") return Zqerf(r.x);
+  if (function == "lgamma") return Zqlgamma(r.x);
+  if (function == "digamma") return ZqDiGamma(r.x);
+  if (function == "gamma_p") return ZqIncompleteGamma(r.a, r.x);
   return ZqIncompleteBeta(r.a, r.b, r.x);
 }
 
@@ -69,7 +63,7 @@ TEST_P(SpecialFunctionReferences, AgreeWithinUlps) {
   int checked = 0;
   for (const Reference& r : rows) {
     SCOPED_TRACE(::testing::Message() << GetParam() << "(a=" << r.a << ", b=" << r.b << ", x=" << r.x << ")");
-    const double actual = Evaluate(r);
+    const double actual = Evaluate(GetParam(), r);
     // The header allows NaN for P(a, x) with a past 1e10 and x near a, where
     // Boost's series fail; a number there must still be right.
     if (GetParam() == "gamma_p" && r.a > 1e10 && std::isnan(actual)) continue;
@@ -86,41 +80,33 @@ TEST_P(SpecialFunctionReferences, AgreeWithinUlps) {
 INSTANTIATE_TEST_SUITE_P(Numarc, SpecialFunctionReferences,
                          ::testing::Values("erf", "lgamma", "digamma", "gamma_p", "ibeta"));
 
-TEST(NumarcSpecialFunctions, ErfLimits) {
+TEST(NumarcSpecialFunctions, OutsideTheDomainAndAtThePolesIsNaN) {
+  EXPECT_TRUE(std::isnan(Zqerf(kNaN)));
+  EXPECT_TRUE(std::isnan(Zqlgamma(kNaN)));
+  for (double pole : {0.0, -0.0, -1.0, -7.0, -0x1.0p53, -1e300, -kInf, kNaN})
+    EXPECT_TRUE(std::isnan(ZqDiGamma(pole))) << pole;
+  for (double a : {0.0, -0.0, -1.0, kInf, -kInf, kNaN}) EXPECT_TRUE(std::isnan(ZqIncompleteGamma(a, 1.0))) << "a=" << a;
+  for (double x : {-1e-300, -1.0, -kInf, kNaN}) EXPECT_TRUE(std::isnan(ZqIncompleteGamma(2.0, x))) << "x=" << x;
+  for (double shape : {0.0, -1.0, kInf, kNaN, 2.0 * kMaxIncompleteBetaShape}) {
+    EXPECT_TRUE(std::isnan(ZqIncompleteBeta(shape, 2.0, 0.5))) << "a=" << shape;
+    EXPECT_TRUE(std::isnan(ZqIncompleteBeta(2.0, shape, 0.5))) << "b=" << shape;
+  }
+  for (double x : {-1e-300, 1.0 + 0x1.0p-52, kInf, kNaN}) EXPECT_TRUE(std::isnan(ZqIncompleteBeta(2.0, 3.0, x))) << x;
+}
+
+TEST(NumarcSpecialFunctions, LimitsAndEnds) {
   EXPECT_EQ(Zqerf(kInf), 1.0);
   EXPECT_EQ(Zqerf(-kInf), -1.0);
   EXPECT_EQ(Zqerf(0.0), 0.0);
-  EXPECT_TRUE(std::isnan(Zqerf(kNaN)));
-}
-
-TEST(NumarcSpecialFunctions, LgammaPolesAndEnds) {
-  for (double pole : {0.0, -0.0, -1.0, -2.0, -100.0, -0x1.0p53, -1e300, -kInf}) {
-    EXPECT_EQ(Zqlgamma(pole), kInf) << pole;
-  }
+  for (double pole : {0.0, -0.0, -1.0, -2.0, -100.0, -0x1.0p53, -1e300, -kInf}) EXPECT_EQ(Zqlgamma(pole), kInf) << pole;
   EXPECT_EQ(Zqlgamma(kInf), kInf);
   EXPECT_EQ(Zqlgamma(1e306), kInf);  // overflow
   EXPECT_EQ(Zqlgamma(1.0), 0.0);
   EXPECT_EQ(Zqlgamma(2.0), 0.0);
-  EXPECT_TRUE(std::isnan(Zqlgamma(kNaN)));
-}
-
-TEST(NumarcSpecialFunctions, DigammaPolesAndEnds) {
-  for (double pole : {0.0, -0.0, -1.0, -7.0, -0x1.0p53, -1e300, -kInf, kNaN}) {
-    EXPECT_TRUE(std::isnan(ZqDiGamma(pole))) << pole;
-  }
   EXPECT_EQ(ZqDiGamma(kInf), kInf);
   // Just beside a pole the value is large and finite, of the side's sign.
   EXPECT_LT(ZqDiGamma(-3.0 + 1e-9), -1e8);
   EXPECT_GT(ZqDiGamma(-3.0 - 1e-9), 1e8);
-}
-
-TEST(NumarcSpecialFunctions, IncompleteGammaDomainAndEdges) {
-  for (double a : {0.0, -0.0, -1.0, kInf, -kInf, kNaN}) {
-    EXPECT_TRUE(std::isnan(ZqIncompleteGamma(a, 1.0))) << "a=" << a;
-  }
-  for (double x : {-1e-300, -1.0, -kInf, kNaN}) {
-    EXPECT_TRUE(std::isnan(ZqIncompleteGamma(2.0, x))) << "x=" << x;
-  }
   EXPECT_EQ(ZqIncompleteGamma(2.0, 0.0), 0.0);
   EXPECT_EQ(ZqIncompleteGamma(1e-300, 0.0), 0.0);
   EXPECT_EQ(ZqIncompleteGamma(2.0, kInf), 1.0);
@@ -129,23 +115,13 @@ TEST(NumarcSpecialFunctions, IncompleteGammaDomainAndEdges) {
   // unconverged sum (0.50078 here, against a true 0.50000042).
   const double centre = ZqIncompleteGamma(1e11, 1e11);
   EXPECT_TRUE(std::isnan(centre) || VarimoTest::WithinRelative(centre, 0.50000042052208, 1e-12));
-}
-
-TEST(NumarcSpecialFunctions, IncompleteBetaDomainAndEdges) {
-  for (double shape : {0.0, -1.0, kInf, kNaN, 2.0 * kMaxIncompleteBetaShape}) {
-    EXPECT_TRUE(std::isnan(ZqIncompleteBeta(shape, 2.0, 0.5))) << "a=" << shape;
-    EXPECT_TRUE(std::isnan(ZqIncompleteBeta(2.0, shape, 0.5))) << "b=" << shape;
-  }
-  for (double x : {-1e-300, 1.0 + 0x1.0p-52, kInf, kNaN}) {
-    EXPECT_TRUE(std::isnan(ZqIncompleteBeta(2.0, 3.0, x))) << "x=" << x;
-  }
   EXPECT_EQ(ZqIncompleteBeta(2.0, 3.0, 0.0), 0.0);
   EXPECT_EQ(ZqIncompleteBeta(0.01, 3.0, 0.0), 0.0);
   EXPECT_EQ(ZqIncompleteBeta(2.0, 3.0, 1.0), 1.0);
   EXPECT_EQ(ZqIncompleteBeta(2.0, 0.01, 1.0), 1.0);
   // The largest accepted shapes, where symmetry gives the exact answer.
-  EXPECT_TRUE(VarimoTest::WithinUlps(
-      ZqIncompleteBeta(kMaxIncompleteBetaShape, kMaxIncompleteBetaShape, 0.5), 0.5, kUlps));
+  const double largest = kMaxIncompleteBetaShape;
+  EXPECT_TRUE(VarimoTest::WithinUlps(ZqIncompleteBeta(largest, largest, 0.5), 0.5, kUlps));
 }
 
 TEST(NumarcSpecialFunctions, IncompleteBetaReflection) {
@@ -158,8 +134,8 @@ TEST(NumarcSpecialFunctions, IncompleteBetaReflection) {
 }
 
 // No exception can leave: the signatures say so, and the policy makes it true.
-static_assert(noexcept(Zqerf(0.0)) && noexcept(Zqlgamma(0.0)) && noexcept(ZqDiGamma(0.0)) &&
-              noexcept(ZqIncompleteGamma(1.0, 1.0)) && noexcept(ZqIncompleteBeta(1.0, 1.0, 0.5)));
+static_assert(noexcept(Zqerf(0.0)) && noexcept(Zqlgamma(0.0)) && noexcept(ZqDiGamma(0.0)) && noexcept(
+    ZqIncompleteGamma(1.0, 1.0)) && noexcept(ZqIncompleteBeta(1.0, 1.0, 0.5)));
 
 TEST(NumarcSpecialFunctions, LeaveErrnoAlone) {
   // Boost reports failures through errno; the caller's value must survive,
