@@ -61,9 +61,10 @@ constexpr double kMatrixTolerance = 1e-12;
 
 // The output of a routine that must succeed. A failure is reported here, and
 // the output it leaves (empty, or DBL_MAX) fails the comparison that follows.
+// The output starts as NaN, so that one the routine never writes cannot pass.
 template <class Out = Vec, class Routine, class... Args>
 Out Solved(Routine routine, const Args&... args) {
-  Out out{};
+  Out out{kNaN};
   const ZqStatModelResult result = routine(args..., out);
   EXPECT_TRUE(result.IsSuccessful()) << result.ReportStatResultDetails();
   return out;
@@ -220,6 +221,7 @@ TEST(MatrixSizes, WrongLengthsFailWithTheirRoutineName) {
   // 2^32 squared wraps to 0 in 64 bits; an empty vector must not pass as full.
   EXPECT_OWN_FAILURE(kMatrix, ZqCholeskyDecomposition, 1ul << 32, Vec{}, out);
   // A right-hand side of the wrong length is a vector failure.
+  out = {1.0};  // to see it cleared
   EXPECT_OWN_FAILURE(F::WrongInputVectorSize, ZqSolveLowerTriangularEquations, 2, four, three, out);
   EXPECT_TRUE(out.empty());
 }
@@ -255,7 +257,7 @@ TEST(MatrixKinds, DiagonalKind) {
 }
 
 TEST(MatrixKinds, ScalarAndDiagonalFunctionsCheckLengthAndSign) {
-  Vec out;
+  Vec out = {1.0};  // to see it cleared
   double value = 0.0;
   EXPECT_OWN_FAILURE(F::SingularMatrix, ZqLogDeterminantOfDiagonalMatrix, 3, {1.0, 0.0, 2.0}, value);
   EXPECT_EQ(value, DBL_MAX);

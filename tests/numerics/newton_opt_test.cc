@@ -116,6 +116,10 @@ TEST(ZqNewtonOpt, QuadraticInOneStepReadingOnlyTheLowerTriangle) {
   EXPECT_EQ(newton.GetNumIterations(), 1u);
   EXPECT_NEAR(x[0], 20.0 / 7.0, 1e-12);
   EXPECT_NEAR(x[1], -26.0 / 7.0, 1e-12);
+  // A second run, from the minimum, counts its iterations afresh.
+  newton(f, nullptr, x, x);
+  EXPECT_EQ(newton.GetStatus(), Status::Converged);
+  EXPECT_EQ(newton.GetNumIterations(), 0u);
 }
 
 TEST(ZqNewtonOpt, IterationLimitZeroReturnsTheStartAndItsValue) {
@@ -179,7 +183,7 @@ TEST(ZqNewtonOpt, StepsAroundWhereTheFunctionIsNaN) {
   run = Minimise(edge, {1.0}, 1e-14, 1000);
   EXPECT_TRUE(std::isfinite(run.value));
   EXPECT_GE(run.x[0], 0.0);
-  EXPECT_NE(run.status, Status::Converged);
+  EXPECT_TRUE(run.status == Status::NoDescent || run.status == Status::IterLimitReached);
 }
 
 TEST(ZqNewtonOpt, NonFiniteGradientStopsWithAFiniteResult) {

@@ -134,8 +134,8 @@ TEST(NumarcSpecialFunctions, IncompleteBetaReflection) {
 }
 
 // No exception can leave: the signatures say so, and the policy makes it true.
-static_assert(noexcept(Zqerf(0.0)) && noexcept(Zqlgamma(0.0)) && noexcept(ZqDiGamma(0.0)) && noexcept(
-    ZqIncompleteGamma(1.0, 1.0)) && noexcept(ZqIncompleteBeta(1.0, 1.0, 0.5)));
+static_assert(noexcept(Zqerf(0.0)) && noexcept(Zqlgamma(0.0)) && noexcept(ZqDiGamma(0.0)) &&
+              noexcept(ZqIncompleteGamma(1.0, 1.0)) && noexcept(ZqIncompleteBeta(1.0, 1.0, 0.5)));
 
 TEST(NumarcSpecialFunctions, LeaveErrnoAlone) {
   // Boost reports failures through errno; the caller's value must survive,
