@@ -294,6 +294,17 @@ void ZqDataTableFileInfo::MakeLineNumberColumn(std::uint64_t numDataLines) {
   lineNumbers_ = ZqDataTableFileCol(name, name, ZqStatVariableType::Interval, numDataLines, missingValue_);
 }
 
+ZqStatModelResult ZqDataTableFileInfo::StartFileColumns(std::uint64_t& numDataLines, const char* routine) {
+  ZqStatModelResult result = CountNumberOfDataLines(numDataLines);
+  if (result.NotSuccessful()) {
+    result.AddCallContext(routine);
+    return result;
+  }
+  MakeLineNumberColumn(numDataLines);
+  fileColumns_.clear();
+  return result;
+}
+
 ZqStatModelResult ZqDataTableFileInfo::SetFileColumns() {
   constexpr const char* kRoutine = "ZqDataTableFileInfo::SetFileColumns";
   std::vector<std::string> names;
@@ -322,13 +333,8 @@ ZqStatModelResult ZqDataTableFileInfo::SetFileColumns() {
 
 ZqStatModelResult ZqDataTableFileInfo::SetFileColumns(const std::vector<std::string>& names) {
   std::uint64_t numDataLines = 0;
-  ZqStatModelResult result = CountNumberOfDataLines(numDataLines);
-  if (result.NotSuccessful()) {
-    result.AddCallContext("ZqDataTableFileInfo::SetFileColumns");
-    return result;
-  }
-  MakeLineNumberColumn(numDataLines);
-  fileColumns_.clear();
+  ZqStatModelResult result = StartFileColumns(numDataLines, "ZqDataTableFileInfo::SetFileColumns");
+  if (result.NotSuccessful()) return result;
   fileColumns_.reserve(names.size());
   for (const std::string& name : names) {
     fileColumns_.emplace_back(name, fileName_ + "::" + name, numDataLines, missingValue_);
@@ -351,13 +357,8 @@ ZqStatModelResult ZqDataTableFileInfo::SetFileColumns(const std::vector<std::str
                  Corvane::ZqMakeString("size of vec of discrete value vecs = ", discreteValueVectors.size())});
   }
   std::uint64_t numDataLines = 0;
-  ZqStatModelResult result = CountNumberOfDataLines(numDataLines);
-  if (result.NotSuccessful()) {
-    result.AddCallContext(kRoutine);
-    return result;
-  }
-  MakeLineNumberColumn(numDataLines);
-  fileColumns_.clear();
+  ZqStatModelResult result = StartFileColumns(numDataLines, kRoutine);
+  if (result.NotSuccessful()) return result;
   for (std::size_t i = 0; i < names.size(); ++i) {
     const std::string fullName = fileName_ + "::" + names[i];
     if (discreteValueVectors[i].empty()) {
@@ -380,13 +381,8 @@ ZqStatModelResult ZqDataTableFileInfo::SetFileColumns(const std::vector<std::str
                                        " num column 2nd dimension = ", secondDims.size())});
   }
   std::uint64_t numDataLines = 0;
-  ZqStatModelResult result = CountNumberOfDataLines(numDataLines);
-  if (result.NotSuccessful()) {
-    result.AddCallContext(kRoutine);
-    return result;
-  }
-  MakeLineNumberColumn(numDataLines);
-  fileColumns_.clear();
+  ZqStatModelResult result = StartFileColumns(numDataLines, kRoutine);
+  if (result.NotSuccessful()) return result;
   for (std::size_t i = 0; i < names.size(); ++i) {
     const bool triangle = lastIsLowerTriangular && i + 1 == names.size();
     fileColumns_.emplace_back(names[i], fileName_ + "::" + names[i], types[i], numDataLines, missingValue_,

@@ -207,6 +207,9 @@ class ZqDataTableFileInfo {
   // Reads the next line that is not blank or a comment; false at the end.
   bool NextContentLine();
   void MakeLineNumberColumn(std::uint64_t numDataLines);
+  // Counts the data lines and starts an empty list of file columns with the
+  // line-number column sized for them; a failure gets `routine` added.
+  ZqStatModelResult StartFileColumns(std::uint64_t& numDataLines, const char* routine);
   // Second pass over the first data lines for deferred columns that turned
   // out not to be numbers after the first row.
   ZqStatModelResult RecoverLeadingTexts();
