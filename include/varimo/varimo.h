@@ -24,3 +24,7 @@
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/variogram.h"
+#include "varimo/krige/krige_options.h"
+#include "varimo/krige/krige_result.h"
+#include "varimo/krige/property_list.h"
+#include "varimo/krige/vector_krige.h"

@@ -1,6 +1,7 @@
 #include "varimo/krige/variogram.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "varimo/platform/corvane/error_handler.h"
@@ -23,6 +24,9 @@ enum class Binned { NoPairs, AllAtZero, Yes };
 // is one, comes first. For AllAtZero the one range is the zero bin.
 Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
   bins.clear();
+  // A pair without a distance belongs to no bin, and NaN would break the
+  // ordering of the sort.
+  std::erase_if(pairs, [](const auto& pair) { return std::isnan(pair.first); });
   if (pairs.empty()) return Binned::NoPairs;
   if (sort) {
     std::sort(pairs.begin(), pairs.end(), [](const auto& a, const auto& b) { return a.first < b.first; });

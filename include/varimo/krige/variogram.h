@@ -80,7 +80,8 @@ class ZqVariogram {
 
 // Bins (distance, response difference) pairs into `variogram`, which is
 // cleared first; with `sort`, the pairs are first sorted by distance in
-// place. False for no pairs, and when every pair is at distance zero (then
+// place. Pairs with a NaN distance are removed from `pairs` first. False
+// for no pairs, and when every pair is at distance zero (then
 // the plain variogram keeps its zero bin if there were 50 pairs or more; the
 // full variogram stays empty).
 bool ZqSetupVariogram(ZqVariogramImpl& variogram, std::vector<std::pair<double, double>>& pairs, bool sort);

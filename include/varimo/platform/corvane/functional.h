@@ -27,6 +27,13 @@ class ZqBinaryFunction {
   virtual ZqBinaryFunction* CreateCopy() const = 0;
 };
 
+// Copies a polymorphic object through its CreateCopy(); the copy is owned by
+// the caller.
+template <class T>
+struct ZqCreateCopyFxn {
+  T* operator()(const T& object) const { return static_cast<T*>(object.CreateCopy()); }
+};
+
 template <class Arg>
 using ZqUnaryPredicate = ZqUnaryFunction<Arg, bool>;
 

@@ -1,0 +1,64 @@
+// The model interfaces of the kriging engine: ZqDataModelBase, a model that
+// learns responses of elements of type T, and ZqKrigeBase, a kriging model
+// with ids, unmeasured records, kernels, variograms and full results.
+#pragma once
+
+#include "varimo/krige/full_variogram.h"
+#include "varimo/krige/krige_kernels.h"
+#include "varimo/krige/krige_result.h"
+#include "varimo/krige/variogram.h"
+
+namespace Varimo {
+
+template <class T>
+class ZqDataModelBase {
+ public:
+  virtual ~ZqDataModelBase() = default;
+  // False, adding nothing, for a response the model refuses (NaN).
+  virtual bool AddTraining(const T& element, double response) = 0;
+  virtual bool Train() = 0;
+  // Trains first when needed; GetErrorValue() on failure.
+  virtual double Predict(const T& element) = 0;
+  // Leaves the model as it is: an untrained model is trained on a temporary
+  // copy for this one call.
+  virtual double Predict(const T& element) const = 0;
+  virtual double GetErrorValue() const = 0;
+  // Removes the training data and the training state; options stay.
+  virtual void Clear() = 0;
+  // A new copy of the model, owned by the caller.
+  virtual ZqDataModelBase* CreateCopy() const = 0;
+};
+
+template <class T>
+class ZqKrigeBase : public ZqDataModelBase<T> {
+ public:
+  using ZqDataModelBase<T>::Predict;
+
+  virtual bool AddTrainingWithID(const T& element, double response, unsigned int id) = 0;
+  // An unmeasured record carries a bound rather than a measurement: it
+  // counts for its element only where no measured copy exists, and enters
+  // the variogram only when the model includes unmeasured records.
+  virtual bool AddUnmeasuredTraining(const T& element, double response) = 0;
+  virtual bool AddUnmeasuredTrainingWithID(const T& element, double response, unsigned int id) = 0;
+  // Fits the caller's kernel (in place) to the variogram and trains with it.
+  virtual bool Train(ZqKrigeKernelBase& kernel) = 0;
+  // Trains with the kernel's parameters as they stand.
+  virtual bool TrainFixed(const ZqKrigeKernelBase& kernel) = 0;
+  virtual double GetVariance(const T& element) = 0;
+  virtual double GetVariance(const T& element) const = 0;
+  // Not valid on failure.
+  virtual ZqKrigeResult GetKrigeResult(const T& element) = 0;
+  virtual ZqKrigeResult GetKrigeResult(const T& element) const = 0;
+  virtual ZqKrigeKernel GetKernel() = 0;
+  virtual ZqKrigeKernel GetKernel() const = 0;
+  virtual ZqVariogram GetVariogram() = 0;
+  virtual ZqVariogram GetVariogram() const = 0;
+  virtual ZqFullVariogram GetFullVariogram() = 0;
+  virtual ZqFullVariogram GetFullVariogram() const = 0;
+  virtual ZqKrigeBase* CreateKrigeCopy() const = 0;
+
+  // Bring the overloads hidden by the declarations above back into scope.
+  using ZqDataModelBase<T>::Train;
+};
+
+}  // namespace Varimo

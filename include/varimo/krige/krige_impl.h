@@ -1,0 +1,8 @@
+// All template definitions of the kriging models, for element types other
+// than those compiled into the library. Include it in one source file.
+#pragma once
+
+#include "varimo/krige/ordinary_krige_impl.h"
+#include "varimo/krige/simple_krige_impl.h"
+#include "varimo/krige/standard_krige_impl.h"
+#include "varimo/krige/training_container_impl.h"

@@ -1,0 +1,103 @@
+// Pieces of the linear systems of the global kriging models, shared by the
+// simple and the ordinary model: the Cholesky factor of the covariance
+// matrix, the covariances between queries and training elements, and the
+// filling of a result.
+#pragma once
+
+#include <Eigen/Cholesky>
+#include <Eigen/Core>
+
+#include <cstddef>
+#include <vector>
+
+#include "varimo/krige/krige_result.h"
+#include "varimo/krige/training_container_impl.h"
+
+namespace Varimo::krige_detail {
+
+// Factorises the covariance matrix of the container's unique elements in
+// place into its lower Cholesky factor L (C = L L^T). False when the matrix
+// is not positive definite for this kernel, and also when an entry is not
+// finite, which Eigen's factorisation would pass through as NaN.
+template <class T, class TT>
+bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const ZqKrigeKernelBase& kernel,
+                      Eigen::MatrixXd& factor) {
+  const auto n = static_cast<Eigen::Index>(container.GetNumUnique());
+  factor.resize(n, n);
+  if (!ZqFillCovarianceMatrix(factor, container, kernel) || !factor.allFinite()) return false;
+  Eigen::LLT<Eigen::Ref<Eigen::MatrixXd>, Eigen::Lower> llt(factor);
+  return llt.info() == Eigen::Success;
+}
+
+// Solves C x = b in place with the lower factor of C.
+inline void SolveWithFactor(const Eigen::MatrixXd& factor, Eigen::Ref<Eigen::MatrixXd> b) {
+  factor.triangularView<Eigen::Lower>().solveInPlace(b);
+  factor.transpose().triangularView<Eigen::Upper>().solveInPlace(b);
+}
+
+// The covariances sill - kernel(d_i) between a query and each unique
+// element, with the distances d_i kept for the result.
+template <class T, class TT>
+Eigen::VectorXd QueryCovariances(const T& query, const ZqKrigeKernelBase& kernel,
+                                 const ZqKrigeTrainingContainer<T, TT>& container, std::vector<double>& distances) {
+  const std::size_t n = container.GetNumUnique();
+  const double sill = kernel.GetSill();
+  distances.resize(n);
+  Eigen::VectorXd covariances(static_cast<Eigen::Index>(n));
+  for (std::size_t i = 0; i < n; ++i) {
+    distances[i] = container.GetDistance(query, container.GetRepresentative(i));
+    covariances(static_cast<Eigen::Index>(i)) = sill - kernel.GetValue(distances[i]);
+  }
+  return covariances;
+}
+
+// The same for queries [first, first + count) of a batch, one column each.
+template <class T, class TT>
+Eigen::MatrixXd QueryCovarianceBlock(const std::vector<const T*>& queries, std::size_t first, std::size_t count,
+                                     const ZqKrigeKernelBase& kernel,
+                                     const ZqKrigeTrainingContainer<T, TT>& container) {
+  const std::size_t n = container.GetNumUnique();
+  const double sill = kernel.GetSill();
+  Eigen::MatrixXd block(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(count));
+  for (std::size_t q = 0; q < count; ++q) {
+    const T& query = *queries[first + q];
+    for (std::size_t i = 0; i < n; ++i) {
+      block(static_cast<Eigen::Index>(i), static_cast<Eigen::Index>(q)) =
+          sill - kernel.GetValue(container.GetDistance(query, container.GetRepresentative(i)));
+    }
+  }
+  return block;
+}
+
+// Queries per blocked solve: enough to run the triangular solves at matrix
+// speed, few enough to keep the block of covariances small.
+inline constexpr std::size_t kQueryBlock = 256;
+
+// Appends one result element per unique element, with the weight, the
+// distance to the query and the unique response, and the copy lists of the
+// elements with several records. The copy lists are filled from the first
+// records of the whole training list, not from the element's own records:
+// that is how results have always reported copies, and reports rely on it.
+template <class T, class TT>
+void FillResultElements(ZqKrigeResultImpl& result, const ZqKrigeTrainingContainer<T, TT>& container,
+                        const std::vector<double>& distances, const Eigen::VectorXd& weights,
+                        const std::vector<double>& responses, double responseOffset) {
+  for (std::size_t i = 0; i < container.GetNumUnique(); ++i) {
+    const std::vector<std::size_t>& members = container.GetUniqueMembers(i);
+    bool hasID = false, allUnmeasured = true;
+    for (std::size_t m : members) {
+      hasID = hasID || container.GetData(m).hasID;
+      allUnmeasured = allUnmeasured && container.GetData(m).isUnmeasured;
+    }
+    const unsigned int element =
+        result.AddElement(distances[i], weights(static_cast<Eigen::Index>(i)), responses[i], allUnmeasured,
+                          container.GetUniqueID(i), hasID);
+    if (members.size() < 2) continue;
+    for (std::size_t k = 0; k < members.size(); ++k) {
+      const auto& record = container.GetData(k);
+      result.PushCopyData(element, record.response - responseOffset, record.isUnmeasured, record.id, record.hasID);
+    }
+  }
+}
+
+}  // namespace Varimo::krige_detail

@@ -1,0 +1,52 @@
+// Ordinary kriging: the weights sum to one, so that no mean needs to be
+// known. The bordered system [C 1; 1' 0] [w; mu] = [b; 1] is solved by block
+// elimination through the Cholesky factor of C: with z = C^-1 1,
+// mu = (1' C^-1 b - 1) / (1' z) and w = C^-1 b - mu z. A kernel is refused
+// exactly when C is not positive definite, and then the bordered matrix
+// would be singular or indefinite too; when C is positive definite the
+// bordered system always has its unique solution.
+//
+// Costs as for ZqSimpleKrige, plus one solve at training.
+#pragma once
+
+#include <Eigen/Core>
+
+#include <vector>
+
+#include "varimo/krige/standard_krige.h"
+
+namespace Varimo {
+
+template <class T, class TT = ZqKrigeDefaultElementStorage<T>>
+class ZqOrdinaryKrige final : public ZqStandardKrigeImpl<T, TT> {
+ public:
+  using Base = ZqStandardKrigeImpl<T, TT>;
+  using Container = typename Base::Container;
+  using Base::Base;
+  using Base::GetKrigeResult;
+  using Base::TrainFixed;
+
+  void Clear() override;
+  ZqKrigeBase<T>* CreateKrigeCopy() const override { return new ZqOrdinaryKrige(*this); }
+
+ protected:
+  bool TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) override;
+  // Not valid when the kriging variance falls outside [nugget, sill] (with
+  // a margin of 1e-6 relative): a numerically broken solve.
+  ZqKrigeResult GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
+                               const Container& container) const override;
+  void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const override;
+
+ private:
+  // The ordinary variance check of GetKrigeResult.
+  static bool VarianceInRange(double variance, const ZqKrigeKernelBase& kernel);
+
+  Eigen::MatrixXd cholesky_;  // lower factor L of the covariance matrix
+  std::vector<double> uniqueResponses_;  // raw
+  Eigen::VectorXd unitSolve_;  // z = C^-1 1
+  double unitSum_ = 0.0;  // 1' z
+  Eigen::VectorXd whitenedUnit_;  // L^-1 1, for batches
+  Eigen::VectorXd whitenedResponses_;  // L^-1 y, for batches
+};
+
+}  // namespace Varimo

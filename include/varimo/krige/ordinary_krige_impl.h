@@ -1,0 +1,108 @@
+// Definitions of ZqOrdinaryKrige.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+
+#include "varimo/krige/krige_system_impl.h"
+#include "varimo/krige/ordinary_krige.h"
+#include "varimo/krige/standard_krige_impl.h"
+
+namespace Varimo {
+
+template <class T, class TT>
+void ZqOrdinaryKrige<T, TT>::Clear() {
+  cholesky_.resize(0, 0);
+  uniqueResponses_.clear();
+  unitSolve_.resize(0);
+  unitSum_ = 0.0;
+  whitenedUnit_.resize(0);
+  whitenedResponses_.resize(0);
+  Base::Clear();
+}
+
+template <class T, class TT>
+bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) {
+  const std::size_t n = container.GetNumUnique();
+  if (n == 0) {
+    Corvane::ZqThrow.Warning("ZqOrdinaryKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data");
+    return false;
+  }
+  // A kernel fails on the positive-definiteness of the unbordered matrix.
+  if (!krige_detail::FactorCovariance(container, kernel, cholesky_)) {
+    cholesky_.resize(0, 0);
+    return false;
+  }
+  const auto size = static_cast<Eigen::Index>(n);
+  uniqueResponses_.resize(n);
+  for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
+
+  const auto lower = cholesky_.triangularView<Eigen::Lower>();
+  whitenedUnit_ = lower.solve(Eigen::VectorXd::Ones(size));
+  unitSum_ = whitenedUnit_.squaredNorm();
+  unitSolve_ = cholesky_.transpose().triangularView<Eigen::Upper>().solve(whitenedUnit_);
+  whitenedResponses_ = lower.solve(Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size));
+  // The Schur complement 1' C^-1 1 of the bordered matrix; positive for a
+  // positive definite C unless rounding has destroyed it.
+  if (!(unitSum_ > 0.0) || !std::isfinite(unitSum_)) {
+    cholesky_.resize(0, 0);
+    return false;
+  }
+  return true;
+}
+
+template <class T, class TT>
+bool ZqOrdinaryKrige<T, TT>::VarianceInRange(double variance, const ZqKrigeKernelBase& kernel) {
+  // Written so that NaN fails too.
+  return variance >= kernel.GetNugget() * 0.999999 && variance <= kernel.GetSill() * 1.000001;
+}
+
+template <class T, class TT>
+ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
+                                                     const Container& container) const {
+  const std::size_t n = container.GetNumUnique();
+  if (uniqueResponses_.size() != n || static_cast<std::size_t>(cholesky_.rows()) != n) return ZqKrigeResult();
+  std::vector<double> distances;
+  Eigen::VectorXd weights = krige_detail::QueryCovariances(element, kernel, container, distances);
+  krige_detail::SolveWithFactor(cholesky_, weights);
+  // The Lagrange multiplier that makes the weights sum to one.
+  const double multiplier = (weights.sum() - 1.0) / unitSum_;
+  weights -= multiplier * unitSolve_;
+  if (!weights.allFinite()) return ZqKrigeResult();
+
+  auto result = std::make_unique<ZqKrigeResultImpl>();
+  result->SetKernel(kernel);
+  result->SetBaselineResponse(0.0);
+  krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
+  if (!VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
+  return ZqKrigeResult(result.release());
+}
+
+template <class T, class TT>
+void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, double* predictions,
+                                            double* variances) const {
+  const Container& container = this->GetContainer();
+  const ZqKrigeKernelBase& kernel = this->TrainedKernel();
+  const double errorValue = this->GetErrorValue();
+  const double unitResponses = whitenedUnit_.dot(whitenedResponses_);  // 1' C^-1 y
+  // With v = L^-1 b: u = C^-1 b, mu = (1'u - 1) / (1'z), w = u - mu z, so
+  //   prediction = w'y = v'(L^-1 y) - mu 1'C^-1 y
+  //   variance   = sill - w'b = sill - (|v|^2 - mu v'(L^-1 1))
+  for (std::size_t first = 0; first < queries.size(); first += krige_detail::kQueryBlock) {
+    const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
+    Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
+    cholesky_.triangularView<Eigen::Lower>().solveInPlace(block);
+    for (std::size_t q = 0; q < count; ++q) {
+      const auto column = block.col(static_cast<Eigen::Index>(q));
+      const double unitQuery = whitenedUnit_.dot(column);
+      const double multiplier = (unitQuery - 1.0) / unitSum_;
+      const double prediction = column.dot(whitenedResponses_) - multiplier * unitResponses;
+      const double variance = kernel.GetSill() - (column.squaredNorm() - multiplier * unitQuery);
+      const bool valid = VarianceInRange(variance, kernel) && std::isfinite(prediction);
+      predictions[first + q] = valid ? prediction : errorValue;
+      variances[first + q] = valid ? variance : errorValue;
+    }
+  }
+}
+
+}  // namespace Varimo

@@ -1,0 +1,122 @@
+// The global kriging models' common part: every training element takes part
+// in every prediction. Adding records invalidates the model; Train() builds
+// the experimental variogram, fits the 16 candidate kernels and tries them
+// from the best fit to the worst until the covariance matrix of one
+// factorises; a query then solves the kriging system into a ZqKrigeResult.
+// Subclasses (simple, ordinary) supply the linear system.
+//
+// Failures warn through the error handler and give false, an invalid
+// result or the error value; nothing is thrown. A kernel whose covariance
+// matrix is not positive definite is no error: the next one is tried.
+#pragma once
+
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+#include "varimo/krige/krige_base.h"
+#include "varimo/krige/training_container.h"
+
+namespace Varimo {
+
+template <class T, class TT>
+class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
+ public:
+  using Container = ZqKrigeTrainingContainer<T, TT>;
+
+  ZqStandardKrigeImpl(const ZqKrigeDistanceFxn<T>& distFxn, double errorValue, unsigned int missingIDValue,
+                      bool includeUnmeasured, unsigned int uniqueResponseMethod);
+  // With drift properties, for universal kriging.
+  ZqStandardKrigeImpl(const ZqKrigeDistanceFxn<T>& distFxn, const ZqPropertyListFxn<T>& propFxn, double errorValue,
+                      unsigned int missingIDValue, bool includeUnmeasured, unsigned int uniqueResponseMethod);
+  // On a copy of an existing container, for the per-query local models.
+  ZqStandardKrigeImpl(const Container& container, double errorValue, unsigned int missingIDValue,
+                      bool includeUnmeasured);
+  // A copy is trained exactly when its source is.
+  ZqStandardKrigeImpl(const ZqStandardKrigeImpl& other);
+  ZqStandardKrigeImpl& operator=(const ZqStandardKrigeImpl&) = delete;
+
+  bool AddTraining(const T& element, double response) override;
+  bool AddTrainingWithID(const T& element, double response, unsigned int id) override;
+  bool AddUnmeasuredTraining(const T& element, double response) override;
+  bool AddUnmeasuredTrainingWithID(const T& element, double response, unsigned int id) override;
+
+  bool Train() override;
+  bool Train(ZqKrigeKernelBase& kernel) override;
+  bool TrainFixed(const ZqKrigeKernelBase& kernel) override;
+
+  double Predict(const T& element) override;
+  double Predict(const T& element) const override;
+  double GetVariance(const T& element) override;
+  double GetVariance(const T& element) const override;
+  ZqKrigeResult GetKrigeResult(const T& element) override;
+  ZqKrigeResult GetKrigeResult(const T& element) const override;
+
+  // Predictions and variances of many queries, equal to those of Predict
+  // and GetVariance of each (up to rounding), computed by blocked solves
+  // over the queries instead of one solve per query. Trains first when
+  // needed; each failure is the error value. `queries` is any range of T.
+  template <class Range>
+  void PredictMany(const Range& queries, std::vector<double>& predictions, std::vector<double>& variances);
+
+  // A copy of the kernel in use. When training fails: a warning and a
+  // default linear kernel.
+  ZqKrigeKernel GetKernel() override;
+  ZqKrigeKernel GetKernel() const override;
+  // The experimental variogram of the training data, cached until the data
+  // change; the const versions leave the cache alone.
+  ZqVariogram GetVariogram() override;
+  ZqVariogram GetVariogram() const override;
+  ZqFullVariogram GetFullVariogram() override;
+  ZqFullVariogram GetFullVariogram() const override;
+
+  double GetErrorValue() const override { return errorValue_; }
+  unsigned int GetMissingIDValue() const { return missingIDValue_; }
+  bool GetIncludeUnmeasured() const { return includeUnmeasured_; }
+  bool IsTrained() const { return trained_; }
+  const Container& GetContainer() const { return container_; }
+
+  void Clear() override;
+  ZqDataModelBase<T>* CreateCopy() const override { return this->CreateKrigeCopy(); }
+
+ protected:
+  // The subclass's linear system: factorise the covariance of the training
+  // data for the kernel, and solve it for one query.
+  virtual bool TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) = 0;
+  virtual ZqKrigeResult GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
+                                       const Container& container) const = 0;
+  // PredictMany on a trained model. This one solves query by query;
+  // subclasses replace it with blocked solves.
+  virtual void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const;
+
+  const ZqKrigeKernelBase& TrainedKernel() const { return *kernel_; }
+
+ private:
+  bool AddRecord(const T& element, double response, bool isUnmeasured, unsigned int id, bool hasID);
+  void Invalidate();
+
+  double errorValue_;
+  unsigned int missingIDValue_;
+  bool includeUnmeasured_;
+  Container container_;
+  bool trained_ = false;
+  std::unique_ptr<ZqKrigeKernelBase> kernel_;
+  bool variogramValid_ = false;
+  ZqVariogramImpl variogram_;
+  bool fullVariogramValid_ = false;
+  ZqFullVariogramImpl fullVariogram_;
+};
+
+template <class T, class TT>
+template <class Range>
+void ZqStandardKrigeImpl<T, TT>::PredictMany(const Range& queries, std::vector<double>& predictions,
+                                             std::vector<double>& variances) {
+  std::vector<const T*> pointers;
+  for (const auto& query : queries) pointers.push_back(&query);
+  predictions.assign(pointers.size(), errorValue_);
+  variances.assign(pointers.size(), errorValue_);
+  if (pointers.empty() || (!trained_ && !Train())) return;
+  PredictTrained(pointers, predictions.data(), variances.data());
+}
+
+}  // namespace Varimo

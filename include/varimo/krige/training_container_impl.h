@@ -1,0 +1,229 @@
+// Definitions of the training container templates. Included by the
+// explicit instantiations of the library and by callers who krige element
+// types of their own.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "varimo/krige/krige_options.h"
+#include "varimo/krige/training_container.h"
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+
+namespace krige_detail {
+
+// Visits the responses of the measured members, or of all members when
+// none is measured.
+template <class Records, class Visit>
+void VisitCountedMembers(const Records& data, const std::vector<std::size_t>& members, Visit visit) {
+  bool anyMeasured = false;
+  for (std::size_t m : members) {
+    if (!data[m].isUnmeasured) {
+      anyMeasured = true;
+      visit(data[m]);
+    }
+  }
+  if (anyMeasured) return;
+  for (std::size_t m : members) visit(data[m]);
+}
+
+}  // namespace krige_detail
+
+template <class T, class TT>
+double ZqGetMeanTrainingDataResponseFxn<T, TT>::GetResponse(const Records& data,
+                                                            const std::vector<std::size_t>& members) const {
+  if (members.empty()) return std::numeric_limits<double>::quiet_NaN();
+  double sum = 0.0;
+  std::size_t count = 0;
+  krige_detail::VisitCountedMembers(data, members, [&](const auto& record) {
+    sum += record.response;
+    ++count;
+  });
+  return sum / static_cast<double>(count);
+}
+
+template <class T, class TT>
+double ZqGetMinTrainingDataResponseFxn<T, TT>::GetResponse(const Records& data,
+                                                           const std::vector<std::size_t>& members) const {
+  double smallest = std::numeric_limits<double>::max();
+  krige_detail::VisitCountedMembers(data, members,
+                                    [&](const auto& record) { smallest = std::min(smallest, record.response); });
+  return smallest;
+}
+
+template <class T, class TT>
+double ZqGetMaxTrainingDataResponseFxn<T, TT>::GetResponse(const Records& data,
+                                                           const std::vector<std::size_t>& members) const {
+  double largest = -std::numeric_limits<double>::max();
+  krige_detail::VisitCountedMembers(data, members,
+                                    [&](const auto& record) { largest = std::max(largest, record.response); });
+  return largest;
+}
+
+template <class T, class TT>
+ZqGetUniqueTrainingDataResponseImpl<T, TT>::ZqGetUniqueTrainingDataResponseImpl(unsigned int method) {
+  switch (method) {
+    case ZqKrigeUniqueResponseMethod::Min:
+      impl_ = std::make_unique<ZqGetMinTrainingDataResponseFxn<T, TT>>();
+      break;
+    case ZqKrigeUniqueResponseMethod::Max:
+      impl_ = std::make_unique<ZqGetMaxTrainingDataResponseFxn<T, TT>>();
+      break;
+    default:
+      if (method != ZqKrigeUniqueResponseMethod::Mean) {
+        Corvane::ZqThrow.Error("Invalid KrigeUniqueResponseMethod %d, defaulting to mean", method);
+      }
+      impl_ = std::make_unique<ZqGetMeanTrainingDataResponseFxn<T, TT>>();
+  }
+}
+
+template <class T, class TT>
+std::vector<double> ZqGetMeanTrainingDataPropFxn<T, TT>::GetProperties(const Records& data,
+                                                                       const std::vector<std::size_t>& members) const {
+  if (members.empty()) return {};
+  if (members.size() == 1) return data[members.front()].properties;
+  std::vector<double> mean;
+  std::size_t count = 0;
+  krige_detail::VisitCountedMembers(data, members, [&](const auto& record) {
+    if (mean.empty()) mean.assign(record.properties.size(), 0.0);
+    for (std::size_t k = 0; k < mean.size() && k < record.properties.size(); ++k) mean[k] += record.properties[k];
+    ++count;
+  });
+  for (double& value : mean) value /= static_cast<double>(count);
+  return mean;
+}
+
+template <class T, class TT>
+ZqKrigeTrainingContainer<T, TT>::ZqKrigeTrainingContainer(const ZqKrigeDistanceFxn<T>& distFxn,
+                                                          unsigned int uniqueResponseMethod)
+    : distFxn_(distFxn.CreateCopy()),
+      uniqueResponseFxn_(new ZqGetUniqueTrainingDataResponseImpl<T, TT>(uniqueResponseMethod)),
+      uniquePropFxn_(new ZqGetMeanTrainingDataPropFxn<T, TT>()) {}
+
+template <class T, class TT>
+ZqKrigeTrainingContainer<T, TT>::ZqKrigeTrainingContainer(const ZqKrigeDistanceFxn<T>& distFxn,
+                                                          const ZqPropertyListFxn<T>& propFxn,
+                                                          unsigned int uniqueResponseMethod)
+    : ZqKrigeTrainingContainer(distFxn, uniqueResponseMethod) {
+  propFxn_.reset(propFxn.CreateCopy());
+}
+
+template <class T, class TT>
+ZqKrigeTrainingContainer<T, TT>::ZqKrigeTrainingContainer(const ZqKrigeTrainingContainer& other)
+    : distFxn_(other.distFxn_->CreateCopy()),
+      uniqueResponseFxn_(other.uniqueResponseFxn_->CreateCopy()),
+      propFxn_(other.propFxn_ ? other.propFxn_->CreateCopy() : nullptr),
+      uniquePropFxn_(other.uniquePropFxn_->CreateCopy()),
+      data_(other.data_),
+      uniqueMembers_(other.uniqueMembers_),
+      uniqueOfData_(other.uniqueOfData_),
+      distances_(other.distances_) {}
+
+template <class T, class TT>
+ZqKrigeTrainingContainer<T, TT>& ZqKrigeTrainingContainer<T, TT>::operator=(const ZqKrigeTrainingContainer& other) {
+  if (this != &other) *this = ZqKrigeTrainingContainer(other);
+  return *this;
+}
+
+template <class T, class TT>
+bool ZqKrigeTrainingContainer<T, TT>::AddElement(Record record) {
+  // Distances at or below this are one element seen again.
+  constexpr double kSameElement = 1e-30;
+  const T& element = record.GetElement();
+  const std::size_t index = data_.size();
+  std::vector<double> row;
+  row.reserve(uniqueMembers_.size());
+  for (std::size_t u = 0; u < uniqueMembers_.size(); ++u) {
+    const double d = (*distFxn_)(element, GetRepresentative(u));
+    if (std::fabs(d) < kSameElement) {
+      uniqueMembers_[u].push_back(index);
+      uniqueOfData_.push_back(u);
+      data_.push_back(std::move(record));
+      return true;
+    }
+    row.push_back(d);
+  }
+  distances_.push_back(std::move(row));
+  uniqueOfData_.push_back(uniqueMembers_.size());
+  uniqueMembers_.push_back({index});
+  data_.push_back(std::move(record));
+  return true;
+}
+
+template <class T, class TT>
+bool ZqKrigeTrainingContainer<T, TT>::AddElementAndProperties(Record record) {
+  if (propFxn_) {
+    const T& element = record.GetElement();
+    if (!propFxn_->HasProperties(element)) return false;
+    for (std::size_t k = 0; k < propFxn_->GetSize(); ++k) record.properties.push_back(propFxn_->GetProperty(element, k));
+  }
+  return AddElement(std::move(record));
+}
+
+template <class T, class TT>
+void ZqKrigeTrainingContainer<T, TT>::Clear() {
+  data_.clear();
+  uniqueMembers_.clear();
+  uniqueOfData_.clear();
+  distances_.clear();
+}
+
+template <class T, class TT>
+unsigned int ZqKrigeTrainingContainer<T, TT>::GetUniqueID(std::size_t unique) const {
+  const std::vector<std::size_t>& members = uniqueMembers_[unique];
+  for (std::size_t m : members) {
+    if (data_[m].hasID) return data_[m].id;
+  }
+  return data_[members.front()].id;
+}
+
+template <class T, class TT>
+bool ZqFillCovarianceMatrix(Eigen::MatrixXd& matrix, const ZqKrigeTrainingContainer<T, TT>& container,
+                            const ZqKrigeKernelBase& kernel) {
+  const auto n = static_cast<Eigen::Index>(container.GetNumUnique());
+  if (matrix.rows() != matrix.cols()) {
+    Corvane::ZqThrow.Error("ZqKrigeTrainingContainer<T,TT>::FillCovarianceMatrix, not a square matrix");
+    return false;
+  }
+  if (matrix.rows() < n) {
+    Corvane::ZqThrow.Error("ZqKrigeTrainingContainer<T,TT>::FillCovarianceMatrix,matrix is to small (%dx%d) vs %d",
+                           static_cast<int>(matrix.rows()), static_cast<int>(matrix.cols()), static_cast<int>(n));
+    return false;
+  }
+  const double sill = kernel.GetSill();
+  // The diagonal is sill minus the kernel's value at 0, its nugget: the
+  // kernel at zero distance, not a separate covariance at the origin.
+  for (Eigen::Index i = 0; i < n; ++i) {
+    for (Eigen::Index j = i; j < n; ++j) {
+      const double c = sill - kernel.GetValue(container.GetUniqueDistance(static_cast<std::size_t>(i),
+                                                                          static_cast<std::size_t>(j)));
+      matrix(i, j) = c;
+      matrix(j, i) = c;
+    }
+  }
+  return true;
+}
+
+template <class T, class TT>
+bool ZqGetDistAndDiff(std::vector<std::pair<double, double>>& pairs, const ZqKrigeTrainingContainer<T, TT>& container,
+                      bool includeUnmeasured) {
+  pairs.clear();
+  const auto& data = container.GetData();
+  std::size_t counted = 0;
+  for (const auto& record : data) counted += record.isUnmeasured ? 0 : 1;
+  const std::size_t pairable = includeUnmeasured ? data.size() : counted;
+  pairs.reserve(pairable * (pairable - (pairable > 0 ? 1 : 0)) / 2);
+  for (std::size_t i = 0; i < data.size(); ++i) {
+    if (data[i].isUnmeasured && !includeUnmeasured) continue;
+    for (std::size_t j = i + 1; j < data.size(); ++j) {
+      if (data[j].isUnmeasured && (data[i].isUnmeasured || !includeUnmeasured)) continue;
+      pairs.emplace_back(container.GetDataDistance(i, j), data[i].response - data[j].response);
+    }
+  }
+  return true;
+}
+
+}  // namespace Varimo

@@ -1,0 +1,19 @@
+#include "varimo/krige/euclidean_distance.h"
+
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+namespace Varimo {
+
+double ZqEuclideanDistance::operator()(const std::vector<double>& x, const std::vector<double>& y) const {
+  if (x.size() != y.size()) return std::numeric_limits<double>::quiet_NaN();
+  double sum = 0.0;
+  for (std::size_t k = 0; k < x.size(); ++k) {
+    const double difference = x[k] - y[k];
+    sum += difference * difference;
+  }
+  return std::sqrt(sum);
+}
+
+}  // namespace Varimo

@@ -1,0 +1,18 @@
+// The models over vectors of doubles, instantiated once here.
+#include "varimo/krige/vector_krige.h"
+
+#include "varimo/krige/krige_impl.h"
+
+namespace Varimo {
+
+template class ZqKrigeTrainingContainer<ZqVectorElement, ZqVectorStorage>;
+template class ZqStandardKrigeImpl<ZqVectorElement, ZqVectorStorage>;
+template class ZqSimpleKrige<ZqVectorElement, ZqVectorStorage>;
+template class ZqOrdinaryKrige<ZqVectorElement, ZqVectorStorage>;
+
+template bool ZqFillCovarianceMatrix(Eigen::MatrixXd&, const ZqKrigeTrainingContainer<ZqVectorElement, ZqVectorStorage>&,
+                                     const ZqKrigeKernelBase&);
+template bool ZqGetDistAndDiff(std::vector<std::pair<double, double>>&,
+                               const ZqKrigeTrainingContainer<ZqVectorElement, ZqVectorStorage>&, bool);
+
+}  // namespace Varimo

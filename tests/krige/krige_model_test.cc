@@ -1,0 +1,310 @@
+// Simple and ordinary kriging: predictions and variances against numpy
+// direct solves of the kriging systems (tests/data/krige/make_kriging_refs.py),
+// the kernel walk of Train(), every warning, and degenerate training sets.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "reference_file.h"
+#include "test_support.h"
+#include "varimo/krige/kernel_fit.h"
+#include "varimo/krige/vector_krige.h"
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+namespace {
+
+using Element = std::vector<double>;
+using Simple = ZqSimpleKrige<Element>;
+using Ordinary = ZqOrdinaryKrige<Element>;
+using Corvane::ZqThrowLevel;
+constexpr double kError = -99.0;
+constexpr unsigned int kMissing = 0xFFFFFFFF;
+
+template <class Model>
+std::unique_ptr<Model> MakeModel(const ZqKrigeDistanceFxn<Element>& distance = ZqEuclideanDistance()) {
+  return std::make_unique<Model>(distance, kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
+}
+
+ZqKrigeKernel KernelNamed(const std::string& name, double range, double sill, double nugget) {
+  const unsigned int type = name == "Gaussian"      ? ZqKrigeKernelType::Gaussian
+                            : name == "Spherical"   ? ZqKrigeKernelType::Spherical
+                            : name == "Exponential" ? ZqKrigeKernelType::Exponential
+                                                    : ZqKrigeKernelType::NumTypes;
+  ZqKrigeKernel kernel(type);
+  kernel.SetRange(range);
+  kernel.SetSill(sill);
+  kernel.SetNugget(nugget);
+  return kernel;
+}
+
+struct ReferenceData {
+  std::vector<Element> points, queries;
+  std::vector<double> responses;
+  std::vector<std::vector<std::string>> expectations;
+};
+
+const ReferenceData& References() {
+  static const ReferenceData data = [] {
+    ReferenceData d;
+    for (const auto& line : VarimoTest::ReadReferenceLines("krige/kriging_refs.txt")) {
+      if (line[0] == "train") {
+        d.points.push_back(VarimoTest::ToDoubles({line.begin() + 1, line.begin() + 4}, 0));
+        d.responses.push_back(VarimoTest::ToDouble(line[4]));
+      } else if (line[0] == "query") {
+        d.queries.push_back(VarimoTest::ToDoubles(line, 1));
+      } else {
+        d.expectations.push_back(line);
+      }
+    }
+    return d;
+  }();
+  return data;
+}
+
+template <class Model>
+std::unique_ptr<Model> TrainedOnReferences() {
+  auto model = MakeModel<Model>();
+  const ReferenceData& data = References();
+  for (std::size_t i = 0; i < data.points.size(); ++i) EXPECT_TRUE(model->AddTraining(data.points[i], data.responses[i]));
+  return model;
+}
+
+TEST(KrigeModels, PredictionsAndVariancesMatchDirectSolves) {
+  const ReferenceData& data = References();
+  ASSERT_EQ(data.expectations.size(), 48u);
+  auto simple = TrainedOnReferences<Simple>();
+  auto ordinary = TrainedOnReferences<Ordinary>();
+  ASSERT_EQ(simple->GetContainer().GetNumUnique(), 30u);  // three records were copies
+  for (const auto& line : data.expectations) {
+    const ZqKrigeKernel kernel = KernelNamed(line[1], VarimoTest::ToDouble(line[2]), VarimoTest::ToDouble(line[3]),
+                                             VarimoTest::ToDouble(line[4]));
+    ZqStandardKrigeImpl<Element, ZqVectorStorage>& model =
+        line[5] == "simple" ? static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>&>(*simple) : *ordinary;
+    ASSERT_TRUE(model.TrainFixed(kernel));
+    const Element& query = data.queries[std::stoul(line[6])];
+    const double prediction = VarimoTest::ToDouble(line[7]), variance = VarimoTest::ToDouble(line[8]);
+    SCOPED_TRACE(line[1] + " " + line[5] + " query " + line[6]);
+    EXPECT_TRUE(VarimoTest::WithinRelative(model.Predict(query), prediction, 1e-10));
+    EXPECT_TRUE(VarimoTest::WithinRelative(model.GetVariance(query), variance, 1e-10));
+    // The batch path agrees with the reference as closely.
+    std::vector<double> predictions, variances;
+    model.PredictMany(data.queries, predictions, variances);
+    EXPECT_TRUE(VarimoTest::WithinRelative(predictions[std::stoul(line[6])], prediction, 1e-10));
+    EXPECT_TRUE(VarimoTest::WithinRelative(variances[std::stoul(line[6])], variance, 1e-10));
+  }
+}
+
+TEST(KrigeModels, ResultListsEveryUniqueElementWithItsCopies) {
+  auto model = TrainedOnReferences<Ordinary>();
+  model->TrainFixed(KernelNamed("Spherical", 5.0, 2.0, 0.0));
+  const ReferenceData& data = References();
+  // The last query stands on training point 9: with no nugget it takes all
+  // the weight, and the prediction is its response.
+  const ZqKrigeResult onPoint = model->GetKrigeResult(data.queries.back());
+  ASSERT_TRUE(onPoint.Valid());
+  EXPECT_EQ(onPoint.GetNumElements(), 30u);
+  EXPECT_TRUE(VarimoTest::WithinRelative(onPoint.GetWeight(9), 1.0, 1e-9));
+  EXPECT_TRUE(VarimoTest::WithinRelative(ZqCalculateResponse(onPoint, kError), data.responses[9], 1e-9));
+  EXPECT_EQ(onPoint.GetDistance(9), 0.0);
+  EXPECT_TRUE(VarimoTest::WithinRelative(ZqSumWeights(onPoint, kError), 1.0, 1e-12));
+  // Point 4 has three records; the copy lists report the first records of
+  // the whole training list, whatever element they stand under.
+  EXPECT_EQ(onPoint.GetNumCopies(4), 3u);
+  EXPECT_EQ(onPoint.GetResponse(4), (data.responses[4] + data.responses[30] + data.responses[32]) / 3.0);
+  EXPECT_EQ(onPoint.GetResponse(4, 2), data.responses[2]);
+  EXPECT_EQ(onPoint.GetNumCopies(17), 2u);
+  EXPECT_EQ(onPoint.GetResponse(17, 1), data.responses[1]);
+  EXPECT_FALSE(onPoint.GetHasID(4));
+  EXPECT_EQ(onPoint.GetID(4), kMissing);
+  EXPECT_EQ(onPoint.GetKernel().GetName(), "Spherical");
+}
+
+TEST(KrigeModels, TrainWalksTheCandidatesFromTheBestFit) {
+  auto model = TrainedOnReferences<Ordinary>();
+  ASSERT_TRUE(model->Train());
+  // Independently of the walk: rank the fitted candidates and take the first
+  // whose covariance factorises on a fresh copy of the data.
+  const ZqVariogram variogram = model->GetVariogram();
+  std::vector<std::pair<double, ZqKrigeKernel>> fitted;
+  for (const ZqKrigeKernelBase& candidate : ZqGetKrigeKernels()) {
+    ZqKrigeKernel kernel(candidate);
+    const double fitness = ZqFitKernel(kernel, variogram);
+    fitted.emplace_back(fitness, kernel);
+  }
+  std::stable_sort(fitted.begin(), fitted.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  auto probe = TrainedOnReferences<Ordinary>();
+  std::string expected;
+  for (const auto& [fitness, kernel] : fitted) {
+    if (probe->TrainFixed(kernel)) {
+      expected = kernel.GetName();
+      EXPECT_EQ(model->GetKernel().GetRange(), kernel.GetRange());
+      break;
+    }
+  }
+  EXPECT_EQ(model->GetKernel().GetName(), expected);
+
+  // Train(kernel) fits the caller's kernel in place.
+  ZqKrigeKernel gaussian(ZqKrigeKernelType::Gaussian);
+  ASSERT_TRUE(model->Train(gaussian));
+  EXPECT_NE(gaussian.GetRange(), 0.5);
+  EXPECT_EQ(model->GetKernel().GetRange(), gaussian.GetRange());
+}
+
+TEST(KrigeModels, QueriesTrainAndConstQueriesLeaveTheModelAlone) {
+  auto model = TrainedOnReferences<Simple>();
+  const Element& query = References().queries[0];
+  const Simple& constModel = *model;
+  const double first = constModel.Predict(query);
+  EXPECT_FALSE(model->IsTrained());
+  EXPECT_EQ(constModel.GetKernel().GetName(), model->GetKernel().GetName());  // the second trains
+  EXPECT_TRUE(model->IsTrained());
+  EXPECT_EQ(model->Predict(query), first);
+
+  // Copies are trained as their source and predict alike; additions and
+  // Clear() untrain.
+  std::unique_ptr<ZqKrigeBase<Element>> copy(model->CreateKrigeCopy());
+  EXPECT_EQ(copy->Predict(query), first);
+  EXPECT_EQ(static_cast<Simple&>(*copy).IsTrained(), true);
+  EXPECT_FALSE(model->AddTraining(query, std::nan("")));
+  EXPECT_FALSE(model->IsTrained());
+  EXPECT_EQ(model->GetContainer().GetNumData(), 33u);
+  EXPECT_TRUE(model->AddTrainingWithID(query, 1.0, 42));
+  EXPECT_EQ(model->GetKrigeResult(query).GetID(30), 42u);
+  model->Clear();
+  EXPECT_EQ(model->GetContainer().GetNumData(), 0u);
+  EXPECT_FALSE(model->IsTrained());
+}
+
+TEST(KrigeModels, WarningsOfEmptyAndSmallTrainingSets) {
+  Corvane::ZqScopedThrowCapture capture;
+  auto empty = MakeModel<Ordinary>();
+  EXPECT_EQ(empty->Predict({1.0}), kError);
+  EXPECT_EQ(empty->GetKernel().GetName(), "Linear");
+  ZqKrigeKernel kernel(ZqKrigeKernelType::Gaussian);
+  EXPECT_FALSE(empty->Train(kernel));
+  EXPECT_FALSE(empty->TrainFixed(kernel));
+  EXPECT_FALSE(MakeModel<Simple>()->TrainFixed(kernel));
+  const std::string noData = "ZqStandardKrigeImpl::Train(), unable to train.  No training data";
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            (std::vector<std::string>{
+                noData, noData, "ZqStandardKrigeImpl::GetKernel failed to get kernel because Train failed",
+                "ZqStandardKrigeImpl::Train(ZqKrigeKernelBase), unable to train.  No training data",
+                "ZqOrdinaryKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data",
+                "ZqSimpleKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data"}));
+
+  // One point: no pairs, no variogram.
+  capture.Clear();
+  auto one = MakeModel<Simple>();
+  one->AddTraining({0.0}, 1.0);
+  EXPECT_FALSE(one->Train());
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            (std::vector<std::string>{"Unable to construct variogram",
+                                      "ZqStandardKrigeImpl::Train(), unable to train.  Not enough training data to "
+                                      "constuct variogram. (0 bins)"}));
+
+  // Two points: one bin is enough for Train(), not for Train(kernel).
+  capture.Clear();
+  auto two = MakeModel<Ordinary>();
+  two->AddTraining({0.0}, 1.0);
+  two->AddTraining({1.0}, 2.0);
+  EXPECT_TRUE(two->Train());
+  EXPECT_TRUE(VarimoTest::WithinRelative(two->Predict({0.0}), 1.0, 1e-12));
+  EXPECT_FALSE(two->Train(kernel));
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            std::vector<std::string>{"ZqStandardKrigeImpl::Train(ZqKrigeKernelBase), unable to train. Not enough "
+                                     "training data to constuct variogram"});
+  EXPECT_EQ(two->GetFullVariogram().GetNumBins(), 1u);
+}
+
+TEST(KrigeModels, KernelsThatCannotFactoriseAreRefused) {
+  auto model = TrainedOnReferences<Ordinary>();
+  ZqKrigeKernel flat(ZqKrigeKernelType::Gaussian);
+  flat.SetSill(1.0);
+  flat.SetNugget(1.0);  // a zero diagonal
+  EXPECT_FALSE(model->TrainFixed(flat));
+  EXPECT_FALSE(model->IsTrained());
+
+  // A positive nugget: a query on a training element gets a variance near
+  // the nugget, inside the accepted range.
+  ZqKrigeKernel noisy = KernelNamed("Exponential", 4.0, 1.2, 0.2);
+  ASSERT_TRUE(model->TrainFixed(noisy));
+  const double variance = model->GetVariance(References().points[9]);
+  EXPECT_GE(variance, 0.2 * 0.999999);
+  EXPECT_LT(variance, 0.5);
+}
+
+TEST(KrigeModels, DegenerateTrainingSetsFailCleanly) {
+  Corvane::ZqScopedThrowCapture capture;
+  // All points identical: every pair at distance zero, no variogram.
+  auto same = MakeModel<Ordinary>();
+  for (int i = 0; i < 12; ++i) same->AddTraining({1.0, 2.0}, static_cast<double>(i));
+  EXPECT_EQ(same->GetContainer().GetNumUnique(), 1u);
+  EXPECT_FALSE(same->Train());
+  // ...yet a fixed kernel trains, and every query gets the group's mean.
+  ASSERT_TRUE(same->TrainFixed(KernelNamed("Gaussian", 1.0, 1.0, 0.0)));
+  EXPECT_TRUE(VarimoTest::WithinRelative(same->Predict({3.0, 3.0}), 5.5, 1e-12));
+
+  // Constant responses: a flat variogram fits no kernel with a positive
+  // sill, so every candidate fails to factorise.
+  auto constant = MakeModel<Simple>();
+  for (int i = 0; i < 20; ++i) constant->AddTraining({static_cast<double>(i)}, 3.0);
+  EXPECT_FALSE(constant->Train());
+  EXPECT_EQ(constant->Predict({0.5}), kError);
+
+  // NaN responses are refused and leave the model untrained.
+  auto model = TrainedOnReferences<Simple>();
+  ASSERT_TRUE(model->Train());
+  EXPECT_FALSE(model->AddTraining({9.0, 9.0, 9.0}, std::nan("")));
+  EXPECT_FALSE(model->AddUnmeasuredTraining({9.0, 9.0, 9.0}, std::numeric_limits<double>::infinity()));
+  EXPECT_FALSE(model->IsTrained());
+}
+
+// A distance that misbehaves on one training point: NaN, infinite or
+// negative.
+class BadDistance final : public ZqKrigeDistanceFxn<Element> {
+ public:
+  explicit BadDistance(double bad) : bad_(bad) {}
+  double operator()(const Element& x, const Element& y) const override {
+    if (x[0] == 7.0 || y[0] == 7.0) return bad_;
+    return ZqEuclideanDistance()(x, y);
+  }
+  BadDistance* CreateCopy() const override { return new BadDistance(*this); }
+
+ private:
+  double bad_;
+};
+
+TEST(KrigeModels, MisbehavingDistancesGiveFailuresNotNumbers) {
+  Corvane::ZqScopedThrowCapture capture;
+  const ZqKrigeKernel gaussian = KernelNamed("Gaussian", 3.0, 1.0, 0.0);
+  for (double bad : {std::nan(""), std::numeric_limits<double>::infinity(), -1.0}) {
+    SCOPED_TRACE(bad);
+    for (bool simple : {true, false}) {
+      auto model = simple ? std::unique_ptr<ZqKrigeBase<Element>>(MakeModel<Simple>(BadDistance(bad)))
+                          : std::unique_ptr<ZqKrigeBase<Element>>(MakeModel<Ordinary>(BadDistance(bad)));
+      for (int i = 0; i < 40; ++i) model->AddTraining({static_cast<double>(i), 0.5 * i}, std::sin(0.3 * i));
+      // The candidate walk ends, trained or not; a NaN in the covariance
+      // matrix fails every kernel rather than passing into the factor.
+      const bool walked = model->Train();
+      const bool fixed = model->TrainFixed(gaussian);
+      if (std::isnan(bad)) {
+        EXPECT_FALSE(walked);
+        EXPECT_FALSE(fixed);
+      }
+      // An infinitely distant element is merely independent of the rest.
+      if (std::isinf(bad)) {
+        EXPECT_TRUE(fixed);
+      }
+      // Queries answer with a finite value or the error value, never NaN.
+      for (double x : {2.5, 7.0}) EXPECT_TRUE(std::isfinite(model->Predict({x, 1.0}))) << x;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Varimo

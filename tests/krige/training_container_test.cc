@@ -1,0 +1,201 @@
+// The training container: copies folded into unique elements, responses of
+// a group by method, ids, the distance table and its one call per pair,
+// covariance filling, and the variogram pairs.
+#include "varimo/krige/training_container.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "varimo/krige/krige_kernels.h"
+#include "varimo/krige/krige_options.h"
+#include "varimo/krige/vector_krige.h"
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+namespace {
+
+using Element = std::vector<double>;
+using Container = ZqKrigeTrainingContainer<Element, ZqVectorStorage>;
+using Pairs = std::vector<std::pair<double, double>>;
+
+// |x - y| on the first coordinate, counting its calls.
+class CountingDistance final : public ZqKrigeDistanceFxn<Element> {
+ public:
+  explicit CountingDistance(int* calls) : calls_(calls) {}
+  double operator()(const Element& x, const Element& y) const override {
+    ++*calls_;
+    return std::fabs(x[0] - y[0]);
+  }
+  CountingDistance* CreateCopy() const override { return new CountingDistance(*this); }
+
+ private:
+  int* calls_;
+};
+
+Container::Record Record(double x, double response, bool unmeasured = false, unsigned int id = 0,
+                         bool hasID = false) {
+  Container::Record record;
+  record.element = {x};
+  record.response = response;
+  record.isUnmeasured = unmeasured;
+  record.id = id;
+  record.hasID = hasID;
+  return record;
+}
+
+TEST(TrainingContainer, CopiesFoldIntoOneElementWhoseResponseFollowsTheMethod) {
+  auto responseOf = [](unsigned int method, const std::vector<Container::Record>& records) {
+    int calls = 0;
+    Container container(CountingDistance(&calls), method);
+    for (const auto& r : records) EXPECT_TRUE(container.AddElement(r));
+    EXPECT_EQ(container.GetNumUnique(), 1u);
+    return container.GetUniqueResponse(0);
+  };
+  const std::vector<Container::Record> three = {Record(1, 1), Record(1, 2), Record(1, 6)};
+  EXPECT_EQ(responseOf(ZqKrigeUniqueResponseMethod::Mean, three), 3.0);
+  EXPECT_EQ(responseOf(ZqKrigeUniqueResponseMethod::Min, three), 1.0);
+  EXPECT_EQ(responseOf(ZqKrigeUniqueResponseMethod::Max, three), 6.0);
+  // An unmeasured copy counts only where no measured one exists.
+  const std::vector<Container::Record> mixed = {Record(1, 9, true), Record(1, 5)};
+  for (unsigned int method = 0; method < 3; ++method) EXPECT_EQ(responseOf(method, mixed), 5.0) << method;
+  const std::vector<Container::Record> unmeasured = {Record(1, 9, true), Record(1, 5, true)};
+  EXPECT_EQ(responseOf(ZqKrigeUniqueResponseMethod::Mean, unmeasured), 7.0);
+  EXPECT_EQ(responseOf(ZqKrigeUniqueResponseMethod::Min, unmeasured), 5.0);
+  EXPECT_EQ(responseOf(ZqKrigeUniqueResponseMethod::Max, unmeasured), 9.0);
+
+  Corvane::ZqScopedThrowCapture capture;
+  EXPECT_EQ(responseOf(7, three), 3.0);
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Error),
+            std::vector<std::string>{"Invalid KrigeUniqueResponseMethod 7, defaulting to mean"});
+}
+
+TEST(TrainingContainer, DistancesAreComputedOnceAgainstRepresentatives) {
+  int calls = 0;
+  Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
+  for (double x : {0.0, 1.0, 3.0, 6.0, 10.0}) container.AddElement(Record(x, x));
+  EXPECT_EQ(calls, 10);  // N (N - 1) / 2
+  EXPECT_EQ(container.GetUniqueDistance(4, 1), 9.0);
+  EXPECT_EQ(container.GetUniqueDistance(1, 4), 9.0);
+  EXPECT_EQ(container.GetUniqueDistance(2, 2), 0.0);
+
+  // A copy stops at its element: 1e-31 is the same element, 1e-29 is not.
+  calls = 0;
+  container.AddElement(Record(1.0 + 0.0, 7.0));
+  EXPECT_EQ(calls, 2);
+  container.AddElement(Record(1e-31, 7.0));
+  EXPECT_EQ(container.GetNumUnique(), 5u);
+  EXPECT_EQ(container.GetUniqueOfData(6), 0u);
+  container.AddElement(Record(1e-29, 7.0));
+  EXPECT_EQ(container.GetNumUnique(), 6u);
+  EXPECT_EQ(container.GetUniqueMembers(1), (std::vector<std::size_t>{1, 5}));
+  EXPECT_EQ(container.GetDataDistance(5, 4), 9.0);
+
+  // Copies of the container are deep and keep the table.
+  Container copy(container);
+  container.Clear();
+  EXPECT_EQ(container.GetNumData(), 0u);
+  EXPECT_EQ(copy.GetNumUnique(), 6u);
+  EXPECT_EQ(copy.GetUniqueDistance(4, 1), 9.0);
+}
+
+TEST(TrainingContainer, UniqueIDIsTheFirstGivenOne) {
+  int calls = 0;
+  Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
+  container.AddElement(Record(1, 1, false, 99, false));
+  container.AddElement(Record(1, 1, false, 12, true));
+  container.AddElement(Record(1, 1, false, 13, true));
+  container.AddElement(Record(2, 1, false, 99, false));
+  EXPECT_EQ(container.GetUniqueID(0), 12u);
+  EXPECT_EQ(container.GetUniqueID(1), 99u);
+}
+
+TEST(TrainingContainer, PairsCoverMeasuredRecordsAndCopiesAtZero) {
+  int calls = 0;
+  Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
+  container.AddElement(Record(0, 1));
+  container.AddElement(Record(0, 2));
+  container.AddElement(Record(0, 4));
+  Pairs pairs;
+  ASSERT_TRUE(ZqGetDistAndDiff(pairs, container, false));
+  EXPECT_EQ(pairs, (Pairs{{0.0, -1.0}, {0.0, -3.0}, {0.0, -2.0}}));
+
+  container.AddElement(Record(2, 10, true));
+  container.AddElement(Record(3, 20, true));
+  ASSERT_TRUE(ZqGetDistAndDiff(pairs, container, false));
+  EXPECT_EQ(pairs.size(), 3u);
+  ASSERT_TRUE(ZqGetDistAndDiff(pairs, container, true));
+  // Each unmeasured record pairs with the three measured ones, never with
+  // the other unmeasured one.
+  EXPECT_EQ(pairs.size(), 9u);
+  EXPECT_EQ(pairs.back(), (std::pair<double, double>{3.0, -16.0}));
+
+  container.Clear();
+  pairs.emplace_back(1.0, 1.0);
+  EXPECT_TRUE(ZqGetDistAndDiff(pairs, container, true));
+  EXPECT_TRUE(pairs.empty());
+}
+
+TEST(TrainingContainer, CovarianceFillsTheLeadingBlock) {
+  int calls = 0;
+  Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
+  container.AddElement(Record(0, 1));
+  container.AddElement(Record(0.5, 1));
+  ZqKrigeLinearKernel kernel;  // range 0.5, sill 1
+  kernel.SetNugget(0.25);
+  Eigen::MatrixXd matrix = Eigen::MatrixXd::Constant(3, 3, 7.0);
+  ASSERT_TRUE(ZqFillCovarianceMatrix(matrix, container, kernel));
+  Eigen::MatrixXd expected = Eigen::MatrixXd::Constant(3, 3, 7.0);
+  expected.topLeftCorner(2, 2) << 0.75, 0.0, 0.0, 0.75;  // sill - nugget on the diagonal
+  EXPECT_EQ(matrix, expected);
+
+  Corvane::ZqScopedThrowCapture capture;
+  Eigen::MatrixXd notSquare(2, 3), small(1, 1);
+  EXPECT_FALSE(ZqFillCovarianceMatrix(notSquare, container, kernel));
+  EXPECT_FALSE(ZqFillCovarianceMatrix(small, container, kernel));
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Error),
+            (std::vector<std::string>{
+                "ZqKrigeTrainingContainer<T,TT>::FillCovarianceMatrix, not a square matrix",
+                "ZqKrigeTrainingContainer<T,TT>::FillCovarianceMatrix,matrix is to small (1x1) vs 2"}));
+}
+
+// Ten times the second coordinate as a property, present when positive.
+class PositiveSecond final : public ZqPropertyFxn<Element> {
+ public:
+  bool Has(const Element& x) const override { return x[1] > 0.0; }
+  double Get(const Element& x) const override { return 10.0 * x[1]; }
+  PositiveSecond* CreateCopy() const override { return new PositiveSecond(*this); }
+};
+
+TEST(TrainingContainer, PropertiesAreReadAtAdditionAndAveragedOverMeasuredCopies) {
+  ZqPropertyListPushFxn<Element> list;
+  EXPECT_TRUE(list.HasProperties({0.0, -1.0}));  // an empty list has them all
+  list.Push(PositiveSecond());
+  ZqPropertyListPushFxn<Element> copy(list);
+  list.Clear();
+  ASSERT_EQ(copy.GetSize(), 1u);
+
+  auto record = [](double x, double y, bool unmeasured) {
+    Container::Record r = Record(x, 1.0, unmeasured);
+    r.element = {x, y};
+    return r;
+  };
+  int calls = 0;
+  Container container(CountingDistance(&calls), copy, ZqKrigeUniqueResponseMethod::Mean);
+  EXPECT_FALSE(container.AddElementAndProperties(record(0, -1, false)));
+  EXPECT_EQ(container.GetNumData(), 0u);
+  // Three copies of x = 0 (the distance reads x only) with properties 10,
+  // 30 and 80; the unmeasured one stays out of the mean.
+  ASSERT_TRUE(container.AddElementAndProperties(record(0, 1, false)));
+  EXPECT_EQ(container.GetUniqueProperties(0), std::vector<double>{10.0});
+  ASSERT_TRUE(container.AddElementAndProperties(record(0, 8, true)));
+  ASSERT_TRUE(container.AddElementAndProperties(record(0, 3, false)));
+  EXPECT_EQ(container.GetUniqueProperties(0), std::vector<double>{20.0});
+  EXPECT_EQ(container.GetData(1).properties, std::vector<double>{80.0});
+}
+
+}  // namespace
+}  // namespace Varimo
