@@ -2,9 +2,9 @@
 // known. The bordered system [C 1; 1' 0] [w; mu] = [b; 1] is solved by block
 // elimination through the Cholesky factor of C: with z = C^-1 1,
 // mu = (1' C^-1 b - 1) / (1' z) and w = C^-1 b - mu z. A kernel is refused
-// exactly when C is not positive definite, and then the bordered matrix
-// would be singular or indefinite too; when C is positive definite the
-// bordered system always has its unique solution.
+// exactly when C is not positive definite; when it is, 1' z is positive and
+// the bordered system has its unique solution, so no second factorisation
+// is needed.
 //
 // Costs as for ZqSimpleKrige, plus one solve at training.
 #pragma once

@@ -1,0 +1,188 @@
+#!/usr/bin/python3
+"""Global kriging against scikit-learn's Gaussian process regression, on the
+same data in one run.
+
+    /usr/bin/python3 bench/krige/compare_sklearn.py BUILD/bench/krige/varimo_krige_bench [--repeats R]
+
+Data (seeded): a pool of 4000 training points uniform in [0,1]^16 with the
+response 5 + sin(2 pi x0) + 2 x1^2 + cos(pi x2 x3) + mean(x4..x15) + 0.1 noise,
+and 500 queries uniform in [0,1]^16; size N uses the first N points. The
+kernel is fixed: Gaussian, range 1.5, sill 2, nugget 0, which is
+ConstantKernel(2) * RBF(1.5 / sqrt(2 ln 10)) in scikit-learn.
+
+Timed, at N = 1000, 2000, 4000, the median of R runs (default 3) each:
+  ours   construct + AddTraining + TrainFixed + PredictMany of the queries,
+         simple and ordinary kriging (varimo_krige_bench)
+  peer   GaussianProcessRegressor(optimizer=None, alpha=0).fit on the
+         centred responses + predict(return_std=True) of the queries
+and the automatic Train() at N = 2000, 4000 against one Eigen LLT of an
+N x N matrix.
+
+Checked: our simple-kriging predictions and variances against scikit-learn's
+(mean + GP mean, std^2), our ordinary-kriging predictions (and variances
+sill - w'b) against a direct numpy solve of the bordered system
+[C 1; 1' 0][w; mu] = [b; 1]; all to 1e-8, elementwise |ours - ref| / |ref|.
+Exits with status 1 when a check fails.
+"""
+import argparse
+import json
+import os
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+import numpy as np
+from scipy.spatial.distance import cdist
+from sklearn.gaussian_process import GaussianProcessRegressor
+from sklearn.gaussian_process.kernels import RBF, ConstantKernel
+
+DIM = 16
+POOL = 4000
+QUERIES = 500
+FIT_SIZES = (1000, 2000, 4000)
+TRAIN_SIZES = (2000, 4000)
+RANGE = 1.5
+SILL = 2.0
+TOLERANCE = 1e-8
+TARGET_FIT_RATIO = 0.7  # ours / scikit-learn at N = 2000
+TARGET_TRAIN_RATIO = 3.0  # Train / LLT
+
+
+def make_data():
+    rng = np.random.default_rng(20240611)
+    x = rng.random((POOL, DIM))
+    noise = rng.standard_normal(POOL)
+    y = (5.0 + np.sin(2 * np.pi * x[:, 0]) + 2 * x[:, 1] ** 2 + np.cos(np.pi * x[:, 2] * x[:, 3])
+         + x[:, 4:].mean(axis=1) + 0.1 * noise)
+    q = rng.random((QUERIES, DIM))
+    return x, y, q
+
+
+def peer_kernel():
+    # Our Gaussian covariance s exp(-h^2 ln10 / r^2) is the RBF's
+    # exp(-h^2 / (2 l^2)) with l = r / sqrt(2 ln 10).
+    return ConstantKernel(SILL, constant_value_bounds="fixed") * RBF(
+        length_scale=RANGE / np.sqrt(2 * np.log(10)), length_scale_bounds="fixed")
+
+
+def sklearn_fit_predict(x, y, q):
+    """Returns (seconds, fit seconds, predictions, variances)."""
+    start = time.perf_counter()
+    mean = y.mean()
+    gpr = GaussianProcessRegressor(peer_kernel(), alpha=0.0, optimizer=None, normalize_y=False)
+    gpr.fit(x, y - mean)
+    fitted = time.perf_counter()
+    prediction, std = gpr.predict(q, return_std=True)
+    seconds = time.perf_counter() - start
+    return seconds, fitted - start, prediction + mean, std ** 2
+
+
+def covariance(a, b):
+    return SILL * np.exp(-cdist(a, b, "sqeuclidean") * np.log(10) / RANGE ** 2)
+
+
+def ordinary_reference(x, y, q):
+    """Predictions w'y and variances sill - w'b of the bordered system."""
+    n = len(x)
+    bordered = np.ones((n + 1, n + 1))
+    bordered[:n, :n] = covariance(x, x)
+    bordered[n, n] = 0.0
+    rhs = np.ones((n + 1, len(q)))
+    b = covariance(x, q)
+    rhs[:n] = b
+    w = np.linalg.solve(bordered, rhs)[:n]
+    return w.T @ y, SILL - np.einsum("ij,ij->j", w, b)
+
+
+def max_relative(ours, ref):
+    if not np.all(np.isfinite(ours)):
+        return float("inf")
+    return float(np.max(np.abs(ours - ref) / np.abs(ref)))
+
+
+def run_ours(program, folder, repeats):
+    train, queries = os.path.join(folder, "train.f64"), os.path.join(folder, "queries.f64")
+    out = subprocess.run(
+        [program, f"--krige_train={train}", f"--krige_queries={queries}", f"--krige_output={folder}",
+         f"--krige_range={RANGE!r}", f"--krige_sill={SILL!r}", "--benchmark_format=json",
+         f"--benchmark_repetitions={repeats}", "--benchmark_report_aggregates_only=true"],
+        check=True, capture_output=True, text=True).stdout
+    times, labels = {}, {}
+    for b in json.loads(out)["benchmarks"]:
+        if b.get("error_occurred"):
+            sys.exit(f"{b['name']}: {b.get('error_message')}")
+        if b.get("aggregate_name") == "median":
+            name = b["run_name"].replace("/real_time", "")
+            times[name] = b["real_time"] / 1e3  # milliseconds to seconds
+            labels[name] = (b.get("label", ""), b.get("kernels_tried"))
+    return times, labels
+
+
+def read_ours(folder, model, n):
+    values = np.fromfile(os.path.join(folder, f"{model}_{n}.f64"), dtype="<f8")
+    return values[:QUERIES], values[QUERIES:]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("program", help="path to the built varimo_krige_bench")
+    parser.add_argument("--repeats", type=int, default=3)
+    args = parser.parse_args()
+
+    x, y, q = make_data()
+    failed = False
+    with tempfile.TemporaryDirectory() as folder:
+        np.hstack([x, y[:, None]]).astype("<f8").tofile(os.path.join(folder, "train.f64"))
+        q.astype("<f8").tofile(os.path.join(folder, "queries.f64"))
+        ours, labels = run_ours(args.program, folder, args.repeats)
+
+        print(f"data: 16-D uniform points, {QUERIES} queries; Gaussian kernel range {RANGE}, sill {SILL}, "
+              f"nugget 0; median of {args.repeats} runs")
+        print("checks (max elementwise |ours - ref| / |ref|, limit %.0e):" % TOLERANCE)
+        peer = {}
+        for n in FIT_SIZES:
+            runs = [sklearn_fit_predict(x[:n], y[:n], q) for _ in range(args.repeats)]
+            peer[n] = (statistics.median(r[0] for r in runs), statistics.median(r[1] for r in runs))
+            _, _, sk_pred, sk_var = runs[0]
+            simple_pred, simple_var = read_ours(folder, "simple", n)
+            ord_pred, ord_var = read_ours(folder, "ordinary", n)
+            ref_pred, ref_var = ordinary_reference(x[:n], y[:n], q)
+            checks = {
+                "simple prediction vs sklearn": max_relative(simple_pred, sk_pred),
+                "simple variance vs sklearn": max_relative(simple_var, sk_var),
+                "ordinary prediction vs numpy": max_relative(ord_pred, ref_pred),
+                "ordinary variance vs numpy": max_relative(ord_var, ref_var),
+            }
+            for what, value in checks.items():
+                ok = value <= TOLERANCE
+                failed = failed or not ok
+                print(f"  N={n:<5d} {what:<30s} {value:.2e}  {'ok' if ok else 'FAILED'}")
+
+    print()
+    print("fit + predict of %d queries, seconds:" % QUERIES)
+    print(f"  {'N':>5s} {'ordinary':>9s} {'simple':>9s} {'sklearn':>9s} {'(fit)':>9s} "
+          f"{'ord/skl':>8s} {'simple/skl':>10s}")
+    for n in FIT_SIZES:
+        o, s = ours[f"BM_OrdinaryFitPredict/{n}"], ours[f"BM_SimpleFitPredict/{n}"]
+        p, pf = peer[n]
+        print(f"  {n:5d} {o:9.3f} {s:9.3f} {p:9.3f} {pf:9.3f} {o / p:8.2f} {s / p:10.2f}")
+    worst = max(ours["BM_OrdinaryFitPredict/2000"], ours["BM_SimpleFitPredict/2000"]) / peer[2000][0]
+    print(f"  target at N=2000: ours / sklearn <= {TARGET_FIT_RATIO}: worst {worst:.2f} "
+          f"{'met' if worst <= TARGET_FIT_RATIO else 'MISSED'}")
+
+    print()
+    print("automatic Train() against one Eigen LLT of the N x N matrix, seconds:")
+    for n in TRAIN_SIZES:
+        t, llt = ours[f"BM_OrdinaryTrain/{n}"], ours[f"BM_EigenLLT/{n}"]
+        kernel, tried = labels[f"BM_OrdinaryTrain/{n}"]
+        ratio = t / llt
+        print(f"  N={n:<5d} Train {t:7.3f}  LLT {llt:7.3f}  ratio {ratio:5.2f} "
+              f"(target <= {TARGET_TRAIN_RATIO:g}: {'met' if ratio <= TARGET_TRAIN_RATIO else 'MISSED'}); "
+              f"kept {kernel}, kernels tried {tried:g}")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
