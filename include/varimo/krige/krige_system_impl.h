@@ -7,6 +7,7 @@
 #include <Eigen/Cholesky>
 #include <Eigen/Core>
 
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -16,23 +17,43 @@
 namespace Varimo::krige_detail {
 
 // Factorises the covariance matrix of the container's unique elements in
-// place into its lower Cholesky factor L (C = L L^T). False when the matrix
-// is not positive definite for this kernel, and also when an entry is not
-// finite, which Eigen's factorisation would pass through as NaN.
+// place into its upper Cholesky factor U (C = U' U). Only the upper triangle
+// is filled: its column u is row u of the distance table, so that both are
+// walked in storage order. The storage of `factor` is kept from one kernel
+// to the next. False when the matrix is not positive definite for this
+// kernel, and also when an entry is not finite, which the factorisation
+// would pass through as NaN.
 template <class T, class TT>
 bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const ZqKrigeKernelBase& kernel,
                       Eigen::MatrixXd& factor) {
   const auto n = static_cast<Eigen::Index>(container.GetNumUnique());
   factor.resize(n, n);
-  if (!ZqFillCovarianceMatrix(factor, container, kernel) || !factor.allFinite()) return false;
-  Eigen::LLT<Eigen::Ref<Eigen::MatrixXd>, Eigen::Lower> llt(factor);
+  const double sill = kernel.GetSill();
+  const double diagonal = sill - kernel.GetValue(0.0);
+  bool finite = std::isfinite(diagonal);
+  for (Eigen::Index u = 0; u < n; ++u) {
+    double* column = factor.col(u).data();
+    for (Eigen::Index v = 0; v < u; ++v) {
+      column[v] = sill - kernel.GetValue(container.GetUniqueDistance(static_cast<std::size_t>(u),
+                                                                     static_cast<std::size_t>(v)));
+      finite = finite && std::isfinite(column[v]);
+    }
+    column[u] = diagonal;
+  }
+  if (!finite) return false;
+  Eigen::LLT<Eigen::Ref<Eigen::MatrixXd>, Eigen::Upper> llt(factor);
   return llt.info() == Eigen::Success;
 }
 
-// Solves C x = b in place with the lower factor of C.
+// Solves U' x = b in place: x = L^-1 b for the lower factor L = U'.
+inline void WhitenInPlace(const Eigen::MatrixXd& factor, Eigen::Ref<Eigen::MatrixXd> b) {
+  factor.triangularView<Eigen::Upper>().transpose().solveInPlace(b);
+}
+
+// Solves C x = b in place with the upper factor of C.
 inline void SolveWithFactor(const Eigen::MatrixXd& factor, Eigen::Ref<Eigen::MatrixXd> b) {
-  factor.triangularView<Eigen::Lower>().solveInPlace(b);
-  factor.transpose().triangularView<Eigen::Upper>().solveInPlace(b);
+  WhitenInPlace(factor, b);
+  factor.triangularView<Eigen::Upper>().solveInPlace(b);
 }
 
 // The covariances sill - kernel(d_i) between a query and each unique

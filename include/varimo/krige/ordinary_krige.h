@@ -41,7 +41,7 @@ class ZqOrdinaryKrige final : public ZqStandardKrigeImpl<T, TT> {
   // The ordinary variance check of GetKrigeResult.
   static bool VarianceInRange(double variance, const ZqKrigeKernelBase& kernel);
 
-  Eigen::MatrixXd cholesky_;  // lower factor L of the covariance matrix
+  Eigen::MatrixXd cholesky_;  // upper factor U of the covariance matrix C = U' U
   std::vector<double> uniqueResponses_;  // raw
   Eigen::VectorXd unitSolve_;  // z = C^-1 1
   double unitSum_ = 0.0;  // 1' z

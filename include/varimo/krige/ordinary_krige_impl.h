@@ -29,26 +29,20 @@ bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const C
     return false;
   }
   // A kernel fails on the positive-definiteness of the unbordered matrix.
-  if (!krige_detail::FactorCovariance(container, kernel, cholesky_)) {
-    cholesky_.resize(0, 0);
-    return false;
-  }
+  if (!krige_detail::FactorCovariance(container, kernel, cholesky_)) return false;
   const auto size = static_cast<Eigen::Index>(n);
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
 
-  const auto lower = cholesky_.triangularView<Eigen::Lower>();
-  whitenedUnit_ = lower.solve(Eigen::VectorXd::Ones(size));
+  whitenedUnit_ = Eigen::VectorXd::Ones(size);
+  krige_detail::WhitenInPlace(cholesky_, whitenedUnit_);
   unitSum_ = whitenedUnit_.squaredNorm();
-  unitSolve_ = cholesky_.transpose().triangularView<Eigen::Upper>().solve(whitenedUnit_);
-  whitenedResponses_ = lower.solve(Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size));
+  unitSolve_ = cholesky_.triangularView<Eigen::Upper>().solve(whitenedUnit_);
+  whitenedResponses_ = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size);
+  krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
   // The Schur complement 1' C^-1 1 of the bordered matrix; positive for a
   // positive definite C unless rounding has destroyed it.
-  if (!(unitSum_ > 0.0) || !std::isfinite(unitSum_)) {
-    cholesky_.resize(0, 0);
-    return false;
-  }
-  return true;
+  return unitSum_ > 0.0 && std::isfinite(unitSum_);
 }
 
 template <class T, class TT>
@@ -91,7 +85,7 @@ void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries
   for (std::size_t first = 0; first < queries.size(); first += krige_detail::kQueryBlock) {
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
-    cholesky_.triangularView<Eigen::Lower>().solveInPlace(block);
+    krige_detail::WhitenInPlace(cholesky_, block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const double unitQuery = whitenedUnit_.dot(column);

@@ -27,16 +27,13 @@ bool ZqSimpleKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const Con
     Corvane::ZqThrow.Warning("ZqSimpleKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data");
     return false;
   }
-  if (!krige_detail::FactorCovariance(container, kernel, cholesky_)) {
-    cholesky_.resize(0, 0);
-    return false;
-  }
+  if (!krige_detail::FactorCovariance(container, kernel, cholesky_)) return false;
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
   mean_ = std::accumulate(uniqueResponses_.begin(), uniqueResponses_.end(), 0.0) / static_cast<double>(n);
   for (double& response : uniqueResponses_) response -= mean_;
   whitenedResponses_ = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), static_cast<Eigen::Index>(n));
-  cholesky_.triangularView<Eigen::Lower>().solveInPlace(whitenedResponses_);
+  krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
   return true;
 }
 
@@ -66,12 +63,13 @@ void ZqSimpleKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, 
   const Container& container = this->GetContainer();
   const ZqKrigeKernelBase& kernel = this->TrainedKernel();
   const double errorValue = this->GetErrorValue();
+  // With C = L L' (L = U'):
   // prediction = mean + b' C^-1 (y - mean) = mean + (L^-1 b)'(L^-1 (y - mean))
   // variance   = sill - b' C^-1 b           = sill - |L^-1 b|^2
   for (std::size_t first = 0; first < queries.size(); first += krige_detail::kQueryBlock) {
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
-    cholesky_.triangularView<Eigen::Lower>().solveInPlace(block);
+    krige_detail::WhitenInPlace(cholesky_, block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const double variance = kernel.GetSill() - column.squaredNorm();
