@@ -4,6 +4,7 @@
 // same rows, and a one-line message with status 2 for every bad argument.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -33,7 +34,12 @@ std::string Slurp(const std::string& path) {
   return text.str();
 }
 
-std::string Scratch(const std::string& name) { return ::testing::TempDir() + "varimo_krige_" + name; }
+// ctest runs the cases of this file as parallel processes, so every scratch
+// file carries the test's name and process id to keep the runs apart.
+std::string Scratch(const std::string& name) {
+  const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+  return ::testing::TempDir() + "varimo_krige_" + test + "_" + std::to_string(getpid()) + "_" + name;
+}
 
 Outcome Krige(const std::string& args) {
   const std::string out = Scratch("stdout"), err = Scratch("stderr");
