@@ -48,14 +48,13 @@
 #include <cstring>
 #include <fstream>
 #include <limits>
-#include <numbers>
 #include <optional>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "bench_data.h"
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/vector_krige.h"
 
@@ -63,7 +62,8 @@ namespace {
 
 using namespace Varimo;
 
-constexpr std::size_t kDim = 16;
+using VarimoBench::KrigeData;
+constexpr std::size_t kDim = VarimoBench::kKrigeDim;
 constexpr std::size_t kDefaultPool = 4000;
 constexpr std::size_t kDefaultQueries = 500;
 const std::vector<long> kFitSizes = {1000, 2000, 4000};
@@ -74,38 +74,6 @@ struct Options {
   double range = 1.5;
   double sill = 2.0;
 } gOptions;
-
-struct KrigeData {
-  std::vector<std::vector<double>> points;
-  std::vector<double> responses;
-  std::vector<std::vector<double>> queries;
-};
-
-double Response(const std::vector<double>& x, double noise) {
-  double tail = 0.0;
-  for (std::size_t k = 4; k < kDim; ++k) tail += x[k];
-  const double pi = std::numbers::pi;
-  return 5.0 + std::sin(2.0 * pi * x[0]) + 2.0 * x[1] * x[1] + std::cos(pi * x[2] * x[3]) +
-         tail / static_cast<double>(kDim - 4) + 0.1 * noise;
-}
-
-KrigeData Generate() {
-  KrigeData data;
-  std::mt19937_64 engine(20240611);
-  std::uniform_real_distribution<double> uniform(0.0, 1.0);
-  std::normal_distribution<double> normal(0.0, 1.0);
-  auto point = [&] {
-    std::vector<double> x(kDim);
-    for (double& v : x) v = uniform(engine);
-    return x;
-  };
-  for (std::size_t i = 0; i < kDefaultPool; ++i) {
-    data.points.push_back(point());
-    data.responses.push_back(Response(data.points.back(), normal(engine)));
-  }
-  for (std::size_t q = 0; q < kDefaultQueries; ++q) data.queries.push_back(point());
-  return data;
-}
 
 std::vector<double> ReadDoubles(const std::string& path, std::size_t rowLength) {
   std::ifstream in(path, std::ios::binary | std::ios::ate);
@@ -134,7 +102,7 @@ KrigeData Load() {
 }
 
 const KrigeData& Data() {
-  static const KrigeData data = gOptions.trainFile.empty() ? Generate() : Load();
+  static const KrigeData data = gOptions.trainFile.empty() ? VarimoBench::GenerateKrigeData(kDefaultPool, kDefaultQueries) : Load();
   return data;
 }
 

@@ -24,27 +24,17 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <numbers>
-#include <random>
 #include <string>
 #include <vector>
 
+#include "bench_data.h"
 #include "varimo/krige/vector_krige.h"
 
 namespace {
 
 using namespace Varimo;
 
-constexpr std::size_t kDim = 16;
 constexpr std::size_t kQueries = 500;
-
-double Response(const std::vector<double>& x, double noise) {
-  double tail = 0.0;
-  for (std::size_t k = 4; k < kDim; ++k) tail += x[k];
-  const double pi = std::numbers::pi;
-  return 5.0 + std::sin(2.0 * pi * x[0]) + 2.0 * x[1] * x[1] + std::cos(pi * x[2] * x[3]) +
-         tail / static_cast<double>(kDim - 4) + 0.1 * noise;
-}
 
 double PeakMegabytes() {
   rusage usage{};
@@ -75,21 +65,10 @@ int main(int argc, char** argv) {
     return 2;
   }
 
-  std::mt19937_64 engine(20240611);
-  std::uniform_real_distribution<double> uniform(0.0, 1.0);
-  std::normal_distribution<double> normal(0.0, 1.0);
-  auto point = [&] {
-    std::vector<double> x(kDim);
-    for (double& v : x) v = uniform(engine);
-    return x;
-  };
-  std::vector<std::vector<double>> points, queries;
-  std::vector<double> responses;
-  for (std::size_t i = 0; i < n; ++i) {
-    points.push_back(point());
-    responses.push_back(Response(points.back(), normal(engine)));
-  }
-  for (std::size_t q = 0; q < kQueries; ++q) queries.push_back(point());
+  const VarimoBench::KrigeData data = VarimoBench::GenerateKrigeData(n, kQueries);
+  const std::vector<std::vector<double>>& points = data.points;
+  const std::vector<std::vector<double>>& queries = data.queries;
+  const std::vector<double>& responses = data.responses;
   const double dataMegabytes = PeakMegabytes();
 
   const double errorValue = std::numeric_limits<double>::quiet_NaN();

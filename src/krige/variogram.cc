@@ -1,8 +1,11 @@
 #include "varimo/krige/variogram.h"
 
+#include <boost/sort/spreadsort/float_sort.hpp>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "varimo/platform/corvane/error_handler.h"
 
@@ -20,6 +23,24 @@ constexpr std::size_t kMinZeroBinPairs = 50;
 
 enum class Binned { NoPairs, AllAtZero, Yes };
 
+// Orders the pairs by distance alone; ties keep no particular order. A
+// training set of N records gives N(N-1)/2 pairs, and at that size a radix
+// sort on the bits of the distance runs in about half the time of a
+// comparison sort.
+void SortByDistance(Pairs& pairs) {
+  struct DistanceBits {
+    std::int64_t operator()(const std::pair<double, double>& pair, unsigned shift) const {
+      return boost::sort::spreadsort::float_mem_cast<double, std::int64_t>(pair.first) >> shift;
+    }
+  };
+  struct DistanceLess {
+    bool operator()(const std::pair<double, double>& a, const std::pair<double, double>& b) const {
+      return a.first < b.first;
+    }
+  };
+  boost::sort::spreadsort::float_sort(pairs.begin(), pairs.end(), DistanceBits(), DistanceLess());
+}
+
 // The bins as ranges of the (sorted) pairs; a zero-distance bin, when there
 // is one, comes first. For AllAtZero the one range is the zero bin.
 Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
@@ -28,9 +49,7 @@ Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
   // ordering of the sort.
   std::erase_if(pairs, [](const auto& pair) { return std::isnan(pair.first); });
   if (pairs.empty()) return Binned::NoPairs;
-  if (sort) {
-    std::sort(pairs.begin(), pairs.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  }
+  if (sort) SortByDistance(pairs);
   const std::size_t total = pairs.size();
   std::size_t start = 0;
   while (start < total && pairs[start].first <= kZeroDistance) ++start;

@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -57,6 +59,31 @@ TEST(Variogram, BinsStartSmallAndDoubleUpToAFifth) {
   Pairs none;
   EXPECT_FALSE(ZqSetupVariogram(plain, none, true));
   EXPECT_EQ(plain.GetNumBins(), 0u);
+}
+
+// A cloud large enough for the radix sort's own passes (small ones fall back
+// to a comparison sort), with the awkward distances a user's functor may
+// give: signed zeros, negatives, subnormals and infinity.
+TEST(Variogram, LargeCloudsSortByDistanceKeepingEveryPair) {
+  std::mt19937_64 engine(7);
+  std::uniform_real_distribution<double> uniform(-1.0, 3.0);
+  Pairs pairs;
+  for (int i = 0; i < 100000; ++i) pairs.emplace_back(uniform(engine), static_cast<double>(i));
+  for (double awkward : {0.0, -0.0, 4.9e-324, -4.9e-324, std::numeric_limits<double>::infinity(), -2.5, 1.0}) {
+    pairs.emplace_back(awkward, -1.0);
+  }
+  Pairs expected = pairs;
+  std::stable_sort(expected.begin(), expected.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  ZqVariogramImpl plain;
+  ASSERT_TRUE(ZqSetupVariogram(plain, pairs, true));
+  ASSERT_EQ(pairs.size(), expected.size());
+  double sumOfSeconds = 0.0, expectedSum = 0.0;
+  for (std::size_t i = 0; i < pairs.size(); ++i) {
+    ASSERT_EQ(pairs[i].first, expected[i].first) << i;  // -0.0 == 0.0: their order is free
+    sumOfSeconds += pairs[i].second;
+    expectedSum += expected[i].second;
+  }
+  EXPECT_EQ(sumOfSeconds, expectedSum);  // integers: exact in any order
 }
 
 TEST(Variogram, ZeroDistancePairsGetABinFromFiftyOn) {
