@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include "varimo/platform/corvane/error_handler.h"
 
@@ -189,6 +191,22 @@ double ZqFitKernel(ZqKrigeKernelBase& kernel, const ZqVariogramBase& variogram) 
 
 double ZqFitKernel(ZqKrigeKernelBase& kernel, const ZqVariogram& variogram) {
   return ZqFitKernelPartial(kernel, variogram.GetVariogram(), kAllBins);
+}
+
+std::vector<ZqKrigeKernel> ZqRankKernels(const ZqVariogram& variogram) {
+  std::vector<std::pair<double, ZqKrigeKernel>> fitted;
+  for (const ZqKrigeKernelBase& candidate : ZqGetKrigeKernels()) {
+    ZqKrigeKernel kernel(candidate);
+    double fitness = ZqFitKernel(kernel, variogram);
+    // NaN would break the ordering.
+    if (std::isnan(fitness)) fitness = std::numeric_limits<double>::max();
+    fitted.emplace_back(fitness, std::move(kernel));
+  }
+  std::stable_sort(fitted.begin(), fitted.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<ZqKrigeKernel> ranked;
+  ranked.reserve(fitted.size());
+  for (auto& entry : fitted) ranked.push_back(std::move(entry.second));
+  return ranked;
 }
 
 double ZqGetExperimentalVariance(const ZqVariogram& variogram) {

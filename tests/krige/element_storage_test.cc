@@ -45,6 +45,7 @@ using Borrowed = ZqKrigeUnmanagedPtrElementStorage<Site>;
 
 template class ZqOrdinaryKrige<Site, Owned>;
 template class ZqSimpleKrige<Site, Borrowed>;
+template class ZqLocalOrdinaryKrige<Site, Owned>;
 
 namespace {
 
@@ -75,6 +76,25 @@ TEST(ElementStorage, PolymorphicElementsKrigeAsVectorsDo) {
   }
   EXPECT_EQ(borrowed.Predict(Point(1.0)), plainSimple.Predict({1.0}));
   EXPECT_EQ(&borrowed.GetContainer().GetRepresentative(3), &sites[3]);
+}
+
+TEST(ElementStorage, LocalModelsOwnTheirElementsAndBorrowThemPerQuery) {
+  ZqLocalOrdinaryKrige<Site, Owned> owned(SiteDistance(), 6, -1.0, 0, false, true, 500000,
+                                          ZqKrigeUniqueResponseMethod::Mean);
+  ZqLocalOrdinaryKrige<std::vector<double>> plain(ZqEuclideanDistance(), 6, -1.0, 0, false, true, 500000,
+                                                  ZqKrigeUniqueResponseMethod::Mean);
+  for (int i = 0; i < 30; ++i) {
+    const double x = 0.29 * i, y = std::cos(x) + 0.05 * (i % 4);
+    owned.AddTraining(*std::make_unique<Point>(x), y);
+    plain.AddTraining({x}, y);
+  }
+  ASSERT_TRUE(owned.Train());
+  ASSERT_TRUE(plain.Train());
+  std::unique_ptr<ZqKrigeBase<Site>> copy(owned.CreateKrigeCopy());
+  for (double x : {0.58, 3.3, 8.0}) {
+    EXPECT_EQ(owned.Predict(Point(x)), plain.Predict({x}));
+    EXPECT_EQ(copy->Predict(Point(x)), plain.Predict({x}));
+  }
 }
 
 TEST(ElementStorage, UnmeasuredRecordsEnterTheVariogramOnlyWhenIncluded) {

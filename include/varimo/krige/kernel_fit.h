@@ -3,6 +3,8 @@
 // the fitted candidates.
 #pragma once
 
+#include <vector>
+
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/variogram.h"
 
@@ -32,6 +34,12 @@ double ZqFitKernel(ZqKrigeKernelBase& kernel, const ZqVariogramBase& variogram);
 // evaluation and gives the largest double.
 double ZqFitKernelPartial(ZqKrigeKernelBase& kernel, const ZqVariogram& variogram, double fracPoints);
 double ZqFitKernelPartial(ZqKrigeKernelBase& kernel, const ZqVariogramBase& variogram, double fracPoints);
+
+// The 16 candidate kernels, each fitted to the variogram, ordered from the
+// best fit to the worst; of two that fit equally well, the earlier candidate
+// comes first. A NaN fitness ranks as the largest double. The models try
+// them in this order.
+std::vector<ZqKrigeKernel> ZqRankKernels(const ZqVariogram& variogram);
 
 // An estimate of the noise variance of the responses: the nugget of a
 // linear kernel fitted to the first third of the bins.

@@ -90,6 +90,13 @@ Eigen::MatrixXd QueryCovarianceBlock(const std::vector<const T*>& queries, std::
   return block;
 }
 
+// The variance check of the ordinary and universal models: a kriging
+// variance outside [nugget, sill], with a margin of 1e-6 relative, comes
+// from a numerically broken solve. Written so that NaN fails too.
+inline bool VarianceInRange(double variance, const ZqKrigeKernelBase& kernel) {
+  return variance >= kernel.GetNugget() * 0.999999 && variance <= kernel.GetSill() * 1.000001;
+}
+
 // Queries per blocked solve: enough to run the triangular solves at matrix
 // speed, few enough to keep the block of covariances small.
 inline constexpr std::size_t kQueryBlock = 256;

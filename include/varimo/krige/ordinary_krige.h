@@ -38,9 +38,6 @@ class ZqOrdinaryKrige final : public ZqStandardKrigeImpl<T, TT> {
   void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const override;
 
  private:
-  // The ordinary variance check of GetKrigeResult.
-  static bool VarianceInRange(double variance, const ZqKrigeKernelBase& kernel);
-
   Eigen::MatrixXd cholesky_;  // upper factor U of the covariance matrix C = U' U
   std::vector<double> uniqueResponses_;  // raw
   Eigen::VectorXd unitSolve_;  // z = C^-1 1

@@ -46,12 +46,6 @@ bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const C
 }
 
 template <class T, class TT>
-bool ZqOrdinaryKrige<T, TT>::VarianceInRange(double variance, const ZqKrigeKernelBase& kernel) {
-  // Written so that NaN fails too.
-  return variance >= kernel.GetNugget() * 0.999999 && variance <= kernel.GetSill() * 1.000001;
-}
-
-template <class T, class TT>
 ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
                                                      const Container& container) const {
   const std::size_t n = container.GetNumUnique();
@@ -68,7 +62,7 @@ ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqK
   result->SetKernel(kernel);
   result->SetBaselineResponse(0.0);
   krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
-  if (!VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
+  if (!krige_detail::VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
   return ZqKrigeResult(result.release());
 }
 
@@ -92,7 +86,7 @@ void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries
       const double multiplier = (unitQuery - 1.0) / unitSum_;
       const double prediction = column.dot(whitenedResponses_) - multiplier * unitResponses;
       const double variance = kernel.GetSill() - (column.squaredNorm() - multiplier * unitQuery);
-      const bool valid = VarianceInRange(variance, kernel) && std::isfinite(prediction);
+      const bool valid = krige_detail::VarianceInRange(variance, kernel) && std::isfinite(prediction);
       predictions[first + q] = valid ? prediction : errorValue;
       variances[first + q] = valid ? variance : errorValue;
     }

@@ -115,20 +115,8 @@ bool ZqStandardKrigeImpl<T, TT>::Train() {
         variogram.GetNumBins());
     return false;
   }
-  std::vector<std::pair<double, ZqKrigeKernel>> fitted;
-  for (const ZqKrigeKernelBase& candidate : ZqGetKrigeKernels()) {
-    ZqKrigeKernel kernel(candidate);
-    double fitness = ZqFitKernel(kernel, variogram);
-    // A NaN fitness would break the ordering; it ranks last, as an unfit
-    // kernel does.
-    if (Tessik::ZqIsNaN(fitness)) fitness = std::numeric_limits<double>::max();
-    fitted.emplace_back(fitness, std::move(kernel));
-  }
-  // Stable: of two kernels that fit equally well, the earlier candidate is
-  // tried first.
-  std::stable_sort(fitted.begin(), fitted.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  for (const auto& candidate : fitted) {
-    if (TrainFixed(candidate.second)) return true;
+  for (const ZqKrigeKernel& candidate : ZqRankKernels(variogram)) {
+    if (TrainFixed(candidate)) return true;
   }
   return false;
 }

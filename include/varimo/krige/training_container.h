@@ -147,6 +147,12 @@ class ZqKrigeTrainingContainer {
   // With drift properties read from each element at addition.
   ZqKrigeTrainingContainer(const ZqKrigeDistanceFxn<T>& distFxn, const ZqPropertyListFxn<T>& propFxn,
                            unsigned int uniqueResponseMethod);
+  // With copies of the given functors (no drift for a null `propFxn`): how
+  // the local models build a container per query without checking the
+  // response method again.
+  ZqKrigeTrainingContainer(const ZqKrigeDistanceFxn<T>& distFxn,
+                           const ZqGetUniqueTrainingDataResponseFxn<T, TT>& uniqueResponseFxn,
+                           const ZqPropertyListFxn<T>* propFxn);
   ZqKrigeTrainingContainer(const ZqKrigeTrainingContainer& other);
   ZqKrigeTrainingContainer& operator=(const ZqKrigeTrainingContainer& other);
   ZqKrigeTrainingContainer(ZqKrigeTrainingContainer&&) noexcept = default;
@@ -221,9 +227,20 @@ bool ZqFillCovarianceMatrix(Eigen::MatrixXd& matrix, const ZqKrigeTrainingContai
 // The (distance, response difference) pairs of a variogram, over the records
 // in order: with `includeUnmeasured` false only pairs of two measured
 // records, otherwise every pair but those of two unmeasured ones. Copies of
-// one element pair at distance zero. True also for no records.
+// one element pair at distance zero. True also for no records. With drift
+// properties the differences are those of the residuals (below).
 template <class T, class TT>
 bool ZqGetDistAndDiff(std::vector<std::pair<double, double>>& pairs, const ZqKrigeTrainingContainer<T, TT>& container,
                       bool includeUnmeasured);
+
+// The pairs of ZqGetDistAndDiff with differences of the residuals of a
+// least-squares fit of the responses on the records' drift properties:
+// universal kriging models the drift separately, so its variogram must not
+// see it. The fit takes the records that enter the pairs; every record gets
+// a residual. False, with a warning when a record's properties cannot be
+// fitted, or when there is nothing to fit.
+template <class T, class TT>
+bool ZqGetDistAndDiffResidual(std::vector<std::pair<double, double>>& pairs,
+                              const ZqKrigeTrainingContainer<T, TT>& container, bool includeUnmeasured);
 
 }  // namespace Varimo

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "varimo/krige/krige_options.h"
+#include "varimo/krige/svd_model.h"
 #include "varimo/krige/training_container.h"
 #include "varimo/platform/corvane/error_handler.h"
 
@@ -112,6 +113,15 @@ ZqKrigeTrainingContainer<T, TT>::ZqKrigeTrainingContainer(const ZqKrigeDistanceF
 }
 
 template <class T, class TT>
+ZqKrigeTrainingContainer<T, TT>::ZqKrigeTrainingContainer(
+    const ZqKrigeDistanceFxn<T>& distFxn, const ZqGetUniqueTrainingDataResponseFxn<T, TT>& uniqueResponseFxn,
+    const ZqPropertyListFxn<T>* propFxn)
+    : distFxn_(distFxn.CreateCopy()),
+      uniqueResponseFxn_(uniqueResponseFxn.CreateCopy()),
+      propFxn_(propFxn ? propFxn->CreateCopy() : nullptr),
+      uniquePropFxn_(new ZqGetMeanTrainingDataPropFxn<T, TT>()) {}
+
+template <class T, class TT>
 ZqKrigeTrainingContainer<T, TT>::ZqKrigeTrainingContainer(const ZqKrigeTrainingContainer& other)
     : distFxn_(other.distFxn_->CreateCopy()),
       uniqueResponseFxn_(other.uniqueResponseFxn_->CreateCopy()),
@@ -207,9 +217,13 @@ bool ZqFillCovarianceMatrix(Eigen::MatrixXd& matrix, const ZqKrigeTrainingContai
   return true;
 }
 
-template <class T, class TT>
-bool ZqGetDistAndDiff(std::vector<std::pair<double, double>>& pairs, const ZqKrigeTrainingContainer<T, TT>& container,
-                      bool includeUnmeasured) {
+namespace krige_detail {
+
+// The variogram pairs of the records, in order, with the difference of the
+// values given for records i and j by `value(i)`.
+template <class T, class TT, class Value>
+void CollectPairs(std::vector<std::pair<double, double>>& pairs, const ZqKrigeTrainingContainer<T, TT>& container,
+                  bool includeUnmeasured, Value value) {
   pairs.clear();
   const auto& data = container.GetData();
   std::size_t counted = 0;
@@ -220,9 +234,57 @@ bool ZqGetDistAndDiff(std::vector<std::pair<double, double>>& pairs, const ZqKri
     if (data[i].isUnmeasured && !includeUnmeasured) continue;
     for (std::size_t j = i + 1; j < data.size(); ++j) {
       if (data[j].isUnmeasured && (data[i].isUnmeasured || !includeUnmeasured)) continue;
-      pairs.emplace_back(container.GetDataDistance(i, j), data[i].response - data[j].response);
+      pairs.emplace_back(container.GetDataDistance(i, j), value(i) - value(j));
     }
   }
+}
+
+// The residual of every record after a least-squares fit of the responses
+// on the m drift properties of the records, fitted on the records that
+// enter the variogram pairs. False when there is nothing to fit, and, with
+// `warning`, when a record's properties cannot be fitted.
+template <class Records>
+bool DriftResiduals(const Records& data, std::size_t m, bool includeUnmeasured, const char* warning,
+                    std::vector<double>& residuals) {
+  ZqSVD<std::vector<double>> fit{ZqVecPropertyListFxn(m)};
+  for (const auto& record : data) {
+    if (record.isUnmeasured && !includeUnmeasured) continue;
+    if (!fit.AddTraining(record.properties, record.response)) {
+      Corvane::ZqThrow.Warning("%s", warning);
+      return false;
+    }
+  }
+  if (!fit.Train()) return false;
+  residuals.clear();
+  residuals.reserve(data.size());
+  for (const auto& record : data) residuals.push_back(record.response - fit.Predict(record.properties));
+  return true;
+}
+
+}  // namespace krige_detail
+
+template <class T, class TT>
+bool ZqGetDistAndDiff(std::vector<std::pair<double, double>>& pairs, const ZqKrigeTrainingContainer<T, TT>& container,
+                      bool includeUnmeasured) {
+  const ZqPropertyListFxn<T>* drift = container.GetPropertyFxn();
+  if (drift && drift->GetSize() > 0) return ZqGetDistAndDiffResidual(pairs, container, includeUnmeasured);
+  const auto& data = container.GetData();
+  krige_detail::CollectPairs(pairs, container, includeUnmeasured, [&](std::size_t r) { return data[r].response; });
+  return true;
+}
+
+template <class T, class TT>
+bool ZqGetDistAndDiffResidual(std::vector<std::pair<double, double>>& pairs,
+                              const ZqKrigeTrainingContainer<T, TT>& container, bool includeUnmeasured) {
+  const ZqPropertyListFxn<T>* drift = container.GetPropertyFxn();
+  const std::size_t m = drift ? drift->GetSize() : 0;
+  const auto& data = container.GetData();
+  std::vector<double> residuals;
+  if (!krige_detail::DriftResiduals(data, m, includeUnmeasured, "ZqGetDistAndDiffResidual, failed to add training",
+                                    residuals)) {
+    return false;
+  }
+  krige_detail::CollectPairs(pairs, container, includeUnmeasured, [&](std::size_t r) { return residuals[r]; });
   return true;
 }
 

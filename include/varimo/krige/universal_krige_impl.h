@@ -1,0 +1,111 @@
+// Definitions of ZqUniversalKrige.
+#pragma once
+
+#include <Eigen/Cholesky>
+
+#include <memory>
+
+#include "varimo/krige/krige_system_impl.h"
+#include "varimo/krige/standard_krige_impl.h"
+#include "varimo/krige/universal_krige.h"
+#include "varimo/platform/tessik/is_nan.h"
+
+namespace Varimo {
+
+template <class T, class TT>
+ZqUniversalKrige<T, TT>::ZqUniversalKrige(const ZqKrigeDistanceFxn<T>& distFxn, const ZqPropertyListFxn<T>& propFxn,
+                                          double errorValue, unsigned int missingIDValue, bool includeUnmeasured,
+                                          unsigned int uniqueResponseMethod)
+    : Base(distFxn, propFxn, errorValue, missingIDValue, includeUnmeasured, uniqueResponseMethod),
+      ldlt_(std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>()) {}
+
+template <class T, class TT>
+ZqUniversalKrige<T, TT>::ZqUniversalKrige(const Container& container, double errorValue, unsigned int missingIDValue,
+                                          bool includeUnmeasured)
+    : Base(container, errorValue, missingIDValue, includeUnmeasured),
+      ldlt_(std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>()) {}
+
+template <class T, class TT>
+ZqUniversalKrige<T, TT>::ZqUniversalKrige(const ZqUniversalKrige& other)
+    : Base(other),
+      ldlt_(std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>(*other.ldlt_)),
+      uniqueResponses_(other.uniqueResponses_) {}
+
+template <class T, class TT>
+ZqUniversalKrige<T, TT>::~ZqUniversalKrige() = default;
+
+template <class T, class TT>
+void ZqUniversalKrige<T, TT>::Clear() {
+  ldlt_ = std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>();
+  uniqueResponses_.clear();
+  Base::Clear();
+}
+
+template <class T, class TT>
+bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) {
+  const std::size_t n = container.GetNumUnique();
+  if (n == 0) {
+    Corvane::ZqThrow.Warning("ZqUniversalKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data");
+    return false;
+  }
+  const ZqPropertyListFxn<T>* drift = container.GetPropertyFxn();
+  const std::size_t m = drift ? drift->GetSize() : 0;
+  const auto size = static_cast<Eigen::Index>(n);
+  Eigen::MatrixXd system(size, size);
+  if (!ZqFillCovarianceMatrix(system, container, kernel)) return false;
+  // The kernel is refused on the covariance block alone: the bordered
+  // matrix is indefinite by construction.
+  if (!system.allFinite() || Eigen::LLT<Eigen::MatrixXd>(system).info() != Eigen::Success) return false;
+  uniqueResponses_.resize(n);
+  for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
+
+  const auto border = static_cast<Eigen::Index>(1 + m);
+  system.conservativeResize(size + border, size + border);
+  system.bottomRightCorner(border, border).setZero();
+  for (Eigen::Index i = 0; i < size; ++i) {
+    system(size, i) = system(i, size) = 1.0;
+    const std::vector<double> properties = container.GetUniqueProperties(static_cast<std::size_t>(i));
+    for (std::size_t k = 0; k < m; ++k) {
+      const Eigen::Index row = size + 1 + static_cast<Eigen::Index>(k);
+      system(row, i) = system(i, row) = properties[k];
+    }
+  }
+  ldlt_->compute(system);
+  return ldlt_->info() == Eigen::Success;
+}
+
+template <class T, class TT>
+ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
+                                                      const Container& container) const {
+  const std::size_t n = container.GetNumUnique();
+  // Responses are kept only by a training that reached the factorisation.
+  if (n == 0 || uniqueResponses_.size() != n) return ZqKrigeResult();
+  const ZqPropertyListFxn<T>* drift = container.GetPropertyFxn();
+  const std::size_t m = drift ? drift->GetSize() : 0;
+  if (drift && !drift->HasProperties(element)) return ZqKrigeResult();
+  const auto size = static_cast<Eigen::Index>(n);
+
+  std::vector<double> distances;
+  Eigen::VectorXd rightHand(size + 1 + static_cast<Eigen::Index>(m));
+  rightHand.head(size) = krige_detail::QueryCovariances(element, kernel, container, distances);
+  rightHand(size) = 1.0;
+  for (std::size_t k = 0; k < m; ++k) rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
+  if (ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHand.size()) return ZqKrigeResult();
+  const Eigen::VectorXd weights = ldlt_->solve(rightHand);
+  for (Eigen::Index i = 0; i < weights.size(); ++i) {
+    if (Tessik::ZqIsNaN(weights(i))) {
+      Corvane::ZqThrow.Warning("Universal kriging failed, NaN weights");
+      return ZqKrigeResult();
+    }
+  }
+
+  auto result = std::make_unique<ZqKrigeResultImpl>();
+  result->SetKernel(kernel);
+  result->SetBaselineResponse(0.0);
+  // The multipliers of the constraints (entries n and beyond) go no further.
+  krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
+  if (!krige_detail::VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
+  return ZqKrigeResult(result.release());
+}
+
+}  // namespace Varimo

@@ -1,0 +1,258 @@
+// Local kriging: predictions of the simple, ordinary and universal local
+// models against numpy solves on the nearest neighbours
+// (tests/data/krige/make_drift_local_refs.py), the neighbourhood rules, the
+// thinned variogram, the kernel walk and its fall-backs, and copies.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "drift_local_refs.h"
+#include "test_support.h"
+#include "varimo/krige/vector_krige.h"
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+namespace {
+
+using Element = std::vector<double>;
+using LocalOrdinary = ZqLocalOrdinaryKrige<Element>;
+using Corvane::ZqThrowLevel;
+using VarimoTest::DriftLocalReferences;
+constexpr double kError = -99.0;
+constexpr unsigned int kMissing = 0xFFFFFFFF;
+
+std::unique_ptr<ZqLocalKrigeImpl<Element>> MakeLocal(const std::string& kind, std::size_t numLocal,
+                                                     bool predictTraining, std::size_t maxPairs = 500000) {
+  const ZqEuclideanDistance distance;
+  const unsigned int mean = ZqKrigeUniqueResponseMethod::Mean;
+  if (kind == "simple") {
+    return std::make_unique<ZqLocalSimpleKrige<Element>>(distance, numLocal, kError, kMissing, false,
+                                                         predictTraining, maxPairs, mean);
+  }
+  if (kind == "universal") {
+    return std::make_unique<ZqLocalUniversalKrige<Element>>(distance, ZqVecPropertyListFxn(3), numLocal, kError,
+                                                            kMissing, false, predictTraining, maxPairs, mean);
+  }
+  return std::make_unique<LocalOrdinary>(distance, numLocal, kError, kMissing, false, predictTraining, maxPairs,
+                                         mean);
+}
+
+void AddReferences(ZqKrigeBase<Element>& model) {
+  const auto& data = DriftLocalReferences();
+  for (std::size_t i = 0; i < data.points.size(); ++i) {
+    EXPECT_TRUE(model.AddTrainingWithID(data.points[i], data.responses[i], static_cast<unsigned int>(i)));
+  }
+}
+
+TEST(LocalKrige, PredictionsMatchSolvesOnTheNearestNeighbours) {
+  const auto& data = DriftLocalReferences();
+  ASSERT_EQ(data.local.size(), 192u);
+  for (const auto& line : data.local) {
+    SCOPED_TRACE(line[1] + " K=" + line[2] + " predictTraining=" + line[3] + " " + line[4] + " query " + line[8]);
+    auto model = MakeLocal(line[1], std::stoul(line[2]), line[3] == "1");
+    AddReferences(*model);
+    ASSERT_TRUE(model->TrainFixed(VarimoTest::ReferenceKernel(line[4], line[5], line[6], line[7])));
+    const Element& query = data.queries[std::stoul(line[8])];
+    EXPECT_TRUE(VarimoTest::WithinRelative(model->Predict(query), VarimoTest::ToDouble(line[9]), 1e-9));
+    EXPECT_TRUE(VarimoTest::WithinRelative(model->GetVariance(query), VarimoTest::ToDouble(line[10]), 1e-9));
+  }
+}
+
+TEST(LocalKrige, NeighbourhoodsLeaveOutTheQueryOnlyWhenPredictingTraining) {
+  const auto& data = DriftLocalReferences();
+  const ZqKrigeKernel kernel = VarimoTest::ReferenceKernel("Exponential", "3.0", "5.5", "0.1");
+  // Query 6 is training point 5, which has a copy (record 40).
+  const Element& onTraining = data.queries[6];
+  for (bool predictTraining : {false, true}) {
+    auto model = MakeLocal("ordinary", 10, predictTraining);
+    AddReferences(*model);
+    model->TrainFixed(kernel);
+    const ZqKrigeResult result = model->GetKrigeResult(onTraining);
+    ASSERT_TRUE(result.Valid());
+    EXPECT_EQ(result.GetNumElements(), 10u);
+    bool seesItself = false;
+    for (unsigned int e = 0; e < result.GetNumElements(); ++e) {
+      seesItself = seesItself || result.GetDistance(e) < 1e-30;
+      // Ids map the neighbours back to the training records.
+      const unsigned int id = result.GetID(e);
+      ASSERT_LT(id, data.points.size());
+      EXPECT_NEAR(result.GetDistance(e), ZqEuclideanDistance()(onTraining, data.points[id]), 1e-14);
+    }
+    EXPECT_EQ(seesItself, !predictTraining);
+  }
+
+  // Fewer records than neighbours: all of them take part.
+  auto small = MakeLocal("ordinary", 100, false);
+  for (int i = 0; i < 10; ++i) small->AddTraining({std::cos(i), std::sin(i)}, 0.1 * i);
+  small->TrainFixed(kernel);
+  EXPECT_EQ(small->GetKrigeResult({0.2, 0.1}).GetNumElements(), 10u);
+}
+
+TEST(LocalKrige, CopiesInTheNeighbourhoodAreFilledUpWithTheNextNearest) {
+  // Points at 0..29 on a line; the two nearest to the query at -1 are
+  // repeated ten times each, so that the 5 nearest records are copies.
+  auto model = MakeLocal("ordinary", 5, false);
+  for (int copy = 0; copy < 10; ++copy) {
+    model->AddTraining({0.0}, 1.0 + 0.01 * copy);
+    model->AddTraining({1.0}, 2.0);
+  }
+  for (int x = 2; x < 30; ++x) model->AddTraining({static_cast<double>(x)}, std::sin(x));
+  model->TrainFixed(VarimoTest::ReferenceKernel("Exponential", "10.0", "2.0", "0.1"));
+  const ZqKrigeResult result = model->GetKrigeResult({-1.0});
+  ASSERT_TRUE(result.Valid());
+  ASSERT_EQ(result.GetNumElements(), 5u);
+  std::vector<double> distances;
+  for (unsigned int e = 0; e < 5; ++e) distances.push_back(result.GetDistance(e));
+  std::sort(distances.begin(), distances.end());
+  EXPECT_EQ(distances, (std::vector<double>{1.0, 2.0, 3.0, 4.0, 5.0}));
+}
+
+TEST(LocalKrige, LargeSetsThinTheirVariogramWithAFixedSeed) {
+  // Random points: no tied distances, so that the unstable sort of the
+  // pairs bins them alike whatever order they come in.
+  std::vector<Element> points;
+  std::mt19937_64 engine(5);
+  std::uniform_real_distribution<double> uniform(0.0, 5.0);
+  for (int i = 0; i < 300; ++i) points.push_back({uniform(engine), uniform(engine)});
+  auto fill = [&points](ZqKrigeBase<Element>& model) {
+    for (std::size_t i = 0; i < points.size(); ++i) model.AddTraining(points[i], std::sin(points[i][0]) + 0.01 * i);
+  };
+  auto build = [&fill](std::size_t maxPairs) {
+    auto model = MakeLocal("ordinary", 20, false, maxPairs);
+    fill(*model);
+    return model;
+  };
+  auto full = build(100000);
+  EXPECT_FALSE(full->IsSampled());
+  auto thinned = build(5000);  // 44850 pairs
+  ASSERT_TRUE(thinned->IsSampled());
+  std::vector<std::pair<double, double>> first, second, all;
+  ASSERT_TRUE(thinned->FillDistAndDiffImpl(first));
+  ASSERT_TRUE(thinned->FillDistAndDiffImpl(second));
+  EXPECT_EQ(first, second);
+  EXPECT_NEAR(static_cast<double>(first.size()), 5000.0, 300.0);  // binomial: sd about 67
+  // The pairs of the full list are those of a global model.
+  ASSERT_TRUE(full->FillDistAndDiffImpl(all));
+  EXPECT_EQ(all.size(), 44850u);
+  auto global = std::make_unique<ZqOrdinaryKrige<Element>>(ZqEuclideanDistance(), kError, kMissing, false,
+                                                           ZqKrigeUniqueResponseMethod::Mean);
+  fill(*global);
+  const ZqVariogram a = full->GetVariogram(), b = global->GetVariogram();
+  ASSERT_EQ(a.GetNumBins(), b.GetNumBins());
+  for (unsigned int bin = 0; bin < a.GetNumBins(); ++bin) {
+    EXPECT_NEAR(a.GetSemivariance(bin), b.GetSemivariance(bin), 1e-12);
+  }
+  // Both train and predict alike in kind.
+  ASSERT_TRUE(thinned->Train());
+  EXPECT_EQ(thinned->GetKernels().size(), 16u);
+  EXPECT_TRUE(std::isfinite(thinned->Predict({3.0, 2.0})));
+}
+
+TEST(LocalKrige, TrainingNeedsThreeBinsAndFixedKernelsHaveNoFallBack) {
+  Corvane::ZqScopedThrowCapture capture;
+  // TrainFixed on an empty model trains; the query then fails on an empty
+  // neighbourhood, without the fall-backs.
+  auto empty = MakeLocal("ordinary", 5, false);
+  ZqKrigeKernel kernel = VarimoTest::ReferenceKernel("Gaussian", "1.0", "1.0", "0.0");
+  EXPECT_TRUE(empty->TrainFixed(kernel));
+  EXPECT_FALSE(empty->GetKrigeResult({0.0}).Valid());
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            std::vector<std::string>{
+                "ZqOrdinaryKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data"});
+
+  // Two pairs (the third joins two unmeasured records) make two bins:
+  // enough for a global model, not here.
+  capture.Clear();
+  auto few = std::make_unique<LocalOrdinary>(ZqEuclideanDistance(), 5, kError, kMissing, true, false, 500000,
+                                             ZqKrigeUniqueResponseMethod::Mean);
+  few->AddTraining({0.0}, 0.0);
+  few->AddUnmeasuredTraining({1.0}, 1.0);
+  few->AddUnmeasuredTraining({3.0}, 9.0);
+  ASSERT_EQ(few->GetVariogram().GetNumBins(), 2u);
+  EXPECT_FALSE(few->Train());
+  EXPECT_FALSE(few->Train(kernel));
+  EXPECT_EQ(few->Predict({2.0}), kError);
+  EXPECT_EQ(few->GetKernel().GetName(), "Linear");
+  const std::string train = "ZqLocalKrigeImpl::Train() failed, not enough data to construct variogram";
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            (std::vector<std::string>{
+                train, "ZqLocalKrigeImpl::Train(ZqKrigeKernelBase ) failed, not enough data to construct variogram",
+                train, train, "ZqLocalKrige::GetKernel, failed to get kernel because training failed"}));
+}
+
+// Not a variogram: every pair of distinct elements gets a negative
+// covariance, so no covariance matrix of three or more elements factorises.
+// Its parameters cannot be changed, so fitting does not repair it.
+class NegativeCovarianceKernel final : public ZqKrigeKernelImpl {
+ public:
+  std::string GetName() const override { return "Negative"; }
+  double GetValue(double distance) const override { return distance > 0.0 ? 2.0 : 0.0; }
+  void SetRange(double) override {}
+  void SetNugget(double) override {}
+  void SetSill(double) override {}
+  ZqKrigeKernelBase* CreateCopy() const override { return new NegativeCovarianceKernel(*this); }
+};
+
+TEST(LocalKrige, KernelsThatFailLocallyFallBackToTheNeighboursVariogram) {
+  Corvane::ZqScopedThrowCapture capture;
+  const auto& data = DriftLocalReferences();
+  auto model = MakeLocal("ordinary", 15, false);
+  AddReferences(*model);
+  // The kernel fails as trained, and again refitted to the neighbours: the
+  // candidates fitted to the neighbours' variogram take over.
+  NegativeCovarianceKernel negative;
+  ASSERT_TRUE(model->Train(negative));
+  const ZqKrigeResult result = model->GetKrigeResult(data.queries[0]);
+  ASSERT_TRUE(result.Valid());
+  EXPECT_NE(result.GetKernel().GetName(), "Negative");
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            std::vector<std::string>{"ZqLocalKrige::GetKrigeResult, Falling back to local variogram kernels"});
+  // With the kernel fixed there is no fall-back.
+  capture.Clear();
+  model->TrainFixed(negative);
+  EXPECT_FALSE(model->GetKrigeResult(data.queries[0]).Valid());
+  EXPECT_EQ(model->Predict(data.queries[0]), kError);
+  EXPECT_TRUE(capture.Texts(ZqThrowLevel::Warning).empty());
+}
+
+TEST(LocalKrige, StateCopiesAndConstQueries) {
+  const auto& data = DriftLocalReferences();
+  auto model = MakeLocal("universal", 12, false);
+  AddReferences(*model);
+  const ZqLocalKrigeImpl<Element>& constModel = *model;
+  const double untrained = constModel.Predict(data.queries[1]);  // on a trained copy
+  EXPECT_FALSE(model->IsTrained());
+  ASSERT_TRUE(model->Train());
+  EXPECT_EQ(model->Predict(data.queries[1]), untrained);
+  std::unique_ptr<ZqKrigeBase<Element>> copy(model->CreateKrigeCopy());
+  EXPECT_EQ(copy->Predict(data.queries[1]), untrained);
+  EXPECT_EQ(copy->GetKernel().GetName(), model->GetKernel().GetName());
+
+  // Refused records leave the model as it was; accepted ones untrain it.
+  EXPECT_FALSE(model->AddTraining({1.0, 2.0, 3.0}, std::nan("")));
+  EXPECT_FALSE(model->AddTraining({1.0, 2.0}, 1.0));  // no properties
+  EXPECT_TRUE(model->IsTrained());
+  EXPECT_TRUE(model->AddUnmeasuredTraining({1.0, 2.0, 3.0}, 1.0));
+  EXPECT_FALSE(model->IsTrained());
+  EXPECT_EQ(model->GetNumData(), 43u);
+
+  // The full variogram marks the plain one valid without filling it: a
+  // model asked for its full variogram first trains on no bins.
+  auto fresh = MakeLocal("ordinary", 12, false);
+  AddReferences(*fresh);
+  EXPECT_GT(fresh->GetFullVariogram().GetNumBins(), 2u);
+  EXPECT_EQ(fresh->GetVariogram().GetNumBins(), 0u);
+  EXPECT_FALSE(fresh->Train());
+  fresh->Clear();
+  EXPECT_EQ(fresh->GetNumData(), 0u);
+  AddReferences(*fresh);
+  EXPECT_TRUE(fresh->Train());
+}
+
+}  // namespace
+}  // namespace Varimo

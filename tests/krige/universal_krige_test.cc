@@ -1,0 +1,185 @@
+// Universal kriging and its least-squares drift: residual variogram pairs
+// against numpy lstsq, predictions and variances against numpy direct
+// solves of the bordered system (tests/data/krige/make_drift_local_refs.py),
+// the model selection of ZqCreateKrige, and the failures of queries and
+// training elements without properties.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "drift_local_refs.h"
+#include "test_support.h"
+#include "varimo/krige/vector_krige.h"
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+namespace {
+
+using Element = std::vector<double>;
+using Universal = ZqUniversalKrige<Element>;
+using VarimoTest::DriftLocalReferences;
+constexpr double kError = -99.0;
+
+std::unique_ptr<Universal> UniversalOnReferences(const ZqPropertyListFxn<Element>& drift = ZqVecPropertyListFxn(3)) {
+  auto model = std::make_unique<Universal>(ZqEuclideanDistance(), drift, kError, 0xFFFFFFFFu, false,
+                                           ZqKrigeUniqueResponseMethod::Mean);
+  const auto& data = DriftLocalReferences();
+  for (std::size_t i = 0; i < data.points.size(); ++i) EXPECT_TRUE(model->AddTraining(data.points[i], data.responses[i]));
+  return model;
+}
+
+TEST(LeastSquaresDrift, FitsWithAnInterceptAndTheMinimumNormWhenRankDeficient) {
+  // y = 1 + 2 a - 3 b exactly.
+  ZqSVD<Element> fit{ZqVecPropertyListFxn(2)};
+  EXPECT_FALSE(fit.Train());  // no rows
+  EXPECT_EQ(fit.Predict({1.0, 1.0}), std::numeric_limits<double>::max());
+  EXPECT_FALSE(fit.AddTraining({1.0}, 0.0));  // wrong size: refused
+  for (double a : {0.0, 1.0, 2.5}) {
+    for (double b : {-1.0, 0.5}) EXPECT_TRUE(fit.AddTraining({a, b}, 1.0 + 2.0 * a - 3.0 * b));
+  }
+  const ZqSVD<Element>& constFit = fit;
+  EXPECT_NEAR(constFit.Predict({4.0, 2.0}), 3.0, 1e-12);  // trains a temporary copy
+  EXPECT_FALSE(fit.IsTrained());
+  EXPECT_NEAR(fit.Predict({4.0, 2.0}), 3.0, 1e-12);
+  ASSERT_TRUE(fit.IsTrained());
+  EXPECT_NEAR(fit.GetCoefficients()(2), 1.0, 1e-12);  // the intercept comes last
+  EXPECT_EQ(fit.Predict({4.0}), std::numeric_limits<double>::max());
+
+  // Two equal columns: lstsq's minimum-norm answer splits the coefficient
+  // evenly (numpy.linalg.lstsq gives [1, 1, 0] for y = 2 a).
+  ZqSVD<Element> twin{ZqVecPropertyListFxn(2)};
+  for (double a : {1.0, 2.0, 3.0}) twin.AddTraining({a, a}, 2.0 * a);
+  ASSERT_TRUE(twin.Train());
+  EXPECT_NEAR(twin.GetCoefficients()(0), 1.0, 1e-12);
+  EXPECT_NEAR(twin.GetCoefficients()(1), 1.0, 1e-12);
+  EXPECT_NEAR(twin.GetCoefficients()(2), 0.0, 1e-12);
+  fit.Clear();
+  EXPECT_FALSE(fit.IsTrained());
+  EXPECT_FALSE(fit.Train());
+}
+
+TEST(UniversalKrige, VariogramPairsAreThoseOfTheDriftResiduals) {
+  const auto& data = DriftLocalReferences();
+  auto model = UniversalOnReferences();
+  std::vector<std::pair<double, double>> pairs;
+  ASSERT_TRUE(ZqGetDistAndDiff(pairs, model->GetContainer(), false));
+  ASSERT_EQ(pairs.size(), data.residualPairs.size());
+  for (std::size_t k = 0; k < pairs.size(); ++k) {
+    EXPECT_NEAR(pairs[k].first, data.residualPairs[k].first, 1e-13) << k;
+    EXPECT_NEAR(pairs[k].second, data.residualPairs[k].second, 1e-10) << k;
+  }
+  // The model's variogram is made of them.
+  ZqVariogramImpl expected;
+  auto sorted = data.residualPairs;
+  ASSERT_TRUE(ZqSetupVariogram(expected, sorted, true));
+  const ZqVariogram variogram = model->GetVariogram();
+  ASSERT_EQ(variogram.GetNumBins(), expected.GetNumBins());
+  for (unsigned int b = 0; b < expected.GetNumBins(); ++b) {
+    EXPECT_NEAR(variogram.GetSemivariance(b), expected.GetSemivariance(b), 1e-10);
+  }
+}
+
+TEST(UniversalKrige, PredictionsAndVariancesMatchTheBorderedSolve) {
+  const auto& data = DriftLocalReferences();
+  auto model = UniversalOnReferences();
+  ASSERT_EQ(data.universal.size(), 24u);
+  for (const auto& line : data.universal) {
+    SCOPED_TRACE(line[1] + " query " + line[5]);
+    ASSERT_TRUE(model->TrainFixed(VarimoTest::ReferenceKernel(line[1], line[2], line[3], line[4])));
+    const Element& query = data.queries[std::stoul(line[5])];
+    EXPECT_TRUE(VarimoTest::WithinRelative(model->Predict(query), VarimoTest::ToDouble(line[6]), 1e-9));
+    EXPECT_TRUE(VarimoTest::WithinRelative(model->GetVariance(query), VarimoTest::ToDouble(line[7]), 1e-9));
+  }
+  // The weights reproduce the drift: they sum to one.
+  const ZqKrigeResult result = model->GetKrigeResult(data.queries[0]);
+  ASSERT_TRUE(result.Valid());
+  EXPECT_EQ(result.GetNumElements(), 40u);  // 42 records, two copies
+  EXPECT_NEAR(ZqSumWeights(result, kError), 1.0, 1e-10);
+  EXPECT_EQ(result.GetBaselineResponse(), 0.0);
+
+  // Train() walks the kernels on the residual variogram and ends trained.
+  ASSERT_TRUE(model->Train());
+  EXPECT_TRUE(std::isfinite(model->Predict(data.queries[1])));
+}
+
+// The first coordinate as a drift property, unknown (NaN) or missing for
+// some elements.
+class FirstCoordinate final : public ZqPropertyListFxn<Element> {
+ public:
+  bool HasProperties(const Element& e) const override { return !e.empty() && e[0] > -100.0; }
+  std::size_t GetSize() const override { return 1; }
+  double GetProperty(const Element& e, std::size_t) const override {
+    return e[0] > 50.0 ? std::numeric_limits<double>::quiet_NaN() : e[0];
+  }
+  ZqPropertyListFxn<Element>* CreateCopy() const override { return new FirstCoordinate(*this); }
+};
+
+TEST(UniversalKrige, ElementsWithoutPropertiesAreRefusedAndNaNWeightsFail) {
+  Corvane::ZqScopedThrowCapture capture;
+  auto model = UniversalOnReferences(FirstCoordinate());
+  EXPECT_FALSE(model->AddTraining({-200.0, 0.0, 0.0}, 1.0));  // no properties: refused
+  EXPECT_EQ(model->GetContainer().GetNumData(), 42u);
+  ASSERT_TRUE(model->TrainFixed(VarimoTest::ReferenceKernel("Spherical", "4.0", "5.0", "0.02")));
+  // A query without the properties is invalid at once; the training stays.
+  EXPECT_FALSE(model->GetKrigeResult({-200.0, 1.0, 1.0}).Valid());
+  EXPECT_EQ(model->Predict({-200.0, 1.0, 1.0}), kError);
+  EXPECT_TRUE(model->IsTrained());
+  EXPECT_TRUE(capture.Texts(Corvane::ZqThrowLevel::Warning).empty());
+  // A NaN property passes into the weights.
+  EXPECT_EQ(model->Predict({60.0, 1.0, 1.0}), kError);
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
+            std::vector<std::string>{"Universal kriging failed, NaN weights"});
+
+  capture.Clear();
+  Universal empty(ZqEuclideanDistance(), FirstCoordinate(), kError, 0u, false, ZqKrigeUniqueResponseMethod::Mean);
+  EXPECT_FALSE(empty.TrainFixed(VarimoTest::ReferenceKernel("Spherical", "4.0", "5.0", "0.02")));
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
+            std::vector<std::string>{
+                "ZqUniversalKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data"});
+}
+
+TEST(UniversalKrige, AsManyRecordsAsDriftColumnsLeaveNoResiduals) {
+  Universal model(ZqEuclideanDistance(), ZqVecPropertyListFxn(3), kError, 0u, false,
+                  ZqKrigeUniqueResponseMethod::Mean);
+  const std::vector<Element> corners = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+  for (std::size_t i = 0; i < corners.size(); ++i) model.AddTraining(corners[i], std::sin(1.0 + i));
+  std::vector<std::pair<double, double>> pairs;
+  ASSERT_TRUE(ZqGetDistAndDiff(pairs, model.GetContainer(), false));
+  ASSERT_EQ(pairs.size(), 6u);
+  for (const auto& pair : pairs) EXPECT_NEAR(pair.second, 0.0, 1e-12);
+  const ZqVariogram variogram = model.GetVariogram();
+  for (unsigned int b = 0; b < variogram.GetNumBins(); ++b) EXPECT_LT(variogram.GetSemivariance(b), 1e-24);
+}
+
+TEST(CreateKrige, PicksTheModelOfTheOptions) {
+  const ZqEuclideanDistance distance;
+  ZqKrigeOptions global{ZqGlobalKrigeOptions()};
+  ZqKrigeOptions local{ZqLocalKrigeOptions().SetNumLocal(7).SetPredictTraining(true).SetMaxVariogramSize(99)};
+  auto is = [](const auto& model, auto* type) { return dynamic_cast<decltype(type)>(model.get()) != nullptr; };
+  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, global, false), static_cast<ZqOrdinaryKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, global, true), static_cast<ZqSimpleKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(
+      is(ZqCreateKrige<Element>(distance, local, false), static_cast<ZqLocalOrdinaryKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, local, true), static_cast<ZqLocalSimpleKrige<Element>*>(nullptr)));
+  const ZqVecPropertyListFxn drift(2), none(0);
+  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, drift, global), static_cast<Universal*>(nullptr)));
+  EXPECT_TRUE(
+      is(ZqCreateKrige<Element>(distance, drift, local), static_cast<ZqLocalUniversalKrige<Element>*>(nullptr)));
+  // No properties: nothing to drift on, an ordinary model.
+  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, none, global), static_cast<ZqOrdinaryKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(
+      is(ZqCreateKrige<Element>(distance, none, local), static_cast<ZqLocalOrdinaryKrige<Element>*>(nullptr)));
+
+  auto model = ZqCreateKrige<Element>(distance, local, false);
+  const auto& localModel = dynamic_cast<const ZqLocalOrdinaryKrige<Element>&>(*model);
+  EXPECT_EQ(localModel.GetNumLocal(), 7u);
+  EXPECT_TRUE(localModel.GetPredictTraining());
+  EXPECT_EQ(localModel.GetMaxVariogramSize(), 99u);
+}
+
+}  // namespace
+}  // namespace Varimo
