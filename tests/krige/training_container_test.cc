@@ -73,6 +73,17 @@ TEST(TrainingContainer, CopiesFoldIntoOneElementWhoseResponseFollowsTheMethod) {
             std::vector<std::string>{"Invalid KrigeUniqueResponseMethod 7, defaulting to mean"});
 }
 
+TEST(EuclideanDistance, WholeVectorsOrTheirLeadingCoordinates) {
+  const ZqEuclideanDistance all, leading(2);
+  EXPECT_EQ(all({0.0, 0.0, 9.0}, {3.0, 4.0, 9.0}), 5.0);
+  EXPECT_TRUE(std::isnan(all({0.0, 0.0}, {3.0, 4.0, 1.0})));
+  // Only the first two coordinates count, whatever follows them.
+  EXPECT_EQ(leading({0.0, 0.0, 9.0}, {3.0, 4.0}), 5.0);
+  EXPECT_TRUE(std::isnan(leading({0.0}, {3.0, 4.0})));
+  EXPECT_EQ(leading.GetDimensions(), 2u);
+  EXPECT_EQ(all.GetDimensions(), 0u);
+}
+
 TEST(TrainingContainer, DistancesAreComputedOnceAgainstRepresentatives) {
   int calls = 0;
   Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
