@@ -13,7 +13,10 @@
 #include "varimo/krige/vector_krige.h"
 
 namespace Varimo {
-namespace {
+// A named namespace, not an anonymous one: the models are explicitly
+// instantiated below, and for a type of internal linkage the compiler
+// concludes that no neighbour search can exist and warns about the call.
+namespace storage_test {
 
 class Site {
  public:
@@ -41,7 +44,13 @@ class SiteDistance final : public ZqKrigeDistanceFxn<Site> {
 using Owned = ZqKrigeCopyPtrElementStorage<Site>;
 using Borrowed = ZqKrigeUnmanagedPtrElementStorage<Site>;
 
-}  // namespace
+}  // namespace storage_test
+
+using storage_test::Borrowed;
+using storage_test::Owned;
+using storage_test::Point;
+using storage_test::Site;
+using storage_test::SiteDistance;
 
 template class ZqOrdinaryKrige<Site, Owned>;
 template class ZqSimpleKrige<Site, Borrowed>;

@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "varimo/krige/krige_base.h"
+#include "varimo/krige/neighbour_search.h"
 #include "varimo/krige/standard_krige.h"
 #include "varimo/krige/training_container.h"
 
@@ -87,6 +88,13 @@ class ZqLocalKrigeImpl : public ZqKrigeBase<T> {
   // The variogram pairs of the whole set: response or residual differences.
   virtual bool FillDistAndDiffImpl(std::vector<std::pair<double, double>>& pairs) const = 0;
 
+  // Finds neighbours through `search` (a copy is kept) instead of scanning
+  // every training element. The search must agree with the distance
+  // functor (a k-d tree for a Euclidean distance over the same
+  // coordinates): it only proposes candidates, which the functor orders.
+  void SetNeighbourSearch(const ZqKrigeNeighbourSearch<T>& search);
+  bool HasNeighbourSearch() const { return search_ != nullptr; }
+
   std::size_t GetNumLocal() const { return numLocal_; }
   bool GetIncludeUnmeasured() const { return includeUnmeasured_; }
   bool GetPredictTraining() const { return predictTraining_; }
@@ -120,7 +128,13 @@ class ZqLocalKrigeImpl : public ZqKrigeBase<T> {
   // trained.
   ZqKrigeResult LocalResult(const T& element) const;
   void FillNeighbourhood(const T& element, LocalContainer& container) const;
+  // The same neighbourhood from the candidates of the search; false when
+  // the search cannot answer for this query.
+  bool FillNeighbourhoodFromSearch(const T& element, LocalContainer& container) const;
   bool AddNeighbour(LocalContainer& container, std::size_t record, double distance) const;
+  // Indexes the training elements when a search is set; called whenever
+  // the model becomes trained, since only additions change the data.
+  void BuildSearch();
 
   std::unique_ptr<ZqKrigeDistanceFxn<T>> distFxn_;
   std::unique_ptr<ZqGetUniqueTrainingDataResponseFxn<T, LocalStorage>> uniqueResponseFxn_;
@@ -141,6 +155,8 @@ class ZqLocalKrigeImpl : public ZqKrigeBase<T> {
   ZqFullVariogramImpl fullVariogram_;
   bool sampled_ = false;
   std::vector<PairEntry> pairList_;
+  std::unique_ptr<ZqKrigeNeighbourSearch<T>> search_;
+  bool searchBuilt_ = false;
 };
 
 template <class T, class TT = ZqKrigeDefaultElementStorage<T>>

@@ -71,13 +71,34 @@ ZqLocalKrigeImpl<T, TT>::ZqLocalKrigeImpl(const ZqLocalKrigeImpl& other)
       fullVariogramValid_(other.fullVariogramValid_),
       fullVariogram_(other.fullVariogram_),
       sampled_(other.sampled_),
-      pairList_(other.pairList_) {
+      pairList_(other.pairList_),
+      search_(other.search_ ? other.search_->CreateCopy() : nullptr) {
   for (const auto& kernel : other.kernels_) kernels_.emplace_back(kernel->CreateCopy());
+  // The copy's records live elsewhere: index them anew.
+  if (other.searchBuilt_) BuildSearch();
+}
+
+template <class T, class TT>
+void ZqLocalKrigeImpl<T, TT>::SetNeighbourSearch(const ZqKrigeNeighbourSearch<T>& search) {
+  search_.reset(search.CreateCopy());
+  searchBuilt_ = false;
+  if (trained_) BuildSearch();
+}
+
+template <class T, class TT>
+void ZqLocalKrigeImpl<T, TT>::BuildSearch() {
+  searchBuilt_ = false;
+  if (!search_) return;
+  std::vector<const T*> elements;
+  elements.reserve(data_.size());
+  for (const Record& record : data_) elements.push_back(&record.GetElement());
+  searchBuilt_ = search_->Build(elements);
 }
 
 template <class T, class TT>
 void ZqLocalKrigeImpl<T, TT>::Invalidate() {
   trained_ = false;
+  searchBuilt_ = false;
   variogramValid_ = false;
   fullVariogramValid_ = false;
   variogram_.Clear();
@@ -247,6 +268,7 @@ bool ZqLocalKrigeImpl<T, TT>::Train() {
   for (const ZqKrigeKernel& candidate : ZqRankKernels(variogram)) kernels_.emplace_back(candidate.CreateCopy());
   trained_ = true;
   fixedKernel_ = false;
+  if (!searchBuilt_) BuildSearch();
   return true;
 }
 
@@ -263,6 +285,7 @@ bool ZqLocalKrigeImpl<T, TT>::Train(ZqKrigeKernelBase& kernel) {
   kernels_.emplace_back(kernel.CreateCopy());
   trained_ = true;
   fixedKernel_ = false;
+  if (!searchBuilt_) BuildSearch();
   return true;
 }
 
@@ -272,6 +295,7 @@ bool ZqLocalKrigeImpl<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel) {
   kernels_.emplace_back(kernel.CreateCopy());
   trained_ = true;
   fixedKernel_ = true;
+  if (!searchBuilt_) BuildSearch();
   return true;
 }
 
@@ -301,6 +325,7 @@ void ZqLocalKrigeImpl<T, TT>::FillNeighbourhood(const T& element, LocalContainer
     }
     return;
   }
+  if (searchBuilt_ && FillNeighbourhoodFromSearch(element, container)) return;
   std::vector<std::pair<double, std::size_t>> ranked(n);
   for (std::size_t i = 0; i < n; ++i) ranked[i] = {(*distFxn_)(element, data_[i].GetElement()), i};
   // Pairs compare by distance, then by index. A NaN distance would break
@@ -311,6 +336,9 @@ void ZqLocalKrigeImpl<T, TT>::FillNeighbourhood(const T& element, LocalContainer
   const auto begin = ranked.begin();
   const auto nearest = begin + static_cast<std::ptrdiff_t>(numLocal_);
   std::nth_element(begin, nearest, ranked.end());
+  // In order, so that the neighbours enter the container as they do from a
+  // search, and both give the same system to the last bit.
+  std::sort(begin, nearest);
   for (auto it = begin; it != nearest; ++it) AddNeighbour(container, it->second, it->first);
   // Copies merge in the container, so the neighbourhood may hold fewer
   // unique elements than asked for: fill it up with the next nearest, one
@@ -324,6 +352,46 @@ void ZqLocalKrigeImpl<T, TT>::FillNeighbourhood(const T& element, LocalContainer
     for (auto it = blockBegin; it != blockEnd && container.GetNumUnique() < numLocal_; ++it) {
       AddNeighbour(container, it->second, it->first);
     }
+  }
+}
+
+template <class T, class TT>
+bool ZqLocalKrigeImpl<T, TT>::FillNeighbourhoodFromSearch(const T& element, LocalContainer& container) const {
+  const std::size_t n = data_.size();
+  std::vector<std::size_t> candidates;
+  std::vector<std::pair<double, std::size_t>> ranked;
+  // Walks the records in order of (distance, index): the first numLocal
+  // all enter, later ones only while copies keep the unique elements below
+  // numLocal, exactly as the scan does. The candidates closer than the
+  // search's bound are a prefix of that order; when the walk needs more,
+  // the search is asked for twice as many.
+  std::size_t walked = 0;
+  // One more when the query itself is likely among the training elements.
+  std::size_t count = numLocal_ + (predictTraining_ ? 1 : 0);
+  for (;; count *= 2) {
+    double bound = 0.0;
+    if (!search_->Candidates(element, count, candidates, bound)) return walked > 0;
+    ranked.clear();
+    for (std::size_t i : candidates) {
+      double d = (*distFxn_)(element, data_[i].GetElement());
+      if (std::isnan(d)) d = std::numeric_limits<double>::infinity();
+      ranked.emplace_back(d, i);
+    }
+    std::sort(ranked.begin(), ranked.end());
+    const bool everything = candidates.size() >= n;
+    const std::size_t trusted =
+        everything ? ranked.size()
+                   : static_cast<std::size_t>(std::partition_point(ranked.begin(), ranked.end(),
+                                                                   [bound](const auto& e) { return e.first < bound; }) -
+                                              ranked.begin());
+    for (; walked < trusted; ++walked) {
+      if (walked >= numLocal_ && container.GetNumUnique() >= numLocal_) return true;
+      AddNeighbour(container, ranked[walked].second, ranked[walked].first);
+    }
+    if (everything || (walked >= numLocal_ && container.GetNumUnique() >= numLocal_)) return true;
+    // A search that lists fewer than all when asked for all: stop here
+    // rather than ask forever.
+    if (count >= n) return true;
   }
 }
 
@@ -411,6 +479,7 @@ ZqKrigeKernel ZqLocalKrigeImpl<T, TT>::GetKernel() const {
 template <class T, class TT>
 void ZqLocalKrigeImpl<T, TT>::Clear() {
   data_.clear();
+  searchBuilt_ = false;
   Invalidate();
   fixedKernel_ = false;
   sampled_ = false;
