@@ -1,7 +1,8 @@
-// varimo-krige end to end on small CSV files
-// (tests/data/krige/make_cli_data.py): the output files and the kernel line
-// in their exact formats, the same numbers as the library's models on the
-// same rows, and a one-line message with status 2 for every bad argument.
+// varimo-krige end to end on small CSV files (tests/data/krige/
+// make_cli_data.py, make_cli_drift_data.py): the output files and the kernel
+// line in their exact formats, the same numbers as the library's models on
+// the same rows, and a one-line message with status 2 for every bad
+// argument.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -57,6 +58,11 @@ std::string SeventeenDigits(double value) {
 std::string TrainAndPredict() {
   return "--train " + VarimoTest::DataPath("krige/cli_train.csv") + " --predict " +
          VarimoTest::DataPath("krige/cli_query.csv");
+}
+
+std::string DriftFiles() {
+  return "--train " + VarimoTest::DataPath("krige/cli_drift_train.csv") + " --predict " +
+         VarimoTest::DataPath("krige/cli_drift_query.csv");
 }
 
 std::vector<std::vector<std::string>> CsvLines(const std::string& path) {
@@ -149,11 +155,26 @@ TEST(VarimoKrige, FeaturesVariogramAndTheDefaultWalk) {
 
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const std::string files = TrainAndPredict() + " --out " + Scratch("pred.csv");
+  const std::string drift = DriftFiles() + " --out " + Scratch("pred.csv");
   const std::vector<std::pair<std::string, std::string>> cases = {
       {files + " --response z", "has no column z"},
       {files + " --response name", "column name of "},
       {files + " --response y --features a,c", "has no column c"},
-      {files + " --response y --model universal", "--model must be simple or ordinary, not universal"},
+      {files + " --response y --model kriging", "--model must be simple, ordinary or universal, not kriging"},
+      {files + " --response y --model universal", "--model universal needs --drift C1,C2,..."},
+      {files + " --response y --drift b", "--drift is only for --model universal"},
+      {files + " --response y --model universal --drift b,,a", "--drift has an empty column name: b,,a"},
+      {files + " --response y --model universal --drift z", "cli_train.csv has no column z"},
+      {drift + " --response y --model universal --drift d1,d2 --features a,b --predict " +
+           VarimoTest::DataPath("krige/cli_query.csv"),
+       "cli_query.csv has no column d1"},
+      {files + " --response y --local 0", "--local must be a whole number of at least 1, not 0"},
+      {files + " --response y --local x", "--local must be a whole number of at least 1, not x"},
+      {files + " --response y --local -3", "--local must be a whole number of at least 1, not -3"},
+      {files + " --response y --local 5 --max-variogram-size 0",
+       "--max-variogram-size must be a whole number of at least 1, not 0"},
+      {files + " --response y --predict-training", "--predict-training is only for --local K"},
+      {files + " --response y --max-variogram-size 100", "--max-variogram-size is only for --local K"},
       {files + " --response y --kernel Nope", "unknown kernel Nope"},
       {files + " --response y --bogus 1", "unknown option --bogus"},
       {files + " --response", "option --response needs a value"},
@@ -169,8 +190,9 @@ TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   }
   const Outcome help = Krige("--help");
   EXPECT_EQ(help.status, 0);
-  for (const char* option : {"--train", "--response", "--predict", "--out", "--features", "--model", "--kernel",
-                             "--variogram", "--help"}) {
+  for (const char* option : {"--train", "--response", "--predict", "--out", "--features", "--model", "universal",
+                             "--drift", "--kernel", "--variogram", "--local", "--predict-training",
+                             "--max-variogram-size", "--quiet", "--help"}) {
     EXPECT_NE(help.out.find(option), std::string::npos) << option;
   }
 }

@@ -12,10 +12,16 @@ struct Arguments {
   std::string responseName;
   std::string predictPath;
   std::string outPath;
-  std::vector<std::string> features;  // empty: every numeric column but the response
+  std::vector<std::string> features;  // empty: every numeric column but the response and the drift
   bool simple = false;                // --model simple; ordinary by default
+  bool universal = false;             // --model universal
+  std::vector<std::string> drift;     // the drift columns, given exactly with --model universal
   std::string kernelName;             // empty: walk all candidates
   std::string variogramPath;          // empty: no variogram file
+  unsigned int numLocal = 0;          // neighbours per query; 0: a global model
+  bool predictTraining = false;       // only with numLocal
+  std::optional<unsigned int> maxVariogramSize;  // only with numLocal; nothing: the library's default
+  bool quiet = false;                 // no progress lines
   bool help = false;
 };
 

@@ -1,5 +1,6 @@
 #include "feature_table.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -45,10 +46,11 @@ std::optional<CsvTable> LoadCsv(const std::string& path, std::string& error) {
   return csv;
 }
 
-std::vector<std::string> NumericColumnNames(const CsvTable& csv, const std::string& except) {
+std::vector<std::string> NumericColumnNames(const CsvTable& csv, const std::vector<std::string>& except) {
   std::vector<std::string> names;
   for (const Varimo::ZqDataTableCol& column : csv.table.GetColumns()) {
-    if (IsLineNumberColumn(csv, column) || !IsNumeric(column) || column.GetColumnName() == except) continue;
+    const bool excepted = std::find(except.begin(), except.end(), column.GetColumnName()) != except.end();
+    if (IsLineNumberColumn(csv, column) || !IsNumeric(column) || excepted) continue;
     names.push_back(column.GetColumnName());
   }
   return names;

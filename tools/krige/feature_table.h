@@ -19,8 +19,9 @@ struct CsvTable {
 // Loads `path`; nothing, with `error` set, when it cannot be read.
 std::optional<CsvTable> LoadCsv(const std::string& path, std::string& error);
 
-// The names of the numeric columns of the file, in file order, but `except`.
-std::vector<std::string> NumericColumnNames(const CsvTable& csv, const std::string& except);
+// The names of the numeric columns of the file, in file order, but those
+// named in `except`.
+std::vector<std::string> NumericColumnNames(const CsvTable& csv, const std::vector<std::string>& except);
 
 // One numeric column's values by row; a missing or bad cell is NaN. Nothing,
 // with `error` set, when the file has no such column or it is not numeric.

@@ -1,15 +1,19 @@
 // varimo-krige: kriges the rows of a CSV file and predicts those of another,
 // with a Euclidean distance over numeric feature columns. See --help.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "arguments.h"
 #include "feature_table.h"
+#include "progress.h"
+#include "trailing_drift.h"
 #include "varimo/krige/vector_krige.h"
 
 namespace {
@@ -56,6 +60,68 @@ bool WriteVariogram(const std::string& path, const Varimo::ZqFullVariogram& full
   return static_cast<bool>(out);
 }
 
+// The model the arguments ask for, untrained. Every model, local ones
+// included, is made here and only here.
+std::unique_ptr<Varimo::ZqKrigeBase<Element>> MakeModel(const VarimoKrige::Arguments& args, std::size_t numFeatures) {
+  Varimo::ZqKrigeOptions options{Varimo::ZqGlobalKrigeOptions()};
+  if (args.numLocal > 0) {
+    options.SetNumLocal(args.numLocal).SetPredictTraining(args.predictTraining);
+    if (args.maxVariogramSize) options.SetMaxVariogramSize(*args.maxVariogramSize);
+  }
+  std::unique_ptr<Varimo::ZqKrigeBase<Element>> model =
+      args.universal ? Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(numFeatures),
+                                                      VarimoKrige::TrailingDrift(numFeatures, args.drift.size()),
+                                                      options)
+                     : Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(), options, args.simple);
+  return model;
+}
+
+// Predictions and variances of every row of `rows`; a row with a missing
+// value is a failed prediction, the error value in both.
+void PredictRows(Varimo::ZqKrigeBase<Element>& model, const std::vector<Element>& rows, VarimoKrige::Progress& progress,
+                 std::vector<double>& predictions, std::vector<double>& variances) {
+  const double failed = model.GetErrorValue();
+  predictions.assign(rows.size(), failed);
+  variances.assign(rows.size(), failed);
+  auto* standard = dynamic_cast<Varimo::ZqStandardKrigeImpl<Element, Varimo::ZqVectorStorage>*>(&model);
+  if (!standard) {
+    // A local model solves a system of its own for each query.
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      if (AllFinite(rows[row])) {
+        const Varimo::ZqKrigeResult result = model.GetKrigeResult(rows[row]);
+        predictions[row] = Varimo::ZqCalculateResponse(result, failed);
+        variances[row] = Varimo::ZqCalculateVariance(result, failed);
+      }
+      progress.Update(row + 1);
+    }
+    progress.Finish();
+    return;
+  }
+  // Global models solve blocks of queries at once; blocks of this many rows
+  // keep that gain and let the progress move.
+  constexpr std::size_t kBlockRows = 256;
+  std::vector<Element> block;
+  std::vector<std::size_t> blockRows;
+  std::vector<double> blockPredictions, blockVariances;
+  for (std::size_t start = 0; start < rows.size(); start += kBlockRows) {
+    const std::size_t end = std::min(rows.size(), start + kBlockRows);
+    block.clear();
+    blockRows.clear();
+    for (std::size_t row = start; row < end; ++row) {
+      if (!AllFinite(rows[row])) continue;
+      block.push_back(rows[row]);
+      blockRows.push_back(row);
+    }
+    standard->PredictMany(block, blockPredictions, blockVariances);
+    for (std::size_t i = 0; i < blockRows.size(); ++i) {
+      predictions[blockRows[i]] = blockPredictions[i];
+      variances[blockRows[i]] = blockVariances[i];
+    }
+    progress.Update(end);
+  }
+  progress.Finish();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -79,17 +145,20 @@ int main(int argc, char** argv) {
 
   const std::optional<std::vector<double>> responses = NumericColumn(*train, args->responseName, error);
   if (!responses) return Fail(error);
+  std::vector<std::string> notFeatures = args->drift;
+  notFeatures.push_back(args->responseName);
   const std::vector<std::string> features =
-      args->features.empty() ? NumericColumnNames(*train, args->responseName) : args->features;
+      args->features.empty() ? NumericColumnNames(*train, notFeatures) : args->features;
   if (features.empty()) return Fail(args->trainPath + " has no numeric feature column");
-  const auto trainRows = FeatureRows(*train, features, error);
+  // An element is its feature values followed by its drift values.
+  std::vector<std::string> columns = features;
+  columns.insert(columns.end(), args->drift.begin(), args->drift.end());
+  const auto trainRows = FeatureRows(*train, columns, error);
   if (!trainRows) return Fail(error);
-  const auto queryRows = FeatureRows(*query, features, error);
+  const auto queryRows = FeatureRows(*query, columns, error);
   if (!queryRows) return Fail(error);
 
-  const Varimo::ZqKrigeOptions options{Varimo::ZqGlobalKrigeOptions()};
-  const std::unique_ptr<Varimo::ZqKrigeBase<Element>> model =
-      Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(), options, args->simple);
+  const std::unique_ptr<Varimo::ZqKrigeBase<Element>> model = MakeModel(*args, features.size());
   std::size_t skipped = 0;
   for (std::size_t row = 0; row < trainRows->size(); ++row) {
     const Element& x = (*trainRows)[row];
@@ -99,7 +168,11 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "varimo-krige: left out %zu training rows with missing values\n", skipped);
   }
 
-  if (!args->variogramPath.empty() && !WriteVariogram(args->variogramPath, model->GetFullVariogram())) {
+  // Through the const overload, which leaves the model alone: the other one
+  // marks a local model's variogram as built while leaving it empty, and
+  // training would then find no bins.
+  const Varimo::ZqKrigeBase<Element>& untrained = *model;
+  if (!args->variogramPath.empty() && !WriteVariogram(args->variogramPath, untrained.GetFullVariogram())) {
     return Fail("cannot write " + args->variogramPath);
   }
   const bool trained = kernel ? model->Train(*kernel) : model->Train();
@@ -111,28 +184,16 @@ int main(int argc, char** argv) {
   std::printf("kernel: %s sill=%s nugget=%s range=%s\n", used.GetName().c_str(), Number(used.GetSill()).c_str(),
               Number(used.GetNugget()).c_str(), Number(used.GetRange()).c_str());
 
-  // Rows with a missing feature are failed predictions; the others go to
-  // the model in one batch.
-  std::vector<Element> complete;
-  std::vector<std::size_t> completeRows;
-  for (std::size_t row = 0; row < queryRows->size(); ++row) {
-    if (!AllFinite((*queryRows)[row])) continue;
-    complete.push_back((*queryRows)[row]);
-    completeRows.push_back(row);
-  }
   std::vector<double> predictions, variances;
-  auto& standard = static_cast<Varimo::ZqStandardKrigeImpl<Element, Varimo::ZqVectorStorage>&>(*model);
-  standard.PredictMany(complete, predictions, variances);
+  Progress progress(queryRows->size(), !args->quiet);
+  PredictRows(*model, *queryRows, progress, predictions, variances);
 
   std::ofstream out(args->outPath);
   if (!out) return Fail("cannot write " + args->outPath);
-  const std::string failed = Number(model->GetErrorValue());
-  std::vector<std::string> lines(queryRows->size(), failed + ',' + failed);
-  for (std::size_t i = 0; i < completeRows.size(); ++i) {
-    lines[completeRows[i]] = Number(predictions[i]) + ',' + Number(variances[i]);
-  }
   out << "row,prediction,variance\n";
-  for (std::size_t row = 0; row < lines.size(); ++row) out << row << ',' << lines[row] << '\n';
+  for (std::size_t row = 0; row < predictions.size(); ++row) {
+    out << row << ',' << Number(predictions[row]) << ',' << Number(variances[row]) << '\n';
+  }
   out.close();
   if (!out) return Fail("cannot write " + args->outPath);
   return 0;
