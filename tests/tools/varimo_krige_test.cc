@@ -1,18 +1,22 @@
 // varimo-krige end to end on small CSV files (tests/data/krige/
 // make_cli_data.py, make_cli_drift_data.py): the output files and the kernel
 // line in their exact formats, the same numbers as the library's models on
-// the same rows, and a one-line message with status 2 for every bad
-// argument.
+// the same rows, local models against global ones, the progress lines, and
+// a one-line message with status 2 for every bad argument.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iomanip>
+#include <limits>
 #include <regex>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "test_support.h"
@@ -89,6 +93,59 @@ void ReadData(std::vector<Element>& train, std::vector<double>& responses, std::
   for (std::size_t i = 1; i + 1 < lines.size(); ++i) queries.push_back({std::stod(lines[i][0]), std::stod(lines[i][1])});
 }
 
+// The drift of the elements {a, b, d1, d2} built here: d1 and d2.
+class LastTwo final : public Varimo::ZqPropertyListFxn<Element> {
+ public:
+  bool HasProperties(const Element& x) const override { return x.size() == 4; }
+  std::size_t GetSize() const override { return 2; }
+  double GetProperty(const Element& x, std::size_t k) const override { return x[2 + k]; }
+  Varimo::ZqPropertyListFxn<Element>* CreateCopy() const override { return new LastTwo; }
+};
+
+// Columns a, b, d1, d2 and y of the drift files as elements {a, b, d1, d2},
+// without the training row that lacks d2 and the query row that lacks d1.
+void ReadDriftData(std::vector<Element>& train, std::vector<double>& responses, std::vector<Element>& queries) {
+  auto lines = CsvLines(VarimoTest::DataPath("krige/cli_drift_train.csv"));
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    if (lines[i][4].empty()) continue;
+    train.push_back({std::stod(lines[i][0]), std::stod(lines[i][1]), std::stod(lines[i][3]), std::stod(lines[i][4])});
+    responses.push_back(std::stod(lines[i][5]));
+  }
+  lines = CsvLines(VarimoTest::DataPath("krige/cli_drift_query.csv"));
+  for (std::size_t i = 1; i + 1 < lines.size(); ++i) {
+    queries.push_back({std::stod(lines[i][0]), std::stod(lines[i][1]), std::stod(lines[i][3]), std::stod(lines[i][4])});
+  }
+}
+
+const std::string kFailed = "1.7976931348623157e+308";
+
+// Two PRED.csv files agree row by row: the same failed rows, the numbers
+// within `tolerance` relative. Returns the number of failed rows, so that
+// two files of nothing but failures do not pass unnoticed.
+std::size_t ExpectSamePredictions(const std::string& actual, const std::string& expected, double tolerance) {
+  const auto got = CsvLines(actual), want = CsvLines(expected);
+  EXPECT_EQ(got.size(), want.size());
+  std::size_t failed = 0;
+  for (std::size_t i = 1; i < std::min(got.size(), want.size()); ++i) {
+    EXPECT_EQ(got[i].size(), 3u);
+    if (got[i].size() != 3 || want[i].size() != 3) continue;
+    EXPECT_EQ(got[i][0], want[i][0]);
+    failed += want[i][1] == kFailed;
+    for (const std::size_t c : {1, 2}) {
+      EXPECT_TRUE(VarimoTest::WithinRelative(std::stod(got[i][c]), std::stod(want[i][c]), tolerance)) << i - 1;
+    }
+  }
+  return failed;
+}
+
+// The sum of the pair counts of a variogram file.
+unsigned long VariogramPairs(const std::string& path) {
+  unsigned long pairs = 0;
+  const auto bins = CsvLines(path);
+  for (std::size_t b = 1; b < bins.size(); ++b) pairs += std::stoul(bins[b][3]);
+  return pairs;
+}
+
 TEST(VarimoKrige, PredictsAsTheLibraryDoesInTheDocumentedFormats) {
   std::vector<Element> train, queries;
   std::vector<double> responses;
@@ -151,6 +208,209 @@ TEST(VarimoKrige, FeaturesVariogramAndTheDefaultWalk) {
   run = Krige("--train " + single + " --predict " + single + " --response y --out " + out);
   EXPECT_EQ(run.status, 1);
   EXPECT_NE(run.err.find("varimo-krige: no kernel could be trained on "), std::string::npos) << run.err;
+}
+
+TEST(VarimoKrige, UniversalPredictsAsTheLibraryDoes) {
+  std::vector<Element> train, queries;
+  std::vector<double> responses;
+  ReadDriftData(train, responses, queries);
+  // The features by default: a, b and the constant k, which adds exactly 0
+  // to every distance; d1 and d2 are drift only.
+  const std::string out = Scratch("pred.csv");
+  const Outcome run =
+      Krige(DriftFiles() + " --response y --model universal --drift d1,d2 --kernel Exponential --out " + out);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "varimo-krige: left out 1 training rows with missing values\n");
+
+  Varimo::ZqUniversalKrige<Element> model(Varimo::ZqEuclideanDistance(2), LastTwo(),
+                                          std::numeric_limits<double>::max(), 0xFFFFFFFFu, false,
+                                          Varimo::ZqKrigeUniqueResponseMethod::Mean);
+  for (std::size_t i = 0; i < train.size(); ++i) model.AddTraining(train[i], responses[i]);
+  Varimo::ZqKrigeKernel kernel(Varimo::ZqKrigeKernelType::Exponential);
+  ASSERT_TRUE(model.Train(kernel));
+  EXPECT_EQ(run.out, "kernel: Exponential sill=" + SeventeenDigits(kernel.GetSill()) + " nugget=" +
+                         SeventeenDigits(kernel.GetNugget()) + " range=" + SeventeenDigits(kernel.GetRange()) + "\n");
+  const auto lines = CsvLines(out);
+  ASSERT_EQ(lines.size(), queries.size() + 2);
+  for (std::size_t q = 0; q < queries.size(); ++q) {
+    const std::string prediction = SeventeenDigits(model.Predict(queries[q]));
+    ASSERT_NE(prediction, kFailed) << q;
+    EXPECT_EQ(lines[q + 1], (std::vector<std::string>{std::to_string(q), prediction,
+                                                      SeventeenDigits(model.GetVariance(queries[q]))}));
+  }
+  // The last query lacks d1: a failed prediction.
+  EXPECT_EQ(lines.back(), (std::vector<std::string>{std::to_string(queries.size()), kFailed, kFailed}));
+
+  // Degenerate drifts are solved, not crashed on: a constant column is
+  // collinear with the drift's constant term, so the drift is the constant
+  // alone and the model ordinary kriging; a repeated column is one column.
+  const std::string files = DriftFiles() + " --response y --kernel Exponential --features a,b --out ";
+  const std::string expected = Scratch("expected.csv");
+  for (const auto& [drift, same, failed] : {std::tuple<std::string, std::string, std::size_t>{"k", "", 0},
+                                            {"d1,d1", " --model universal --drift d1", 1}}) {
+    SCOPED_TRACE(drift);
+    ASSERT_EQ(Krige(files + out + " --model universal --drift " + drift).status, 0);
+    ASSERT_EQ(Krige(files + expected + same).status, 0);
+    EXPECT_EQ(ExpectSamePredictions(out, expected, 1e-8), failed);
+  }
+}
+
+TEST(VarimoKrige, LocalModelsWithEveryNeighbourPredictAsGlobalOnes) {
+  // A local model fits the kernel to the variogram of the whole set, as the
+  // global one does; with at least as many neighbours as training rows, each
+  // query then solves the global system.
+  const std::string global = Scratch("global.csv"), local = Scratch("local.csv");
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {TrainAndPredict() + " --response y --kernel Exponential", "40"},
+      {TrainAndPredict() + " --response y --kernel Exponential --model simple", "1000"},
+      {DriftFiles() + " --response y --kernel Exponential --model universal --drift d1,d2", "59"},
+  };
+  for (const auto& [args, neighbours] : cases) {
+    SCOPED_TRACE(args + " --local " + neighbours);
+    const Outcome globalRun = Krige(args + " --out " + global);
+    const Outcome localRun = Krige(args + " --out " + local + " --local " + neighbours);
+    ASSERT_EQ(globalRun.status, 0) << globalRun.err;
+    ASSERT_EQ(localRun.status, 0) << localRun.err;
+    EXPECT_EQ(localRun.out, globalRun.out);
+    EXPECT_EQ(ExpectSamePredictions(local, global, 1e-8), 1u);
+  }
+  // Fewer neighbours, other predictions.
+  ASSERT_EQ(Krige(cases[0].first + " --out " + global).status, 0);
+  ASSERT_EQ(Krige(cases[0].first + " --out " + local + " --local 5").status, 0);
+  const auto few = CsvLines(local), all = CsvLines(global);
+  ASSERT_EQ(few.size(), 7u);
+  for (std::size_t q = 1; q < 6; ++q) {
+    EXPECT_FALSE(VarimoTest::WithinRelative(std::stod(few[q][1]), std::stod(all[q][1]), 1e-6)) << q - 1;
+  }
+}
+
+TEST(VarimoKrige, LocalOptionsReachTheModel) {
+  std::vector<Element> train, queries;
+  std::vector<double> responses;
+  ReadData(train, responses, queries);
+  // --predict-training: each training row predicted from all the others,
+  // with the kernel fitted to every row, is leave-one-out global kriging.
+  const std::string out = Scratch("pred.csv");
+  const std::string self = "--train " + VarimoTest::DataPath("krige/cli_train.csv") + " --predict " +
+                           VarimoTest::DataPath("krige/cli_train.csv") + " --response y --kernel Exponential";
+  ASSERT_EQ(Krige(self + " --local 40 --predict-training --out " + out).status, 0);
+  const Varimo::ZqKrigeOptions options{Varimo::ZqGlobalKrigeOptions()};
+  Varimo::ZqKrigeKernel kernel(Varimo::ZqKrigeKernelType::Exponential);
+  {
+    const auto all = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(), options, false);
+    for (std::size_t i = 0; i < train.size(); ++i) all->AddTraining(train[i], responses[i]);
+    ASSERT_TRUE(all->Train(kernel));
+  }
+  const auto lines = CsvLines(out);
+  ASSERT_EQ(lines.size(), train.size() + 1);
+  for (std::size_t left = 0; left < train.size(); ++left) {
+    const auto others = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(), options, false);
+    for (std::size_t i = 0; i < train.size(); ++i) {
+      if (i != left) others->AddTraining(train[i], responses[i]);
+    }
+    ASSERT_TRUE(others->TrainFixed(kernel));
+    EXPECT_TRUE(VarimoTest::WithinRelative(std::stod(lines[left + 1][1]), others->Predict(train[left]), 1e-8)) << left;
+  }
+
+  // --max-variogram-size: above that many pairs the variogram is a sample.
+  const std::string variogram = Scratch("variogram.csv");
+  const std::string local = TrainAndPredict() + " --response y --local 5 --out " + out + " --variogram " + variogram;
+  ASSERT_EQ(Krige(local).status, 0);
+  EXPECT_EQ(VariogramPairs(variogram), 780u);
+  ASSERT_EQ(Krige(local + " --max-variogram-size 100").status, 0);
+  EXPECT_GT(VariogramPairs(variogram), 0u);
+  EXPECT_LT(VariogramPairs(variogram), 780u);
+}
+
+TEST(VarimoKrige, ProgressOnStandardErrorAboveThreeHundredRowsUnlessQuiet) {
+  // Query files of 300 and 301 rows on a line through the training range;
+  // the rows 100 and 290 lack b.
+  std::vector<Element> queries;
+  for (int r = 0; r < 301; ++r) queries.push_back({0.01 * r, 3.0 - 0.01 * r});
+  auto queryFile = [&queries](std::size_t rows) {
+    const std::string path = Scratch("query" + std::to_string(rows) + ".csv");
+    std::ofstream file(path);
+    file << std::setprecision(17) << "a,b\n";
+    for (std::size_t r = 0; r < rows; ++r) {
+      file << queries[r][0] << ',';
+      if (r != 100 && r != 290) file << queries[r][1];
+      file << '\n';
+    }
+    return path;
+  };
+  auto progressLines = [](const std::string& err) {
+    std::vector<std::string> lines;
+    std::istringstream in(err);
+    for (std::string line; std::getline(in, line);) {
+      if (line.rfind("varimo-krige: predicted ", 0) == 0) lines.push_back(line);
+    }
+    return lines;
+  };
+  const std::string base = "--train " + VarimoTest::DataPath("krige/cli_train.csv") + " --response y --out " +
+                           Scratch("pred.csv") + " --predict ";
+  const std::string rows300 = queryFile(300), rows301 = queryFile(301);
+
+  // Not a terminal: one line per tenth of the rows, each ending its line.
+  Outcome run = Krige(base + rows301 + " --local 10");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(progressLines(run.err),
+            (std::vector<std::string>{"varimo-krige: predicted 31/301", "varimo-krige: predicted 61/301",
+                                      "varimo-krige: predicted 91/301", "varimo-krige: predicted 121/301",
+                                      "varimo-krige: predicted 151/301", "varimo-krige: predicted 181/301",
+                                      "varimo-krige: predicted 211/301", "varimo-krige: predicted 241/301",
+                                      "varimo-krige: predicted 271/301", "varimo-krige: predicted 301/301"}));
+  EXPECT_EQ(run.err.find('\r'), std::string::npos);
+  EXPECT_EQ(run.err.back(), '\n');
+  // The global model predicts in blocks: a line per tenth crossed.
+  run = Krige(base + rows301 + " --kernel Exponential");
+  ASSERT_EQ(run.status, 0) << run.err;
+  const std::vector<std::string> blocks = progressLines(run.err);
+  ASSERT_GE(blocks.size(), 1u);
+  EXPECT_LE(blocks.size(), 10u);
+  EXPECT_EQ(blocks.back(), "varimo-krige: predicted 301/301");
+  EXPECT_EQ(static_cast<std::size_t>(std::count(run.err.begin(), run.err.end(), '\n')), blocks.size()) << run.err;
+  EXPECT_EQ(run.err.find('\r'), std::string::npos);
+  // The blocks put every prediction in its row.
+  std::vector<Element> train, unused;
+  std::vector<double> responses;
+  ReadData(train, responses, unused);
+  const auto model = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(),
+                                                    Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), false);
+  for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
+  Varimo::ZqKrigeKernel kernel(Varimo::ZqKrigeKernelType::Exponential);
+  ASSERT_TRUE(model->Train(kernel));
+  const auto lines = CsvLines(Scratch("pred.csv"));
+  ASSERT_EQ(lines.size(), 302u);
+  for (std::size_t r = 0; r < 301; ++r) {
+    if (r == 100 || r == 290) {
+      EXPECT_EQ(lines[r + 1], (std::vector<std::string>{std::to_string(r), kFailed, kFailed}));
+      continue;
+    }
+    EXPECT_EQ(lines[r + 1][0], std::to_string(r));
+    EXPECT_TRUE(VarimoTest::WithinRelative(std::stod(lines[r + 1][1]), model->Predict(queries[r]), 1e-12)) << r;
+  }
+
+  // On a terminal (here the pseudo-terminal of util-linux script(1), which
+  // writes "\n" as "\r\n"): one line rewritten in place, ended once.
+  if (std::system("script -qec true /dev/null >/dev/null 2>&1") == 0) {
+    const std::string screen = Scratch("screen");
+    const std::string command = "script -qec '" + std::string(VARIMO_KRIGE_PROGRAM) + " " + base + rows301 +
+                                " --local 10 >/dev/null' /dev/null >" + screen;
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    const std::string text = Slurp(screen);
+    EXPECT_EQ(text.rfind("\rvarimo-krige: predicted 1/301\rvarimo-krige: predicted 2/301\r", 0), 0u) << text;
+    EXPECT_NE(text.find("\rvarimo-krige: predicted 151/301\r"), std::string::npos);
+    const std::string end = "\rvarimo-krige: predicted 301/301\r\n";
+    EXPECT_EQ(text.find(end), text.size() - end.size());
+    EXPECT_EQ(text.find('\n'), text.size() - 1);
+  }
+
+  for (const std::string& quiet : {base + rows301 + " --quiet", base + rows301 + " --local 10 --quiet",
+                                   base + rows300, base + rows300 + " --local 10"}) {
+    run = Krige(quiet);
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(progressLines(run.err).size(), 0u) << quiet;
+  }
 }
 
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
