@@ -1,6 +1,7 @@
-// Peak resident memory of training a global ordinary kriging model.
+// Peak resident memory of training a global ordinary kriging model, or a
+// local one.
 //
-//     varimo_krige_memory N [train|fixed]
+//     varimo_krige_memory N [train|fixed|local]
 //
 // Adds N seeded points uniform in [0,1]^16 (the data of krige_bench.cc),
 // trains, predicts 500 queries, and prints the peak resident set
@@ -15,6 +16,12 @@
 // and, for Train() only and only while the variogram is built, the
 // (distance, difference) pairs (8 N^2 bytes).
 //
+// "local" trains a local ordinary model (100 neighbours, a k-d tree over
+// the 16 coordinates) with Train() and predicts the queries one by one.
+// Its memory must stay linear in N: the pair list of the variogram is
+// dropped beyond 500000 pairs, and each variogram then draws about that
+// many pairs afresh; the figure to compare is the data itself.
+//
 // A plain program, run by hand (not in CI); peer: the matrix size itself.
 #include <sys/resource.h>
 
@@ -28,6 +35,7 @@
 #include <vector>
 
 #include "bench_data.h"
+#include "varimo/krige/kd_tree_search.h"
 #include "varimo/krige/vector_krige.h"
 
 namespace {
@@ -46,11 +54,44 @@ double Since(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+int RunLocal(const VarimoBench::KrigeData& data) {
+  const std::size_t n = data.points.size();
+  const double dataMegabytes = PeakMegabytes();
+  ZqLocalOrdinaryKrige<std::vector<double>> model(ZqEuclideanDistance(), 100,
+                                                  std::numeric_limits<double>::quiet_NaN(), 0xFFFFFFFFu, false,
+                                                  false, 500000, ZqKrigeUniqueResponseMethod::Mean);
+  model.SetNeighbourSearch(ZqKdTreeNeighbourSearch(VarimoBench::kKrigeDim));
+  auto start = std::chrono::steady_clock::now();
+  for (std::size_t i = 0; i < n; ++i) model.AddTraining(data.points[i], data.responses[i]);
+  const double addSeconds = Since(start);
+  start = std::chrono::steady_clock::now();
+  if (!model.Train()) {
+    std::fprintf(stderr, "training failed\n");
+    return 1;
+  }
+  const double trainSeconds = Since(start);
+  start = std::chrono::steady_clock::now();
+  std::size_t failed = 0;
+  for (const auto& query : data.queries) failed += std::isnan(model.Predict(query)) ? 1 : 0;
+  const double predictSeconds = Since(start);
+  const double peak = PeakMegabytes();
+  const double pointMegabytes = static_cast<double>(n * VarimoBench::kKrigeDim * sizeof(double)) / (1024.0 * 1024.0);
+  std::printf("N %zu, 16 dimensions, local ordinary kriging, 100 neighbours, k-d tree\n", n);
+  std::printf("variogram pairs sampled: %s; first kernel %s\n", model.IsSampled() ? "yes" : "no",
+              model.GetKernel().GetName().c_str());
+  std::printf("seconds: AddTraining %.2f, Train %.2f, Predict(%zu) %.2f\n", addSeconds, trainSeconds, kQueries,
+              predictSeconds);
+  std::printf("failed predictions: %zu\n", failed);
+  std::printf("peak RSS MiB: after data %.1f, at the end %.1f\n", dataMegabytes, peak);
+  std::printf("point coordinates MiB: %.1f\n", pointMegabytes);
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc < 2 || argc > 3) {
-    std::fprintf(stderr, "usage: %s N [train|fixed]\n", argv[0]);
+    std::fprintf(stderr, "usage: %s N [train|fixed|local]\n", argv[0]);
     return 2;
   }
   const long requested = std::strtol(argv[1], nullptr, 10);
@@ -60,12 +101,13 @@ int main(int argc, char** argv) {
   }
   const auto n = static_cast<std::size_t>(requested);
   const std::string mode = argc == 3 ? argv[2] : (n <= 8000 ? "train" : "fixed");
-  if (mode != "train" && mode != "fixed") {
-    std::fprintf(stderr, "mode is train or fixed\n");
+  if (mode != "train" && mode != "fixed" && mode != "local") {
+    std::fprintf(stderr, "mode is train, fixed or local\n");
     return 2;
   }
 
   const VarimoBench::KrigeData data = VarimoBench::GenerateKrigeData(n, kQueries);
+  if (mode == "local") return RunLocal(data);
   const std::vector<std::vector<double>>& points = data.points;
   const std::vector<std::vector<double>>& queries = data.queries;
   const std::vector<double>& responses = data.responses;

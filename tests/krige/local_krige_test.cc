@@ -153,6 +153,36 @@ TEST(LocalKrige, LargeSetsThinTheirVariogramWithAFixedSeed) {
   EXPECT_TRUE(std::isfinite(thinned->Predict({3.0, 2.0})));
 }
 
+TEST(LocalKrige, SampledPairsFollowTheUnmeasuredRule) {
+  // Measured records in [0, 3) with response 0, unmeasured ones 1000 apart
+  // with response 1: a pair of two unmeasured records is the only kind at
+  // a distance above 500 with no difference.
+  for (bool includeUnmeasured : {false, true}) {
+    LocalOrdinary model(ZqEuclideanDistance(), 10, kError, kMissing, includeUnmeasured, false, 2000,
+                        ZqKrigeUniqueResponseMethod::Mean);
+    for (int i = 0; i < 400; ++i) {
+      if (i % 4 == 3) {
+        model.AddUnmeasuredTraining({1000.0 * (i + 1)}, 1.0);
+      } else {
+        model.AddTraining({0.01 * i}, 0.0);
+      }
+    }
+    ASSERT_TRUE(model.IsSampled());
+    std::vector<std::pair<double, double>> pairs;
+    ASSERT_TRUE(model.FillDistAndDiffImpl(pairs));
+    std::size_t mixed = 0, bothUnmeasured = 0;
+    for (const auto& [d, diff] : pairs) {
+      mixed += d > 500.0 && diff != 0.0 ? 1 : 0;
+      bothUnmeasured += d > 500.0 && diff == 0.0 ? 1 : 0;
+    }
+    EXPECT_EQ(bothUnmeasured, 0u);
+    // Of the 74850 admissible pairs with unmeasured ones, 30000 are mixed.
+    const double expectedMixed = includeUnmeasured ? 2000.0 * 30000.0 / 74850.0 : 0.0;
+    EXPECT_NEAR(static_cast<double>(mixed), expectedMixed, 150.0);
+    EXPECT_NEAR(static_cast<double>(pairs.size()), 2000.0, 150.0);
+  }
+}
+
 TEST(LocalKrige, TrainingNeedsThreeBinsAndFixedKernelsHaveNoFallBack) {
   Corvane::ZqScopedThrowCapture capture;
   // TrainFixed on an empty model trains; the query then fails on an empty

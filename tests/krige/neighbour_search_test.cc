@@ -61,7 +61,9 @@ TEST(KdTreeSearch, CandidatesHoldEveryElementCloserThanTheBound) {
       EXPECT_LE(bound, sorted[count - 1]);
       EXPECT_GT(bound, sorted[count - 1] * (1.0 - 1e-9));
       for (std::size_t i = 0; i < points.size(); ++i) {
-        if (all[i] < bound) EXPECT_NE(std::find(indices.begin(), indices.end(), i), indices.end()) << i;
+        if (all[i] < bound) {
+          EXPECT_NE(std::find(indices.begin(), indices.end(), i), indices.end()) << i;
+        }
       }
     }
   }

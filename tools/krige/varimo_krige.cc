@@ -14,6 +14,7 @@
 #include "feature_table.h"
 #include "progress.h"
 #include "trailing_drift.h"
+#include "varimo/krige/kd_tree_search.h"
 #include "varimo/krige/vector_krige.h"
 
 namespace {
@@ -73,6 +74,11 @@ std::unique_ptr<Varimo::ZqKrigeBase<Element>> MakeModel(const VarimoKrige::Argum
                                                       VarimoKrige::TrailingDrift(numFeatures, args.drift.size()),
                                                       options)
                      : Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(), options, args.simple);
+  // Local models find each query's neighbours through a k-d tree over the
+  // feature coordinates: the same neighbourhoods as a scan of every row.
+  if (auto* local = dynamic_cast<Varimo::ZqLocalKrigeImpl<Element>*>(model.get())) {
+    local->SetNeighbourSearch(Varimo::ZqKdTreeNeighbourSearch(numFeatures));
+  }
   return model;
 }
 

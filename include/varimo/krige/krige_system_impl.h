@@ -97,6 +97,41 @@ inline bool VarianceInRange(double variance, const ZqKrigeKernelBase& kernel) {
   return variance >= kernel.GetNugget() * 0.999999 && variance <= kernel.GetSill() * 1.000001;
 }
 
+// The unique element whose column of the covariance matrix the query's
+// covariances equal, value for value, or n when there is none. For such a
+// query (one standing on a training element) the kriging weights are
+// exactly 1 on that element and 0 elsewhere, and the multipliers 0. The
+// solves would give them only to rounding, and with a nugget of 0 the
+// variance there is exactly 0: rounding below it would make a sound
+// prediction invalid.
+template <class T, class TT>
+std::size_t ElementUnderQuery(const double* covariances, const ZqKrigeKernelBase& kernel,
+                              const ZqKrigeTrainingContainer<T, TT>& container) {
+  const std::size_t n = container.GetNumUnique();
+  const double sill = kernel.GetSill();
+  const double diagonal = sill - kernel.GetValue(0.0);
+  for (std::size_t i = 0; i < n; ++i) {
+    if (covariances[i] != diagonal) continue;
+    bool column = true;
+    for (std::size_t j = 0; j < n && column; ++j) {
+      column = j == i || covariances[j] == sill - kernel.GetValue(container.GetUniqueDistance(i, j));
+    }
+    if (column) return i;
+  }
+  return n;
+}
+
+// ElementUnderQuery of each column of a block of query covariances.
+template <class T, class TT>
+std::vector<std::size_t> ElementsUnderQueries(const Eigen::MatrixXd& block, const ZqKrigeKernelBase& kernel,
+                                              const ZqKrigeTrainingContainer<T, TT>& container) {
+  std::vector<std::size_t> under(static_cast<std::size_t>(block.cols()));
+  for (Eigen::Index q = 0; q < block.cols(); ++q) {
+    under[static_cast<std::size_t>(q)] = ElementUnderQuery(block.col(q).data(), kernel, container);
+  }
+  return under;
+}
+
 // Queries per blocked solve: enough to run the triangular solves at matrix
 // speed, few enough to keep the block of covariances small.
 inline constexpr std::size_t kQueryBlock = 256;

@@ -52,10 +52,15 @@ ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqK
   if (uniqueResponses_.size() != n || static_cast<std::size_t>(cholesky_.rows()) != n) return ZqKrigeResult();
   std::vector<double> distances;
   Eigen::VectorXd weights = krige_detail::QueryCovariances(element, kernel, container, distances);
-  krige_detail::SolveWithFactor(cholesky_, weights);
-  // The Lagrange multiplier that makes the weights sum to one.
-  const double multiplier = (weights.sum() - 1.0) / unitSum_;
-  weights -= multiplier * unitSolve_;
+  const std::size_t under = krige_detail::ElementUnderQuery(weights.data(), kernel, container);
+  if (under < n) {
+    weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
+  } else {
+    krige_detail::SolveWithFactor(cholesky_, weights);
+    // The Lagrange multiplier that makes the weights sum to one.
+    const double multiplier = (weights.sum() - 1.0) / unitSum_;
+    weights -= multiplier * unitSolve_;
+  }
   if (!weights.allFinite()) return ZqKrigeResult();
 
   auto result = std::make_unique<ZqKrigeResultImpl>();
@@ -79,13 +84,18 @@ void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries
   for (std::size_t first = 0; first < queries.size(); first += krige_detail::kQueryBlock) {
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
+    const std::vector<std::size_t> under = krige_detail::ElementsUnderQueries(block, kernel, container);
     krige_detail::WhitenInPlace(cholesky_, block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const double unitQuery = whitenedUnit_.dot(column);
       const double multiplier = (unitQuery - 1.0) / unitSum_;
-      const double prediction = column.dot(whitenedResponses_) - multiplier * unitResponses;
-      const double variance = kernel.GetSill() - (column.squaredNorm() - multiplier * unitQuery);
+      double prediction = column.dot(whitenedResponses_) - multiplier * unitResponses;
+      double variance = kernel.GetSill() - (column.squaredNorm() - multiplier * unitQuery);
+      if (under[q] < uniqueResponses_.size()) {
+        prediction = uniqueResponses_[under[q]];
+        variance = kernel.GetSill() - (kernel.GetSill() - kernel.GetValue(0.0));
+      }
       const bool valid = krige_detail::VarianceInRange(variance, kernel) && std::isfinite(prediction);
       predictions[first + q] = valid ? prediction : errorValue;
       variances[first + q] = valid ? variance : errorValue;

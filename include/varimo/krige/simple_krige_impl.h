@@ -44,7 +44,12 @@ ZqKrigeResult ZqSimpleKrige<T, TT>::GetKrigeResult(const T& element, const ZqKri
   if (uniqueResponses_.size() != n || static_cast<std::size_t>(cholesky_.rows()) != n) return ZqKrigeResult();
   std::vector<double> distances;
   Eigen::VectorXd weights = krige_detail::QueryCovariances(element, kernel, container, distances);
-  krige_detail::SolveWithFactor(cholesky_, weights);
+  const std::size_t under = krige_detail::ElementUnderQuery(weights.data(), kernel, container);
+  if (under < n) {
+    weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
+  } else {
+    krige_detail::SolveWithFactor(cholesky_, weights);
+  }
   // A NaN distance from the functor would otherwise pass as a prediction.
   if (!weights.allFinite()) return ZqKrigeResult();
 
@@ -69,11 +74,14 @@ void ZqSimpleKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, 
   for (std::size_t first = 0; first < queries.size(); first += krige_detail::kQueryBlock) {
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
+    const std::vector<std::size_t> under = krige_detail::ElementsUnderQueries(block, kernel, container);
     krige_detail::WhitenInPlace(cholesky_, block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
-      const double variance = kernel.GetSill() - column.squaredNorm();
-      const double prediction = mean_ + column.dot(whitenedResponses_);
+      const bool onElement = under[q] < uniqueResponses_.size();
+      const double variance =
+          onElement ? kernel.GetSill() - (kernel.GetSill() - kernel.GetValue(0.0)) : kernel.GetSill() - column.squaredNorm();
+      const double prediction = mean_ + (onElement ? uniqueResponses_[under[q]] : column.dot(whitenedResponses_));
       const bool valid = variance >= 0.0 && std::isfinite(variance) && std::isfinite(prediction);
       predictions[first + q] = valid ? prediction : errorValue;
       variances[first + q] = valid ? variance : errorValue;

@@ -91,7 +91,17 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   rightHand(size) = 1.0;
   for (std::size_t k = 0; k < m; ++k) rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
   if (ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHand.size()) return ZqKrigeResult();
-  const Eigen::VectorXd weights = ldlt_->solve(rightHand);
+  Eigen::VectorXd weights;
+  const std::size_t under = krige_detail::ElementUnderQuery(rightHand.data(), kernel, container);
+  if (under < n && rightHand.tail(static_cast<Eigen::Index>(m)) ==
+                       Eigen::Map<const Eigen::VectorXd>(container.GetUniqueProperties(under).data(),
+                                                         static_cast<Eigen::Index>(m))) {
+    // The query is that element, drift and all: its own weight 1 solves
+    // the system exactly.
+    weights = Eigen::VectorXd::Unit(rightHand.size(), static_cast<Eigen::Index>(under));
+  } else {
+    weights = ldlt_->solve(rightHand);
+  }
   for (Eigen::Index i = 0; i < weights.size(); ++i) {
     if (Tessik::ZqIsNaN(weights(i))) {
       Corvane::ZqThrow.Warning("Universal kriging failed, NaN weights");
