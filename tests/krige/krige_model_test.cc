@@ -124,6 +124,35 @@ TEST(KrigeModels, ResultListsEveryUniqueElementWithItsCopies) {
   EXPECT_EQ(onPoint.GetKernel().GetName(), "Spherical");
 }
 
+// A query on a training element is that element: its weight is exactly 1,
+// its prediction the element's response and, without a nugget, its variance
+// exactly 0, which rounding in the solves must not push below 0.
+TEST(KrigeModels, QueriesOnTrainingElementsReturnTheirResponses) {
+  auto simple = TrainedOnReferences<Simple>();
+  auto ordinary = TrainedOnReferences<Ordinary>();
+  std::vector<Element> unique;
+  for (std::size_t u = 0; u < ordinary->GetContainer().GetNumUnique(); ++u) {
+    unique.push_back(ordinary->GetContainer().GetRepresentative(u));
+  }
+  for (const char* name : {"Gaussian", "Spherical"}) {
+    const ZqKrigeKernel kernel = KernelNamed(name, 2.0, 1.5, 0.0);
+    for (ZqStandardKrigeImpl<Element, ZqVectorStorage>* model :
+         {static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(simple.get()),
+          static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(ordinary.get())}) {
+      ASSERT_TRUE(model->TrainFixed(kernel));
+      std::vector<double> predictions, variances;
+      model->PredictMany(unique, predictions, variances);
+      for (std::size_t u = 0; u < unique.size(); ++u) {
+        const double response = model->GetContainer().GetUniqueResponse(u);
+        EXPECT_NEAR(model->Predict(unique[u]), response, 1e-14 * (1.0 + std::fabs(response))) << name << u;
+        EXPECT_EQ(model->GetVariance(unique[u]), 0.0);
+        EXPECT_NEAR(predictions[u], response, 1e-14 * (1.0 + std::fabs(response)));
+        EXPECT_EQ(variances[u], 0.0);
+      }
+    }
+  }
+}
+
 TEST(KrigeModels, TrainWalksTheCandidatesFromTheBestFit) {
   auto model = TrainedOnReferences<Ordinary>();
   ASSERT_TRUE(model->Train());
