@@ -1,6 +1,7 @@
 #include "varimo/krige/variogram.h"
 
 #include <boost/sort/spreadsort/float_sort.hpp>
+#include <boost/sort/spreadsort/integer_sort.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -26,19 +27,28 @@ enum class Binned { NoPairs, AllAtZero, Yes };
 // Orders the pairs by distance alone; ties keep no particular order. A
 // training set of N records gives N(N-1)/2 pairs, and at that size a radix
 // sort on the bits of the distance runs in about half the time of a
-// comparison sort.
+// comparison sort. Distances without a sign bit order as their bit patterns
+// do, as integers; the radix sort is used for those only (a real distance
+// has no sign bit), since over the whole range of doubles the spread of the
+// patterns overflows the sort's integer arithmetic.
 void SortByDistance(Pairs& pairs) {
-  struct DistanceBits {
-    std::int64_t operator()(const std::pair<double, double>& pair, unsigned shift) const {
-      return boost::sort::spreadsort::float_mem_cast<double, std::int64_t>(pair.first) >> shift;
-    }
-  };
   struct DistanceLess {
     bool operator()(const std::pair<double, double>& a, const std::pair<double, double>& b) const {
       return a.first < b.first;
     }
   };
-  boost::sort::spreadsort::float_sort(pairs.begin(), pairs.end(), DistanceBits(), DistanceLess());
+  const bool unsignedDistances =
+      std::none_of(pairs.begin(), pairs.end(), [](const auto& pair) { return std::signbit(pair.first); });
+  if (!unsignedDistances) {
+    std::sort(pairs.begin(), pairs.end(), DistanceLess());
+    return;
+  }
+  struct DistanceBits {
+    std::int64_t operator()(const std::pair<double, double>& pair, unsigned shift) const {
+      return boost::sort::spreadsort::float_mem_cast<double, std::int64_t>(pair.first) >> shift;
+    }
+  };
+  boost::sort::spreadsort::integer_sort(pairs.begin(), pairs.end(), DistanceBits(), DistanceLess());
 }
 
 // The bins as ranges of the (sorted) pairs; a zero-distance bin, when there
