@@ -1,0 +1,39 @@
+// Reading molecules from SD files and SMILES files.
+//
+//   std::vector<std::unique_ptr<Molkit::ZqMolBase>> mols;
+//   std::vector<std::string> errors;
+//   if (!Molkit::ZqReadSDFile("bzr.sdf", mols, errors)) ...   // the file could not be read
+//   for (const std::string& e : errors) ...                    // records left out, and why
+//
+// A record that cannot be read is left out with a message naming its
+// number (from 1) and, when known, its name; the others are read.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "varimo/platform/molkit/molecule.h"
+
+namespace Molkit {
+
+// Every record of an SD file: its mol block and all its data fields, kept
+// as SD data in record order. False when the file cannot be opened.
+bool ZqReadSDFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                  std::vector<std::string>& errors);
+// The same from the text of an SD file.
+void ZqReadSDText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                  std::vector<std::string>& errors);
+
+// A SMILES file: per line a SMILES, then a name, then further columns,
+// separated by blanks, tabs or commas. A first line whose first column is
+// "smiles" (any case) is a header naming the columns; the further columns
+// are kept as SD data under those names, or under "column 3", "column 4",
+// ... without a header. Blank lines and lines starting with '#' are
+// skipped. False when the file cannot be opened.
+bool ZqReadSmilesFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                      std::vector<std::string>& errors);
+void ZqReadSmilesText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                      std::vector<std::string>& errors);
+
+}  // namespace Molkit

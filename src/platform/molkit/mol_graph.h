@@ -1,0 +1,25 @@
+// The RDKit molecule behind a Molkit::ZqMolBase, for the library's own
+// sources only: the public headers name it but never include RDKit.
+#pragma once
+
+#include <GraphMol/RWMol.h>
+
+#include <memory>
+
+#include "varimo/platform/molkit/molecule.h"
+
+namespace Molkit {
+
+struct ZqMolGraph {
+  RDKit::RWMol mol;
+};
+
+// A molecule taking over `graph`.
+std::unique_ptr<ZqMolBase> ZqMakeMol(std::unique_ptr<ZqMolGraph> graph);
+
+// RDKit reports parse failures through its logs as well as through
+// exceptions; the readers report them as their own messages, so the logs
+// are turned off once.
+void ZqSilenceRDKitLogs();
+
+}  // namespace Molkit

@@ -1,0 +1,188 @@
+#include "varimo/platform/molkit/molecule_files.h"
+
+#include <GraphMol/FileParsers/FileParsers.h>
+
+#include <algorithm>
+#include <cctype>
+#include <exception>
+#include <fstream>
+#include <sstream>
+
+#include "mol_graph.h"
+
+namespace Molkit {
+
+namespace {
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  std::string line;
+  while (std::getline(in, line)) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+bool ReadWholeFile(const std::string& path, std::string& text) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return false;
+  std::ostringstream buffer;
+  buffer << in.rdbuf();
+  text = buffer.str();
+  return true;
+}
+
+std::string Describe(std::size_t record, const std::string& name) {
+  std::string text = "record " + std::to_string(record);
+  if (!name.empty()) text += " (" + name + ")";
+  return text;
+}
+
+// One SD record from its lines: the mol block up to "M  END", then the data
+// fields "> <TAG>" with their value lines up to a blank line.
+std::unique_ptr<ZqMolBase> RecordToMol(const std::vector<std::string>& lines, std::string& error) {
+  const auto end = std::find_if(lines.begin(), lines.end(), [](const std::string& l) { return l.rfind("M  END", 0) == 0; });
+  if (end == lines.end()) {
+    error = "no \"M  END\" line";
+    return nullptr;
+  }
+  std::string block;
+  for (auto it = lines.begin(); it != end + 1; ++it) block += *it + "\n";
+  ZqSilenceRDKitLogs();
+  std::unique_ptr<RDKit::RWMol> parsed;
+  try {
+    parsed.reset(RDKit::MolBlockToMol(block, true, true));
+  } catch (const std::exception& e) {
+    error = std::string("cannot read the mol block: ") + e.what();
+    return nullptr;
+  }
+  if (!parsed) {
+    error = "cannot read the mol block";
+    return nullptr;
+  }
+  auto graph = std::make_unique<ZqMolGraph>();
+  graph->mol = *parsed;
+  std::unique_ptr<ZqMolBase> mol = ZqMakeMol(std::move(graph));
+  mol->SetName(lines.front());
+  for (auto it = end + 1; it != lines.end(); ++it) {
+    if (it->empty() || it->front() != '>') continue;
+    const std::size_t open = it->find('<'), close = it->rfind('>');
+    if (open == std::string::npos || close == std::string::npos || close <= open) continue;
+    const std::string tag = it->substr(open + 1, close - open - 1);
+    std::string value;
+    for (++it; it != lines.end() && !it->empty(); ++it) value += (value.empty() ? "" : "\n") + *it;
+    mol->SetSDData(tag, value);
+    if (it == lines.end()) break;
+  }
+  return mol;
+}
+
+std::vector<std::string> SplitColumns(const std::string& line) {
+  std::vector<std::string> columns;
+  std::string current;
+  for (char c : line) {
+    if (c == ' ' || c == '\t' || c == ',') {
+      if (!current.empty()) columns.push_back(current);
+      current.clear();
+    } else {
+      current += c;
+    }
+  }
+  if (!current.empty()) columns.push_back(current);
+  return columns;
+}
+
+std::string Lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
+  return text;
+}
+
+}  // namespace
+
+std::unique_ptr<ZqMolBase> ZqMolFromMolBlock(const std::string& block, std::string* error) {
+  std::vector<std::string> lines = Lines(block);
+  while (!lines.empty() && lines.back().rfind("$$$$", 0) == 0) lines.pop_back();
+  std::string message;
+  std::unique_ptr<ZqMolBase> mol = lines.empty() ? nullptr : RecordToMol(lines, message);
+  if (!mol && error) *error = lines.empty() ? "empty mol block" : message;
+  return mol;
+}
+
+void ZqReadSDText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                  std::vector<std::string>& errors) {
+  std::vector<std::string> record;
+  std::size_t number = 0;
+  auto finish = [&] {
+    const bool blank = std::all_of(record.begin(), record.end(), [](const std::string& l) {
+      return l.find_first_not_of(" \t") == std::string::npos;
+    });
+    if (!blank) {
+      ++number;
+      std::string error;
+      if (std::unique_ptr<ZqMolBase> mol = RecordToMol(record, error)) {
+        mols.push_back(std::move(mol));
+      } else {
+        errors.push_back(Describe(number, record.front()) + ": " + error);
+      }
+    }
+    record.clear();
+  };
+  for (std::string& line : Lines(text)) {
+    if (line.rfind("$$$$", 0) == 0) {
+      finish();
+    } else {
+      record.push_back(std::move(line));
+    }
+  }
+  finish();  // a last record without its "$$$$"
+}
+
+bool ZqReadSDFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                  std::vector<std::string>& errors) {
+  std::string text;
+  if (!ReadWholeFile(path, text)) return false;
+  ZqReadSDText(text, mols, errors);
+  return true;
+}
+
+void ZqReadSmilesText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                      std::vector<std::string>& errors) {
+  std::vector<std::string> names;
+  std::size_t number = 0;
+  bool first = true;
+  for (const std::string& line : Lines(text)) {
+    const std::vector<std::string> columns = SplitColumns(line);
+    if (columns.empty() || columns.front().front() == '#') continue;
+    if (first && Lower(columns.front()) == "smiles") {
+      names = columns;
+      first = false;
+      continue;
+    }
+    first = false;
+    ++number;
+    const std::string name = columns.size() > 1 ? columns[1] : std::string();
+    std::string error;
+    std::unique_ptr<ZqMolBase> mol = ZqMolFromSmiles(columns.front(), &error);
+    if (!mol) {
+      errors.push_back(Describe(number, name) + ": " + error);
+      continue;
+    }
+    mol->SetName(name);
+    for (std::size_t c = 2; c < columns.size(); ++c) {
+      mol->SetSDData(c < names.size() ? names[c] : "column " + std::to_string(c + 1), columns[c]);
+    }
+    mols.push_back(std::move(mol));
+  }
+}
+
+bool ZqReadSmilesFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                      std::vector<std::string>& errors) {
+  std::string text;
+  if (!ReadWholeFile(path, text)) return false;
+  ZqReadSmilesText(text, mols, errors);
+  return true;
+}
+
+}  // namespace Molkit
