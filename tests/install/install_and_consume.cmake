@@ -24,3 +24,11 @@ if(NOT last_output MATCHES "Column Not Found!")
   message(FATAL_ERROR "Consumer printed an unexpected report:\n${last_output}")
 endif()
 message(STATUS "Consumer output:\n${last_output}")
+
+if(EXISTS ${WORK_DIR}/build/varimo_mol_consumer)
+  run(${WORK_DIR}/build/varimo_mol_consumer)
+  # Phenol: 6 x 12.011 + 6 x 1.008 + 15.999.
+  if(NOT last_output MATCHES "^94\\.11")
+    message(FATAL_ERROR "Molecular consumer printed an unexpected weight:\n${last_output}")
+  endif()
+endif()
