@@ -102,7 +102,8 @@ KrigeData Load() {
 }
 
 const KrigeData& Data() {
-  static const KrigeData data = gOptions.trainFile.empty() ? VarimoBench::GenerateKrigeData(kDefaultPool, kDefaultQueries) : Load();
+  static const KrigeData data =
+      gOptions.trainFile.empty() ? VarimoBench::GenerateKrigeData(kDefaultPool, kDefaultQueries) : Load();
   return data;
 }
 

@@ -114,7 +114,8 @@ void ZqFullVariogramImpl::Clear() {
   distances_.clear();
 }
 
-void ZqFullVariogramImpl::Push(const std::vector<double>& distances, const std::vector<double>& halfSquaredDifferences) {
+void ZqFullVariogramImpl::Push(const std::vector<double>& distances,
+                               const std::vector<double>& halfSquaredDifferences) {
   if (distances.size() != halfSquaredDifferences.size()) {
     Corvane::ZqThrow.Warning("ZqFullVariogramImpl::Push : Vectors differ in size");
     return;

@@ -22,7 +22,8 @@ template class ZqLocalSimpleKrige<ZqVectorElement, ZqVectorStorage>;
 template class ZqLocalOrdinaryKrige<ZqVectorElement, ZqVectorStorage>;
 template class ZqLocalUniversalKrige<ZqVectorElement, ZqVectorStorage>;
 
-template bool ZqFillCovarianceMatrix(Eigen::MatrixXd&, const ZqKrigeTrainingContainer<ZqVectorElement, ZqVectorStorage>&,
+template bool ZqFillCovarianceMatrix(Eigen::MatrixXd&,
+                                     const ZqKrigeTrainingContainer<ZqVectorElement, ZqVectorStorage>&,
                                      const ZqKrigeKernelBase&);
 template bool ZqGetDistAndDiff(std::vector<std::pair<double, double>>&,
                                const ZqKrigeTrainingContainer<ZqVectorElement, ZqVectorStorage>&, bool);

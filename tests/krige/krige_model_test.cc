@@ -70,7 +70,8 @@ template <class Model>
 std::unique_ptr<Model> TrainedOnReferences() {
   auto model = MakeModel<Model>();
   const ReferenceData& data = References();
-  for (std::size_t i = 0; i < data.points.size(); ++i) EXPECT_TRUE(model->AddTraining(data.points[i], data.responses[i]));
+  for (std::size_t i = 0; i < data.points.size(); ++i)
+    EXPECT_TRUE(model->AddTraining(data.points[i], data.responses[i]));
   return model;
 }
 

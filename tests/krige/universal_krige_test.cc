@@ -28,7 +28,8 @@ std::unique_ptr<Universal> UniversalOnReferences(const ZqPropertyListFxn<Element
   auto model = std::make_unique<Universal>(ZqEuclideanDistance(), drift, kError, 0xFFFFFFFFu, false,
                                            ZqKrigeUniqueResponseMethod::Mean);
   const auto& data = DriftLocalReferences();
-  for (std::size_t i = 0; i < data.points.size(); ++i) EXPECT_TRUE(model->AddTraining(data.points[i], data.responses[i]));
+  for (std::size_t i = 0; i < data.points.size(); ++i)
+    EXPECT_TRUE(model->AddTraining(data.points[i], data.responses[i]));
   return model;
 }
 

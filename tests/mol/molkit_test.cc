@@ -257,7 +257,7 @@ TEST(MolkitSDText, BadRecordsNamedAndLeftOutOthersRead) {
 TEST(MolkitCopies, KeepSDAndGenericDataOnMoleculeAtomsAndBonds) {
   std::string error;
   std::unique_ptr<ZqMolBase> mol =
-      ZqMolFromMolBlock(ChainBlock("ethanol", {"C", "C", "O"}, 1.5) + "> <ID>\n7\n\n> <NOTE>\nx\n\n", &error);
+      ZqMolFromMolBlock(ChainBlock("ethanol", {"C", "C", "O"}, 1.5) + "> <ID>\n7\n\n> <NOTE> (note >5)\nx\n\n", &error);
   ASSERT_NE(mol, nullptr) << error;
   const unsigned int logP = Corvane::ZqGetTag("logP"), contribution = Corvane::ZqGetTag("Contribution");
   mol->SetData(logP, 2.5);
@@ -330,6 +330,14 @@ TEST(MolkitConformers, OneGraphActiveConformerAndCopies) {
   const ZqMCMolBase none;
   EXPECT_EQ(&none.GetActiveConf(), &none);
   EXPECT_FALSE(ZqMCMolBase().SetActiveConf(0));
+  // An empty molecule becomes its first conformer's graph.
+  ZqMCMolBase built;
+  ASSERT_TRUE(built.AddConf(*second));
+  EXPECT_EQ(built.GetNumAtoms(), 3u);
+  EXPECT_EQ(built.GetCanonicalSmiles(), "CCO");
+  EXPECT_FALSE(built.AddConf(*ZqMolFromSmiles("CC")));
+  // Positions past the atoms are the origin, not an error of RDKit's.
+  EXPECT_EQ(first->GetAtomPosition(99), (std::array<double, 3>{0.0, 0.0, 0.0}));
 }
 
 TEST(MolkitHydrogens, OnlyAtomsOfAtomicNumberOne) {
@@ -358,6 +366,8 @@ TEST(MolkitHydrogens, OnlyAtomsOfAtomicNumberOne) {
   EXPECT_EQ(ammonium.GetAtom(0).GetFormalCharge(), 1);
   EXPECT_TRUE(ZqIsHydrogen(ammonium.GetAtom(1)));
   EXPECT_EQ(ammonium.GetAtom(1).GetSymbol(), "H");
+  // The nitrogen carries three implicit hydrogens and the bonded deuterium.
+  EXPECT_EQ(ammonium.GetAtom(0).GetTotalNumHs(), 4u);
 }
 
 }  // namespace

@@ -90,7 +90,8 @@ void ReadData(std::vector<Element>& train, std::vector<double>& responses, std::
     responses.push_back(std::stod(lines[i][3]));
   }
   lines = CsvLines(VarimoTest::DataPath("krige/cli_query.csv"));
-  for (std::size_t i = 1; i + 1 < lines.size(); ++i) queries.push_back({std::stod(lines[i][0]), std::stod(lines[i][1])});
+  for (std::size_t i = 1; i + 1 < lines.size(); ++i)
+    queries.push_back({std::stod(lines[i][0]), std::stod(lines[i][1])});
 }
 
 // The drift of the elements {a, b, d1, d2} built here: d1 and d2.

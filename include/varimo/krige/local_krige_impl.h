@@ -303,7 +303,8 @@ bool ZqLocalKrigeImpl<T, TT>::Train(ZqKrigeKernelBase& kernel) {
   trained_ = false;
   const ZqVariogram variogram = GetVariogram();
   if (variogram.GetNumBins() < 3) {
-    Corvane::ZqThrow.Warning("ZqLocalKrigeImpl::Train(ZqKrigeKernelBase ) failed, not enough data to construct variogram");
+    Corvane::ZqThrow.Warning(
+        "ZqLocalKrigeImpl::Train(ZqKrigeKernelBase ) failed, not enough data to construct variogram");
     return false;
   }
   ZqFitKernel(kernel, variogram);
@@ -425,7 +426,8 @@ template <class T, class TT>
 ZqKrigeResult ZqLocalKrigeImpl<T, TT>::LocalResult(const T& element) const {
   LocalContainer container(*distFxn_, *uniqueResponseFxn_, propFxn_.get());
   FillNeighbourhood(element, container);
-  const std::unique_ptr<LocalModel> model = CreateLocalKrige(container, errorValue_, missingIDValue_, includeUnmeasured_);
+  const std::unique_ptr<LocalModel> model =
+      CreateLocalKrige(container, errorValue_, missingIDValue_, includeUnmeasured_);
   for (const auto& kernel : kernels_) {
     if (!model->TrainFixed(*kernel)) continue;
     ZqKrigeResult result = model->GetKrigeResult(element);

@@ -79,8 +79,8 @@ void ZqSimpleKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, 
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const bool onElement = under[q] < uniqueResponses_.size();
-      const double variance =
-          onElement ? kernel.GetSill() - (kernel.GetSill() - kernel.GetValue(0.0)) : kernel.GetSill() - column.squaredNorm();
+      const double variance = onElement ? kernel.GetSill() - (kernel.GetSill() - kernel.GetValue(0.0))
+                                        : kernel.GetSill() - column.squaredNorm();
       const double prediction = mean_ + (onElement ? uniqueResponses_[under[q]] : column.dot(whitenedResponses_));
       const bool valid = variance >= 0.0 && std::isfinite(variance) && std::isfinite(prediction);
       predictions[first + q] = valid ? prediction : errorValue;

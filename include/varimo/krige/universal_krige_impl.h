@@ -89,7 +89,8 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   Eigen::VectorXd rightHand(size + 1 + static_cast<Eigen::Index>(m));
   rightHand.head(size) = krige_detail::QueryCovariances(element, kernel, container, distances);
   rightHand(size) = 1.0;
-  for (std::size_t k = 0; k < m; ++k) rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
+  for (std::size_t k = 0; k < m; ++k)
+    rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
   if (ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHand.size()) return ZqKrigeResult();
   Eigen::VectorXd weights;
   const std::size_t under = krige_detail::ElementUnderQuery(rightHand.data(), kernel, container);

@@ -17,8 +17,12 @@ namespace Molkit {
 
 namespace {
 
-const RDKit::Atom& RDAtom(const ZqMolBase& mol, unsigned int index) { return *mol.GetGraph().mol.getAtomWithIdx(index); }
-const RDKit::Bond& RDBond(const ZqMolBase& mol, unsigned int index) { return *mol.GetGraph().mol.getBondWithIdx(index); }
+const RDKit::Atom& RDAtom(const ZqMolBase& mol, unsigned int index) {
+  return *mol.GetGraph().mol.getAtomWithIdx(index);
+}
+const RDKit::Bond& RDBond(const ZqMolBase& mol, unsigned int index) {
+  return *mol.GetGraph().mol.getBondWithIdx(index);
+}
 
 }  // namespace
 
@@ -27,11 +31,13 @@ void ZqSilenceRDKitLogs() {
   std::call_once(once, [] { boost::logging::disable_logs("rdApp.*"); });
 }
 
-unsigned int ZqAtomBase::GetAtomicNum() const { return static_cast<unsigned int>(RDAtom(*parent_, index_).getAtomicNum()); }
+unsigned int ZqAtomBase::GetAtomicNum() const {
+  return static_cast<unsigned int>(RDAtom(*parent_, index_).getAtomicNum());
+}
 std::string ZqAtomBase::GetSymbol() const { return RDAtom(*parent_, index_).getSymbol(); }
 int ZqAtomBase::GetFormalCharge() const { return RDAtom(*parent_, index_).getFormalCharge(); }
 unsigned int ZqAtomBase::GetDegree() const { return RDAtom(*parent_, index_).getDegree(); }
-unsigned int ZqAtomBase::GetTotalNumHs() const { return RDAtom(*parent_, index_).getTotalNumHs(); }
+unsigned int ZqAtomBase::GetTotalNumHs() const { return RDAtom(*parent_, index_).getTotalNumHs(true); }
 bool ZqAtomBase::GetIsAromatic() const { return RDAtom(*parent_, index_).getIsAromatic(); }
 bool ZqAtomBase::IsInRing() const {
   const RDKit::ROMol& mol = parent_->GetGraph().mol;
@@ -113,7 +119,7 @@ std::size_t ZqMolBase::GetNumHeavyAtoms() const {
 bool ZqMolBase::HasCoordinates() const { return graph_->mol.getNumConformers() > 0 && !atoms_.empty(); }
 
 std::array<double, 3> ZqMolBase::GetAtomPosition(std::size_t atom) const {
-  if (!HasCoordinates()) return {0.0, 0.0, 0.0};
+  if (!HasCoordinates() || atom >= atoms_.size()) return {0.0, 0.0, 0.0};
   const RDGeom::Point3D& p = graph_->mol.getConformer().getAtomPos(static_cast<unsigned int>(atom));
   return {p.x, p.y, p.z};
 }
@@ -159,6 +165,8 @@ ZqMCMolBase& ZqMCMolBase::operator=(const ZqMCMolBase& other) {
 
 bool ZqMCMolBase::AddConf(const ZqMolBase& conformer) {
   if (!confs_.empty() && conformer.GetCanonicalSmiles() != confs_.front()->GetCanonicalSmiles()) return false;
+  // An empty molecule takes its graph from its first conformer.
+  if (confs_.empty() && GetNumAtoms() == 0) ZqMolBase::operator=(conformer);
   confs_.emplace_back(conformer.CreateCopy());
   return true;
 }

@@ -43,7 +43,8 @@ std::string Describe(std::size_t record, const std::string& name) {
 // One SD record from its lines: the mol block up to "M  END", then the data
 // fields "> <TAG>" with their value lines up to a blank line.
 std::unique_ptr<ZqMolBase> RecordToMol(const std::vector<std::string>& lines, std::string& error) {
-  const auto end = std::find_if(lines.begin(), lines.end(), [](const std::string& l) { return l.rfind("M  END", 0) == 0; });
+  const auto end =
+      std::find_if(lines.begin(), lines.end(), [](const std::string& l) { return l.rfind("M  END", 0) == 0; });
   if (end == lines.end()) {
     error = "no \"M  END\" line";
     return nullptr;
@@ -68,8 +69,11 @@ std::unique_ptr<ZqMolBase> RecordToMol(const std::vector<std::string>& lines, st
   mol->SetName(lines.front());
   for (auto it = end + 1; it != lines.end(); ++it) {
     if (it->empty() || it->front() != '>') continue;
-    const std::size_t open = it->find('<'), close = it->rfind('>');
-    if (open == std::string::npos || close == std::string::npos || close <= open) continue;
+    // "> <TAG>" may go on after the tag ("> <TAG> (1)"): the tag ends at the
+    // first '>' after its '<'.
+    const std::size_t open = it->find('<');
+    const std::size_t close = open == std::string::npos ? std::string::npos : it->find('>', open);
+    if (close == std::string::npos) continue;
     const std::string tag = it->substr(open + 1, close - open - 1);
     std::string value;
     for (++it; it != lines.end() && !it->empty(); ++it) value += (value.empty() ? "" : "\n") + *it;

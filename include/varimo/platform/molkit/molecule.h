@@ -7,8 +7,9 @@
 //   for (const Molkit::ZqAtomBase& atom : mol->GetAtomIter()) ...
 //   if (Molkit::ZqHasSDData(*mol, "ACTIVITY")) text = Molkit::ZqGetSDData(*mol, "ACTIVITY");
 //
-// A molecule is its graph (atoms and bonds, with the hydrogens as RDKit
-// left them: implicit unless the input had them explicit), at most one set
+// A molecule is its graph (atoms and bonds; hydrogens are implicit, as
+// RDKit's readers leave them, except isotopic ones and those that cannot be
+// implicit, as in H2), at most one set
 // of coordinates, its name, the SD data fields of its file record (text,
 // in file order) and the typed generic data of Corvane::ZqBase. Atoms and
 // bonds carry generic data of their own, for example per-atom
@@ -40,7 +41,7 @@ class ZqAtomBase : public Corvane::ZqBase {
   // Bonded neighbours in the graph (explicit hydrogens count, implicit
   // ones do not).
   unsigned int GetDegree() const;
-  // Implicit and explicit hydrogens on the atom.
+  // Hydrogens on the atom: implicit ones and hydrogen atoms bonded to it.
   unsigned int GetTotalNumHs() const;
   bool GetIsAromatic() const;
   bool IsInRing() const;
@@ -101,7 +102,8 @@ class ZqMolBase : public Corvane::ZqBase {
   ZqBondBase& GetBond(std::size_t index) { return bonds_[index]; }
   const ZqBondBase& GetBond(std::size_t index) const { return bonds_[index]; }
 
-  // Coordinates of the one conformer, when the input had them.
+  // Coordinates of the one conformer, when the input had them; the origin
+  // without them or for an index past the atoms.
   bool HasCoordinates() const;
   std::array<double, 3> GetAtomPosition(std::size_t atom) const;
 
@@ -148,7 +150,8 @@ class ZqMCMolBase : public ZqMolBase {
   ZqMolBase* CreateCopy() const override { return new ZqMCMolBase(*this); }
 
   // Appends a copy; false, adding nothing, when its graph differs (by
-  // canonical SMILES) from the first conformer's.
+  // canonical SMILES) from the first conformer's. An empty molecule
+  // (default constructed) becomes a copy of its first conformer.
   bool AddConf(const ZqMolBase& conformer);
   std::size_t GetNumConfs() const { return confs_.size(); }
   ZqMolBase& GetConf(std::size_t index) { return *confs_[index]; }
