@@ -6,12 +6,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -156,6 +158,31 @@ TEST(MolkitSDFile, RecordsAgreeWithRDKitSDMolSupplier) {
     }
   }
   EXPECT_FALSE(ZqHasSDData(ZqMolBase(), "ACTIVITY"));
+}
+
+TEST(MolkitSDFile, CompressedFilesReadAsTheirText) {
+  Mols plain, compressed;
+  Texts errors;
+  ASSERT_TRUE(ZqReadSDFile(VarimoTest::DataPath("mol/tags.sdf"), plain, errors));
+  ASSERT_TRUE(ZqReadSDFile(VarimoTest::DataPath("mol/tags.sdf.gz"), compressed, errors));
+  EXPECT_EQ(errors, Texts());
+  ASSERT_EQ(compressed.size(), plain.size());
+  for (std::size_t i = 0; i < plain.size(); ++i) {
+    EXPECT_EQ(compressed[i]->GetName(), plain[i]->GetName());
+    EXPECT_EQ(compressed[i]->GetCanonicalSmiles(), plain[i]->GetCanonicalSmiles());
+    EXPECT_EQ(compressed[i]->GetSDDataFields(), plain[i]->GetSDDataFields());
+  }
+  // A compressed file cut short is refused as a whole, like a missing one.
+  const std::string cut = ::testing::TempDir() + "varimo_molkit_cut_" + std::to_string(::getpid()) + ".sdf.gz";
+  {
+    std::ifstream in(VarimoTest::DataPath("mol/tags.sdf.gz"), std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::ofstream(cut, std::ios::binary) << bytes.substr(0, bytes.size() / 2);
+  }
+  Mols none;
+  EXPECT_FALSE(ZqReadSDFile(cut, none, errors));
+  std::remove(cut.c_str());
+  EXPECT_FALSE(ZqReadSDFile(VarimoTest::DataPath("mol/no_such_file.sdf.gz"), none, errors));
 }
 
 TEST(MolkitSmilesFile, UnparsableRecordsAgreeWithRDKitSmilesMolSupplier) {

@@ -1,11 +1,11 @@
 #include "varimo/platform/molkit/molecule_files.h"
 
 #include <GraphMol/FileParsers/FileParsers.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cctype>
 #include <exception>
-#include <fstream>
 #include <sstream>
 
 #include "mol_graph.h"
@@ -25,13 +25,22 @@ std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
+// The text of the file, decompressed when it is gzip-compressed (zlib reads
+// plain files as they are). False when it cannot be opened or read.
 bool ReadWholeFile(const std::string& path, std::string& text) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::ostringstream buffer;
-  buffer << in.rdbuf();
-  text = buffer.str();
-  return true;
+  gzFile file = gzopen(path.c_str(), "rb");
+  if (!file) return false;
+  text.clear();
+  char buffer[1 << 16];
+  int read = 0;
+  while ((read = gzread(file, buffer, sizeof buffer)) > 0) text.append(buffer, static_cast<std::size_t>(read));
+  // A compressed stream cut short ends like a whole one, with the error
+  // kept aside.
+  int error = Z_OK;
+  gzerror(file, &error);
+  const bool complete = read == 0 && error == Z_OK;
+  gzclose(file);
+  return complete;
 }
 
 std::string Describe(std::size_t record, const std::string& name) {

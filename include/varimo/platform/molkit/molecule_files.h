@@ -6,7 +6,8 @@
 //   for (const std::string& e : errors) ...                    // records left out, and why
 //
 // A record that cannot be read is left out with a message naming its
-// number (from 1) and, when known, its name; the others are read.
+// number (from 1) and, when known, its name; the others are read. Files
+// may be gzip-compressed (bzr.sdf.gz): they are read through zlib.
 #pragma once
 
 #include <memory>
@@ -18,7 +19,8 @@
 namespace Molkit {
 
 // Every record of an SD file: its mol block and all its data fields, kept
-// as SD data in record order. False when the file cannot be opened.
+// as SD data in record order. False when the file cannot be opened, or a
+// compressed one is corrupt.
 bool ZqReadSDFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
                   std::vector<std::string>& errors);
 // The same from the text of an SD file.
