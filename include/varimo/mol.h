@@ -1,8 +1,16 @@
-// The molecular layer (link Varimo::varimo_mol): molecules, their files and
-// the property functions read from them.
+// The molecular layer (link Varimo::varimo_mol): molecules, their files,
+// fingerprints, the property functions read from them and kriging on
+// molecules.
 #pragma once
 
+#include "varimo/mol/krige_distance_options.h"
+#include "varimo/mol/krige_distfxns.h"
+#include "varimo/mol/krige_vsepr.h"
+#include "varimo/mol/mol_data_model.h"
+#include "varimo/mol/mol_krige.h"
 #include "varimo/mol/mol_properties.h"
 #include "varimo/platform/molkit/mol_property.h"
 #include "varimo/platform/molkit/molecule.h"
 #include "varimo/platform/molkit/molecule_files.h"
+#include "varimo/platform/printex/fingerprint.h"
+#include "varimo/platform/printex/vsepr_fingerprint.h"

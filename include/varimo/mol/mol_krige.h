@@ -1,0 +1,188 @@
+// Kriging on molecules: what a chemist calls. A model takes molecules with
+// measured values, trains, and returns for a new molecule its prediction,
+// the variance, the training molecules that carry the prediction, and how
+// much each atom pushes the prediction up or down.
+//
+//   Varimo::ZqMolKrige model{Varimo::ZqGlobalKrigeOptions()};
+//   for (auto& mol : training) model.AddTraining(*mol, pIC50(*mol));
+//   model.Train();
+//   Varimo::ZqMolKrigeResult result = model.GetResult(query);
+//   if (result.Valid()) {
+//     double y = result.GetResponse(), v = result.GetVariance();
+//     double p = Varimo::ZqProbabilityGreaterThan(result, 7.0);
+//     double c = result.GetAtomContribution(query.GetAtom(3));
+//   }
+//
+// The default distance is one minus the Tanimoto coefficient of Vsepr
+// fingerprints; a caller's distance on molecules takes the custom route
+// (call its PrepMol on every molecule first when it has one). With a
+// property list the model is universal kriging with those properties as
+// drift; molecules lacking them are refused. Simple kriging is not offered
+// here: the molecules' mean is rarely known.
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "varimo/krige/krige_kernels.h"
+#include "varimo/krige/krige_options.h"
+#include "varimo/krige/krige_result.h"
+#include "varimo/krige/training_container.h"
+#include "varimo/krige/variogram.h"
+#include "varimo/mol/krige_distance_options.h"
+#include "varimo/platform/corvane/iter.h"
+#include "varimo/platform/molkit/mol_property.h"
+#include "varimo/platform/molkit/molecule.h"
+
+namespace Varimo {
+
+class ZqMolKrigeResultImpl;
+
+// One prediction with what explains it. Copies are deep; a result keeps
+// the training molecules it refers to alive, so it stays valid after its
+// model is cleared or destroyed.
+class ZqMolKrigeResult {
+ public:
+  // Empty and not valid.
+  ZqMolKrigeResult();
+  explicit ZqMolKrigeResult(std::unique_ptr<ZqMolKrigeResultImpl> impl);
+  ZqMolKrigeResult(const ZqMolKrigeResult& other);
+  ZqMolKrigeResult& operator=(const ZqMolKrigeResult& other);
+  ZqMolKrigeResult(ZqMolKrigeResult&&) noexcept;
+  ZqMolKrigeResult& operator=(ZqMolKrigeResult&&) noexcept;
+  ~ZqMolKrigeResult();
+
+  bool Valid() const;
+  // The largest double when not valid.
+  double GetResponse() const;
+  double GetVariance() const;
+
+  // The training elements that carry the prediction: unique fingerprints
+  // (or molecules), each with its distance to the query, its weight, and
+  // its response (raw, also for simple kriging).
+  unsigned int GetNumElements() const;
+  double GetElementDistance(unsigned int i) const;
+  double GetElementWeight(unsigned int i) const;
+  bool GetElementIsUnmeasured(unsigned int i) const;
+  double GetElementResponse(unsigned int i) const;
+  // The training molecule as it was added (a copy, carrying its
+  // fingerprint); an empty molecule for an element without one.
+  const Molkit::ZqMolBase& GetElement(unsigned int i) const;
+  // Training molecules that share one element's fingerprint.
+  bool GetHasMultipleCopies(unsigned int i) const;
+  unsigned int GetNumCopies(unsigned int i) const;
+  double GetElementResponse(unsigned int i, unsigned int copy) const;
+  bool GetElementIsUnmeasured(unsigned int i, unsigned int copy) const;
+  const Molkit::ZqMolBase& GetElement(unsigned int i, unsigned int copy) const;
+
+  ZqKrigeKernel GetKernel() const;
+  ZqVariogram GetVariogram() const;
+  // The model's training responses when the prediction was made, in the
+  // order added; without the unmeasured ones unless asked for.
+  Corvane::ZqIter<const double> GetTrainingResponses(bool includeUnmeasured) const;
+  const ZqKrigeResult& GetKrigeResult() const;
+
+  // How much the atom pushes the prediction above (positive) or below
+  // (negative) the baseline, the prediction itself by default: the share
+  // of the atom's paths in the weighted fingerprints of the neighbours
+  // above and below the baseline. The non-const calls keep the
+  // neighbours' fingerprints for the next atom; on one result they must
+  // not run concurrently.
+  double GetAtomContribution(const Molkit::ZqAtomBase& atom);
+  double GetAtomContribution(const Molkit::ZqAtomBase& atom, double baseline);
+  double GetAtomContribution(const Molkit::ZqAtomBase& atom) const;
+  double GetAtomContribution(const Molkit::ZqAtomBase& atom, double baseline) const;
+  // The contribution of every atom of `mol`, by atom index (0 for
+  // hydrogens), for the cost of one atom.
+  std::vector<double> GetAtomContributions(const Molkit::ZqMolBase& mol);
+  std::vector<double> GetAtomContributions(const Molkit::ZqMolBase& mol, double baseline);
+
+ private:
+  std::unique_ptr<ZqMolKrigeResultImpl> impl_;
+};
+
+// The chance that the true value lies below x, above x, or between a and b
+// (in either order), for a normal law of the result's mean and variance.
+double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x);
+double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x);
+double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b);
+
+// The implementations behind ZqMolKrige.
+class ZqMolKrigeImpl {
+ public:
+  virtual ~ZqMolKrigeImpl() = default;
+  virtual bool AddTraining(const Molkit::ZqMolBase& mol, double response) = 0;
+  virtual bool AddTraining(const Molkit::ZqMCMolBase& mol, double response) = 0;
+  virtual bool AddUnmeasuredTraining(const Molkit::ZqMolBase& mol, double response) = 0;
+  virtual bool AddUnmeasuredTraining(const Molkit::ZqMCMolBase& mol, double response) = 0;
+  virtual bool Train() = 0;
+  virtual bool Train(ZqKrigeKernelBase& kernel) = 0;
+  virtual bool TrainFixed(const ZqKrigeKernelBase& kernel) = 0;
+  virtual ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) = 0;
+  virtual ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const = 0;
+  virtual ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) = 0;
+  virtual ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const = 0;
+  virtual ZqVariogram GetVariogram() = 0;
+  virtual ZqVariogram GetVariogram() const = 0;
+  virtual void Clear() = 0;
+  virtual ZqMolKrigeImpl* CreateCopy() const = 0;
+};
+
+using ZqMolDistanceFxn = ZqKrigeDistanceFxn<Molkit::ZqMolBase>;
+
+class ZqMolKrige {
+ public:
+  // Vsepr distance, ordinary kriging.
+  explicit ZqMolKrige(const ZqGlobalKrigeOptions& options);
+  ZqMolKrige(const ZqDefaultKrigeDistanceOptions& distance, const ZqGlobalKrigeOptions& options);
+  explicit ZqMolKrige(const ZqLocalKrigeOptions& options);
+  ZqMolKrige(const ZqDefaultKrigeDistanceOptions& distance, const ZqLocalKrigeOptions& options);
+  // Vsepr distance, universal kriging with the list's properties as drift.
+  ZqMolKrige(const Molkit::ZqMolPropertyList& drift, const ZqGlobalKrigeOptions& options);
+  ZqMolKrige(const ZqDefaultKrigeDistanceOptions& distance, const Molkit::ZqMolPropertyList& drift,
+             const ZqGlobalKrigeOptions& options);
+  ZqMolKrige(const Molkit::ZqMolPropertyList& drift, const ZqLocalKrigeOptions& options);
+  ZqMolKrige(const ZqDefaultKrigeDistanceOptions& distance, const Molkit::ZqMolPropertyList& drift,
+             const ZqLocalKrigeOptions& options);
+  // The caller's distance, ordinary or universal kriging.
+  ZqMolKrige(const ZqMolDistanceFxn& distance, const ZqGlobalKrigeOptions& options);
+  ZqMolKrige(const ZqMolDistanceFxn& distance, const ZqLocalKrigeOptions& options);
+  ZqMolKrige(const ZqMolDistanceFxn& distance, const Molkit::ZqMolPropertyList& drift,
+             const ZqGlobalKrigeOptions& options);
+  ZqMolKrige(const ZqMolDistanceFxn& distance, const Molkit::ZqMolPropertyList& drift,
+             const ZqLocalKrigeOptions& options);
+  ZqMolKrige(const ZqMolKrige& other);
+  ZqMolKrige& operator=(const ZqMolKrige& other);
+  ~ZqMolKrige();
+
+  // False, adding nothing, for a response the engine refuses (NaN) or a
+  // molecule without the drift properties.
+  bool AddTraining(const Molkit::ZqMolBase& mol, double response) { return impl_->AddTraining(mol, response); }
+  bool AddTraining(const Molkit::ZqMCMolBase& mol, double response) { return impl_->AddTraining(mol, response); }
+  // A bound rather than a measurement (see ZqKrigeBase).
+  bool AddUnmeasuredTraining(const Molkit::ZqMolBase& mol, double response) {
+    return impl_->AddUnmeasuredTraining(mol, response);
+  }
+  bool AddUnmeasuredTraining(const Molkit::ZqMCMolBase& mol, double response) {
+    return impl_->AddUnmeasuredTraining(mol, response);
+  }
+  bool Train() { return impl_->Train(); }
+  bool Train(ZqKrigeKernelBase& kernel) { return impl_->Train(kernel); }
+  bool TrainFixed(const ZqKrigeKernelBase& kernel) { return impl_->TrainFixed(kernel); }
+  // Trains first when needed. The const calls leave the model as it is and
+  // may run concurrently on a trained model.
+  ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) { return impl_->GetResult(mol); }
+  ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const { return std::as_const(*impl_).GetResult(mol); }
+  ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) { return impl_->GetResult(mol); }
+  ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const { return std::as_const(*impl_).GetResult(mol); }
+  ZqVariogram GetVariogram() { return impl_->GetVariogram(); }
+  ZqVariogram GetVariogram() const { return std::as_const(*impl_).GetVariogram(); }
+  // Removes the training data; results made before stay valid.
+  void Clear() { impl_->Clear(); }
+
+ private:
+  std::unique_ptr<ZqMolKrigeImpl> impl_;
+};
+
+}  // namespace Varimo

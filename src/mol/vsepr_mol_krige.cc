@@ -1,0 +1,67 @@
+#include "vsepr_mol_krige.h"
+
+#include <type_traits>
+#include <utility>
+
+#include "mol_krige_result_impl.h"
+
+namespace Varimo {
+
+ZqVseprMolKrigeImpl::ZqVseprMolKrigeImpl(const ZqKrigeOptions& options, const Molkit::ZqMolPropertyList* drift,
+                                         const Printex::ZqVseprOptions& fpOptions)
+    : krige_(options, static_cast<std::size_t>(drift ? drift->GetSize() : 0)),
+      propertyList_(drift ? drift->CreateCopy() : nullptr),
+      options_(fpOptions) {}
+
+ZqVseprMolKrigeImpl::ZqVseprMolKrigeImpl(const ZqVseprMolKrigeImpl& other)
+    : ZqMolKrigeImpl(other),
+      krige_(other.krige_),
+      training_(other.training_),
+      propertyList_(other.propertyList_ ? other.propertyList_->CreateCopy() : nullptr),
+      options_(other.options_) {}
+
+template <class M>
+ZqVseprPropFP ZqVseprMolKrigeImpl::GetFP(const M& mol) const {
+  if (!propertyList_) return ZqVseprPropFP(mol, options_);
+  std::vector<double> properties;
+  for (unsigned long k = 0; k < propertyList_->GetSize(); ++k) properties.push_back(propertyList_->GetProperty(mol, k));
+  return ZqVseprPropFP(mol, std::move(properties), options_);
+}
+
+template <class M>
+bool ZqVseprMolKrigeImpl::Add(const M& mol, double response, bool unmeasured) {
+  if (!HasDrift(mol)) return false;
+  const ZqVseprPropFP fp = GetFP(mol);
+  const unsigned int id = training_.GetNextID();
+  const bool added =
+      unmeasured ? krige_.AddUnmeasuredTrainingWithID(fp, response, id) : krige_.AddTrainingWithID(fp, response, id);
+  if (!added) return false;
+  // A multi-conformer molecule is kept as its active conformer.
+  const Molkit::ZqMolBase& kept = [&]() -> const Molkit::ZqMolBase& {
+    if constexpr (std::is_same_v<M, Molkit::ZqMCMolBase>) {
+      return mol.GetActiveConf();
+    } else {
+      return mol;
+    }
+  }();
+  std::shared_ptr<Molkit::ZqMolBase> copy(kept.CreateCopy());
+  copy->SetData(ZqTrainingFingerprintTag(), static_cast<const Printex::ZqVseprFingerprint&>(fp));
+  training_.Append(std::move(copy), response, unmeasured);
+  return true;
+}
+
+template <class Self, class M>
+ZqMolKrigeResult ZqVseprMolKrigeImpl::Result(Self& self, const M& mol) {
+  if (!self.HasDrift(mol)) return ZqMolKrigeResult();
+  const ZqVseprPropFP fp = self.GetFP(mol);
+  ZqKrigeResult result = self.krige_.GetKrigeResult(fp);
+  return ZqMolKrigeResult(std::make_unique<ZqMolKrigeResultImpl>(std::move(result), self.training_.GetView(),
+                                                                 self.krige_.GetVariogram()));
+}
+
+void ZqVseprMolKrigeImpl::Clear() {
+  krige_.Clear();
+  training_.Clear();
+}
+
+}  // namespace Varimo

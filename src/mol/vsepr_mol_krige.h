@@ -1,0 +1,61 @@
+// The default molecule model: kriging on Vsepr fingerprints.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "mol_krige_training.h"
+#include "varimo/mol/krige_vsepr.h"
+#include "varimo/mol/mol_krige.h"
+
+namespace Varimo {
+
+class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
+ public:
+  // `drift` may be null: ordinary kriging.
+  ZqVseprMolKrigeImpl(const ZqKrigeOptions& options, const Molkit::ZqMolPropertyList* drift,
+                      const Printex::ZqVseprOptions& fpOptions);
+  ZqVseprMolKrigeImpl(const ZqVseprMolKrigeImpl& other);
+  ZqVseprMolKrigeImpl& operator=(const ZqVseprMolKrigeImpl&) = delete;
+
+  bool AddTraining(const Molkit::ZqMolBase& mol, double response) override { return Add(mol, response, false); }
+  bool AddTraining(const Molkit::ZqMCMolBase& mol, double response) override { return Add(mol, response, false); }
+  bool AddUnmeasuredTraining(const Molkit::ZqMolBase& mol, double response) override {
+    return Add(mol, response, true);
+  }
+  bool AddUnmeasuredTraining(const Molkit::ZqMCMolBase& mol, double response) override {
+    return Add(mol, response, true);
+  }
+  bool Train() override { return krige_.Train(); }
+  bool Train(ZqKrigeKernelBase& kernel) override { return krige_.Train(kernel); }
+  bool TrainFixed(const ZqKrigeKernelBase& kernel) override { return krige_.TrainFixed(kernel); }
+  ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) override { return Result(*this, mol); }
+  ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const override { return Result(*this, mol); }
+  ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) override { return Result(*this, mol); }
+  ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const override { return Result(*this, mol); }
+  ZqVariogram GetVariogram() override { return krige_.GetVariogram(); }
+  ZqVariogram GetVariogram() const override { return krige_.GetVariogram(); }
+  void Clear() override;
+  ZqMolKrigeImpl* CreateCopy() const override { return new ZqVseprMolKrigeImpl(*this); }
+
+ private:
+  template <class M>
+  bool HasDrift(const M& mol) const {
+    return !propertyList_ || propertyList_->HasProperties(mol);
+  }
+  template <class M>
+  ZqVseprPropFP GetFP(const M& mol) const;
+  template <class M>
+  bool Add(const M& mol, double response, bool unmeasured);
+  // Self is the model, const or not: the engine trains a non-const model
+  // in place and a const one on a copy.
+  template <class Self, class M>
+  static ZqMolKrigeResult Result(Self& self, const M& mol);
+
+  ZqVseprKrige krige_;
+  ZqMolKrigeTrainingLists training_;
+  std::unique_ptr<Molkit::ZqMolPropertyList> propertyList_;
+  Printex::ZqVseprOptions options_;
+};
+
+}  // namespace Varimo

@@ -1,0 +1,244 @@
+#include "varimo/platform/printex/vsepr_fingerprint.h"
+
+#include <algorithm>
+#include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "../molkit/mol_graph.h"
+#include "varimo/platform/corvane/generic_data.h"
+#include "vsepr_paths.h"
+
+namespace Printex {
+namespace {
+
+constexpr std::size_t kBins = ZqVseprFingerprint::kNumBins;
+
+// sum(min(a, b)) over the bins: the heart of every comparison. SSE2 takes
+// sixteen bins per instruction and sums them with one SAD.
+std::uint32_t SumOfMinima(const std::uint8_t* a, const std::uint8_t* b) {
+#if defined(__SSE2__)
+  static_assert(kBins % 32 == 0, "two vectors per step");
+  const __m128i zero = _mm_setzero_si128();
+  __m128i sum0 = zero;
+  __m128i sum1 = zero;
+  for (std::size_t i = 0; i < kBins; i += 32) {
+    const __m128i a0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a + i));
+    const __m128i b0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i));
+    const __m128i a1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a + i + 16));
+    const __m128i b1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i + 16));
+    sum0 = _mm_add_epi64(sum0, _mm_sad_epu8(_mm_min_epu8(a0, b0), zero));
+    sum1 = _mm_add_epi64(sum1, _mm_sad_epu8(_mm_min_epu8(a1, b1), zero));
+  }
+  alignas(16) std::uint64_t lanes[2];
+  _mm_store_si128(reinterpret_cast<__m128i*>(lanes), _mm_add_epi64(sum0, sum1));
+  return static_cast<std::uint32_t>(lanes[0] + lanes[1]);
+#else
+  std::uint32_t sum = 0;
+  for (std::size_t i = 0; i < kBins; ++i) sum += std::min(a[i], b[i]);
+  return sum;
+#endif
+}
+
+// The byte weights of the molecule's paths that `select` takes.
+template <class Select>
+std::vector<std::uint8_t> CountPaths(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options, Select select) {
+  std::vector<std::uint8_t> counts(kBins, 0);
+  for (const ZqVseprPath& path : ZqFindVseprPaths(mol.GetGraph().mol, options)) {
+    if (!select(path)) continue;
+    const std::uint32_t sum = counts[path.bin] + path.weight;
+    counts[path.bin] = static_cast<std::uint8_t>(std::min<std::uint32_t>(sum, 255));
+  }
+  return counts;
+}
+
+unsigned int FingerprintTag() {
+  static const unsigned int tag = Corvane::ZqGetTag("ZqVseprFingerprint");
+  return tag;
+}
+
+}  // namespace
+
+bool ZqVseprOptions::operator==(const ZqVseprOptions& other) const {
+  return maxPathLength_ == other.maxPathLength_ && minPathLength_ == other.minPathLength_ &&
+         forcePathsOut_ == other.forcePathsOut_ && weightByLength_ == other.weightByLength_ &&
+         stereoAware_ == other.stereoAware_;
+}
+
+void ZqVseprFingerprint::SetCounts(std::vector<std::uint8_t> counts, const ZqVseprOptions& options) {
+  options_ = options;
+  weights_.clear();
+  countVolume_ = 0;
+  for (std::uint8_t c : counts) countVolume_ += c;
+  // No weight anywhere is the empty fingerprint, whatever made it.
+  if (countVolume_ == 0) {
+    counts_.clear();
+  } else {
+    counts_ = std::move(counts);
+  }
+}
+
+bool ZqVseprFingerprint::Setup(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options) {
+  if (mol.GetNumHeavyAtoms() == 0) {
+    SetCounts({}, options);
+    return false;
+  }
+  SetCounts(CountPaths(mol, options, [](const ZqVseprPath&) { return true; }), options);
+  return true;
+}
+
+bool ZqVseprFingerprint::Setup(const Molkit::ZqAtomBase& atom, const ZqVseprOptions& options) {
+  if (Molkit::ZqIsHydrogen(atom)) {
+    SetCounts({}, options);
+    return false;
+  }
+  const int index = static_cast<int>(atom.GetIdx());
+  SetCounts(CountPaths(atom.GetParent(), options,
+                       [index](const ZqVseprPath& path) {
+                         return std::find(path.atoms.begin(), path.atoms.end(), index) != path.atoms.end();
+                       }),
+            options);
+  return true;
+}
+
+bool ZqVseprFingerprint::Setup(const Molkit::ZqBondBase& bond, const ZqVseprOptions& options) {
+  const Molkit::ZqMolBase& mol = bond.GetParent();
+  if (Molkit::ZqIsHydrogen(mol.GetAtom(bond.GetBeginAtomIdx())) ||
+      Molkit::ZqIsHydrogen(mol.GetAtom(bond.GetEndAtomIdx()))) {
+    SetCounts({}, options);
+    return false;
+  }
+  const int index = static_cast<int>(bond.GetIdx());
+  SetCounts(CountPaths(mol, options,
+                       [index](const ZqVseprPath& path) {
+                         return std::find(path.bonds.begin(), path.bonds.end(), index) != path.bonds.end();
+                       }),
+            options);
+  return true;
+}
+
+double ZqVseprFingerprint::GetWeight(std::size_t bin) const {
+  if (!counts_.empty()) return counts_[bin];
+  if (!weights_.empty()) return weights_[bin];
+  return 0.0;
+}
+
+void ZqVseprFingerprint::MakeReal() {
+  if (!weights_.empty()) return;
+  weights_.assign(kBins, 0.0);
+  for (std::size_t i = 0; i < counts_.size(); ++i) weights_[i] = counts_[i];
+  counts_.clear();
+  countVolume_ = 0;
+}
+
+ZqVseprFingerprint& ZqVseprFingerprint::Scale(double factor) {
+  if (IsEmpty()) return *this;
+  MakeReal();
+  for (double& w : weights_) w *= factor;
+  return *this;
+}
+
+template <class Op>
+ZqVseprFingerprint ZqVseprFingerprint::Combine(const ZqVseprFingerprint& other, Op op) const {
+  ZqVseprFingerprint result;
+  result.options_ = IsEmpty() ? other.options_ : options_;
+  result.weights_.resize(kBins);
+  for (std::size_t i = 0; i < kBins; ++i) result.weights_[i] = op(GetWeight(i), other.GetWeight(i));
+  return result;
+}
+
+ZqVseprFingerprint ZqVseprFingerprint::operator+(const ZqVseprFingerprint& other) const {
+  if (IsEmpty() && other.IsEmpty()) return *this;
+  return Combine(other, [](double a, double b) { return a + b; });
+}
+
+ZqVseprFingerprint& ZqVseprFingerprint::operator+=(const ZqVseprFingerprint& other) {
+  if (other.IsEmpty()) return *this;
+  if (IsEmpty()) options_ = other.options_;
+  MakeReal();
+  for (std::size_t i = 0; i < kBins; ++i) weights_[i] += other.GetWeight(i);
+  return *this;
+}
+
+ZqVseprFingerprint ZqVseprFingerprint::operator&(const ZqVseprFingerprint& other) const {
+  if (weights_.empty() && other.weights_.empty()) {
+    // Byte weights (or none): the minimum stays in bytes.
+    ZqVseprFingerprint result;
+    const ZqVseprOptions& options = IsEmpty() ? other.options_ : options_;
+    if (IsEmpty() || other.IsEmpty()) {
+      result.options_ = options;
+      return result;
+    }
+    std::vector<std::uint8_t> counts(kBins);
+    for (std::size_t i = 0; i < kBins; ++i) counts[i] = std::min(counts_[i], other.counts_[i]);
+    result.SetCounts(std::move(counts), options);
+    return result;
+  }
+  return Combine(other, [](double a, double b) { return std::min(a, b); });
+}
+
+double ZqVseprFingerprint::GetVolume() const {
+  if (!counts_.empty()) return countVolume_;
+  double volume = 0.0;
+  for (double w : weights_) volume += w;
+  return volume;
+}
+
+double ZqVseprFingerprint::GetTanimoto(const ZqVseprFingerprint& other) const {
+  if (weights_.empty() && other.weights_.empty()) {
+    if (IsEmpty() || other.IsEmpty()) return IsEmpty() && other.IsEmpty() ? 1.0 : 0.0;
+    const std::uint32_t common = SumOfMinima(counts_.data(), other.counts_.data());
+    return static_cast<double>(common) / static_cast<double>(countVolume_ + other.countVolume_ - common);
+  }
+  double common = 0.0;
+  double total = 0.0;
+  for (std::size_t i = 0; i < kBins; ++i) {
+    const double a = std::max(GetWeight(i), 0.0);
+    const double b = std::max(other.GetWeight(i), 0.0);
+    common += std::min(a, b);
+    total += std::max(a, b);
+  }
+  if (total == 0.0) return 1.0;
+  return std::clamp(common / total, 0.0, 1.0);
+}
+
+std::vector<ZqVseprFingerprint> ZqMakeVseprAtomFingerprints(const Molkit::ZqMolBase& mol,
+                                                            const ZqVseprOptions& options) {
+  std::vector<ZqVseprFingerprint> atoms(mol.GetNumAtoms());
+  std::vector<std::vector<std::uint8_t>> counts(mol.GetNumAtoms(), std::vector<std::uint8_t>(kBins, 0));
+  std::vector<int> seen;
+  for (const ZqVseprPath& path : ZqFindVseprPaths(mol.GetGraph().mol, options)) {
+    // A path that closes a ring meets its first atom twice; it counts once.
+    seen = path.atoms;
+    std::sort(seen.begin(), seen.end());
+    seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
+    for (int atom : seen) {
+      const std::uint32_t sum = counts[atom][path.bin] + path.weight;
+      counts[atom][path.bin] = static_cast<std::uint8_t>(std::min<std::uint32_t>(sum, 255));
+    }
+  }
+  for (std::size_t a = 0; a < atoms.size(); ++a) atoms[a].SetCounts(std::move(counts[a]), options);
+  return atoms;
+}
+
+bool ZqPrepVsepr(Molkit::ZqMolBase& mol, const ZqVseprOptions& options) {
+  ZqVseprFingerprint fp;
+  if (!fp.Setup(mol, options)) return false;
+  mol.SetData(FingerprintTag(), std::move(fp));
+  return true;
+}
+
+const ZqVseprFingerprint* ZqGetVseprFingerprint(const Molkit::ZqMolBase& mol) {
+  return mol.GetData<ZqVseprFingerprint>(FingerprintTag());
+}
+
+double ZqGetVseprTanimoto(const Molkit::ZqMolBase& a, const Molkit::ZqMolBase& b, double errorValue) {
+  const ZqVseprFingerprint* fpA = ZqGetVseprFingerprint(a);
+  const ZqVseprFingerprint* fpB = ZqGetVseprFingerprint(b);
+  if (fpA == nullptr || fpB == nullptr) return errorValue;
+  return fpA->GetTanimoto(*fpB);
+}
+
+}  // namespace Printex

@@ -1,0 +1,171 @@
+#include "vsepr_paths.h"
+
+#include <GraphMol/Subgraphs/Subgraphs.h>
+
+#include <algorithm>
+#include <string>
+
+namespace Printex {
+namespace {
+
+static_assert((ZqVseprFingerprint::kNumBins & (ZqVseprFingerprint::kNumBins - 1)) == 0,
+              "bins are taken from the top bits of a hash");
+constexpr int kBinBits = 10;
+static_assert(ZqVseprFingerprint::kNumBins == (std::size_t{1} << kBinBits), "kBinBits matches kNumBins");
+
+// The finaliser of splitmix64: every input bit moves about half the
+// output bits, so that neighbouring type codes land in unrelated bins.
+std::uint64_t Mix(std::uint64_t h) {
+  h = (h ^ (h >> 30)) * 0xbf58476d1ce4e5b9ULL;
+  h = (h ^ (h >> 27)) * 0x94d049bb133111ebULL;
+  return h ^ (h >> 31);
+}
+
+bool IsHeavy(const RDKit::Atom& atom) { return atom.getAtomicNum() != 1; }
+
+std::uint32_t AtomType(const RDKit::ROMol& mol, const RDKit::Atom& atom, bool stereo) {
+  unsigned int heavyNeighbours = 0;
+  for (const RDKit::Atom* neighbour : mol.atomNeighbors(&atom)) heavyNeighbours += IsHeavy(*neighbour) ? 1 : 0;
+  const unsigned int hydrogens = std::min(atom.getTotalNumHs(true), 3u);
+  const int charge = std::clamp(atom.getFormalCharge(), -3, 3) + 3;
+  const RDKit::RingInfo* rings = mol.getRingInfo();
+  const bool inRing = rings->isInitialized() && rings->numAtomRings(atom.getIdx()) > 0;
+  std::uint32_t type = static_cast<std::uint32_t>(atom.getAtomicNum()) & 0xFFu;
+  type |= (atom.getIsAromatic() ? 1u : 0u) << 8;
+  type |= std::min(heavyNeighbours, 7u) << 9;
+  type |= hydrogens << 12;
+  type |= static_cast<std::uint32_t>(charge) << 14;
+  type |= (inRing ? 1u : 0u) << 17;
+  std::string cip;
+  if (stereo && atom.getPropIfPresent(RDKit::common_properties::_CIPCode, cip)) {
+    type |= (cip == "R" ? 1u : cip == "S" ? 2u : 0u) << 18;
+  }
+  return type;
+}
+
+std::uint32_t BondType(const RDKit::Bond& bond, bool stereo) {
+  std::uint32_t type = 5;
+  switch (bond.getBondType()) {
+    case RDKit::Bond::SINGLE: type = 1; break;
+    case RDKit::Bond::DOUBLE: type = 2; break;
+    case RDKit::Bond::TRIPLE: type = 3; break;
+    case RDKit::Bond::AROMATIC: type = 4; break;
+    default: break;
+  }
+  if (stereo) {
+    if (bond.getStereo() == RDKit::Bond::STEREOE) type |= 1u << 4;
+    if (bond.getStereo() == RDKit::Bond::STEREOZ) type |= 2u << 4;
+  }
+  return type;
+}
+
+class PathFinder {
+ public:
+  PathFinder(const RDKit::ROMol& mol, const ZqVseprOptions& options) : mol_(mol), options_(options) {
+    const bool stereo = options.GetStereoAware();
+    for (const RDKit::Atom* atom : mol.atoms()) atomTypes_.push_back(AtomType(mol, *atom, stereo));
+    for (const RDKit::Bond* bond : mol.bonds()) bondTypes_.push_back(BondType(*bond, stereo));
+  }
+
+  // Paths of lengths lower..upper; with `forced`, only those through an
+  // atom marked in it.
+  void Add(unsigned int lower, unsigned int upper, const std::vector<char>* forced,
+           std::vector<ZqVseprPath>& paths) const {
+    if (lower == 0) {
+      for (const RDKit::Atom* atom : mol_.atoms()) {
+        const int index = static_cast<int>(atom->getIdx());
+        if (!IsHeavy(*atom) || (forced && !(*forced)[index])) continue;
+        paths.push_back(MakePath({index}, {}));
+      }
+      if (upper == 0) return;
+      lower = 1;
+    }
+    const RDKit::INT_PATH_LIST_MAP found = RDKit::findAllPathsOfLengthsMtoN(mol_, lower, upper, true, false);
+    for (const auto& [length, list] : found) {
+      for (const RDKit::PATH_TYPE& bonds : list) {
+        std::vector<int> atoms = AtomsOf(bonds);
+        if (forced && std::none_of(atoms.begin(), atoms.end(), [&](int a) { return (*forced)[a] != 0; })) continue;
+        paths.push_back(MakePath(std::move(atoms), bonds));
+      }
+    }
+  }
+
+ private:
+  // The atoms along a bond path, in order.
+  std::vector<int> AtomsOf(const RDKit::PATH_TYPE& bonds) const {
+    const RDKit::Bond* first = mol_.getBondWithIdx(bonds.front());
+    int atom = static_cast<int>(first->getBeginAtomIdx());
+    if (bonds.size() > 1) {
+      const RDKit::Bond* second = mol_.getBondWithIdx(bonds[1]);
+      if (second->getBeginAtomIdx() == static_cast<unsigned int>(atom) ||
+          second->getEndAtomIdx() == static_cast<unsigned int>(atom)) {
+        atom = static_cast<int>(first->getEndAtomIdx());
+      }
+    }
+    std::vector<int> atoms{atom};
+    for (int bond : bonds) {
+      atom = static_cast<int>(mol_.getBondWithIdx(bond)->getOtherAtomIdx(atom));
+      atoms.push_back(atom);
+    }
+    return atoms;
+  }
+
+  // The path spelt in its smaller direction and hashed: the same path read
+  // from either end lands in one bin.
+  ZqVseprPath MakePath(std::vector<int> atoms, std::vector<int> bonds) const {
+    std::vector<std::uint32_t> spelling;
+    spelling.reserve(atoms.size() + bonds.size());
+    for (std::size_t i = 0; i < atoms.size(); ++i) {
+      spelling.push_back(atomTypes_[atoms[i]]);
+      if (i < bonds.size()) spelling.push_back(bondTypes_[bonds[i]]);
+    }
+    if (std::lexicographical_compare(spelling.rbegin(), spelling.rend(), spelling.begin(), spelling.end())) {
+      std::reverse(spelling.begin(), spelling.end());
+    }
+    std::uint64_t hash = Mix(spelling.size());
+    for (std::uint32_t code : spelling) hash = Mix(hash ^ code);
+    ZqVseprPath path;
+    path.bin = static_cast<std::uint32_t>(hash >> (64 - kBinBits));
+    path.weight = options_.GetWeightByLength() ? std::max<std::uint32_t>(1, bonds.size()) : 1;
+    path.atoms = std::move(atoms);
+    path.bonds = std::move(bonds);
+    return path;
+  }
+
+  const RDKit::ROMol& mol_;
+  const ZqVseprOptions& options_;
+  std::vector<std::uint32_t> atomTypes_;
+  std::vector<std::uint32_t> bondTypes_;
+};
+
+}  // namespace
+
+std::vector<ZqVseprPath> ZqFindVseprPaths(const RDKit::ROMol& mol, const ZqVseprOptions& options) {
+  const unsigned int upper = std::min(options.GetMaxPathLength(), ZqVseprOptions::kMaxPathLength);
+  const unsigned int lower = std::min(options.GetMinPathLength(), ZqVseprOptions::kMaxPathLength);
+  const PathFinder finder(mol, options);
+  std::vector<ZqVseprPath> paths;
+  if (lower <= upper) finder.Add(lower, upper, nullptr, paths);
+  if (!options.GetForcePathsOut()) return paths;
+
+  // Hydrogens need no path; heavy atoms that the paths missed get the
+  // longest shorter paths through them.
+  std::vector<char> covered(mol.getNumAtoms(), 0);
+  for (const RDKit::Atom* atom : mol.atoms()) covered[atom->getIdx()] = IsHeavy(*atom) ? 0 : 1;
+  for (const ZqVseprPath& path : paths) {
+    for (int atom : path.atoms) covered[atom] = 1;
+  }
+  for (int length = static_cast<int>(std::min(lower, upper + 1)) - 1; length >= 0; --length) {
+    std::vector<char> missed(covered.size());
+    std::transform(covered.begin(), covered.end(), missed.begin(), [](char c) { return static_cast<char>(!c); });
+    if (std::none_of(missed.begin(), missed.end(), [](char m) { return m != 0; })) break;
+    const std::size_t before = paths.size();
+    finder.Add(static_cast<unsigned int>(length), static_cast<unsigned int>(length), &missed, paths);
+    for (std::size_t p = before; p < paths.size(); ++p) {
+      for (int atom : paths[p].atoms) covered[atom] = 1;
+    }
+  }
+  return paths;
+}
+
+}  // namespace Printex

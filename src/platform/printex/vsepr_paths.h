@@ -1,0 +1,25 @@
+// The paths of a molecule that make its Vsepr fingerprint, with the atoms
+// and bonds of each, so that atoms and bonds can pick out their own.
+#pragma once
+
+#include <GraphMol/ROMol.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "varimo/platform/printex/vsepr_fingerprint.h"
+
+namespace Printex {
+
+struct ZqVseprPath {
+  std::uint32_t bin;     // below ZqVseprFingerprint::kNumBins
+  std::uint32_t weight;  // 1, or the length with WeightByLength
+  std::vector<int> atoms;
+  std::vector<int> bonds;  // empty for an atom alone
+};
+
+// Every path of the chosen lengths between heavy atoms, each once, and the
+// shorter paths that ForcePathsOut adds.
+std::vector<ZqVseprPath> ZqFindVseprPaths(const RDKit::ROMol& mol, const ZqVseprOptions& options);
+
+}  // namespace Printex
