@@ -26,15 +26,28 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
   bool AddUnmeasuredTraining(const Molkit::ZqMCMolBase& mol, double response) override {
     return Add(mol, response, true);
   }
-  bool Train() override { return krige_.Train(); }
-  bool Train(ZqKrigeKernelBase& kernel) override { return krige_.Train(kernel); }
-  bool TrainFixed(const ZqKrigeKernelBase& kernel) override { return krige_.TrainFixed(kernel); }
+  // The view of the training records is made here, before queries that
+  // may run concurrently.
+  bool Train() override {
+    training_.GetView();
+    return krige_.Train();
+  }
+  bool Train(ZqKrigeKernelBase& kernel) override {
+    training_.GetView();
+    return krige_.Train(kernel);
+  }
+  bool TrainFixed(const ZqKrigeKernelBase& kernel) override {
+    training_.GetView();
+    return krige_.TrainFixed(kernel);
+  }
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const override { return Result(*this, mol); }
   ZqVariogram GetVariogram() override { return krige_.GetVariogram(); }
   ZqVariogram GetVariogram() const override { return krige_.GetVariogram(); }
+  ZqKrigeKernel GetKernel() override { return krige_.GetKernel(); }
+  ZqKrigeKernel GetKernel() const override { return krige_.GetKernel(); }
   void Clear() override;
   ZqMolKrigeImpl* CreateCopy() const override { return new ZqVseprMolKrigeImpl(*this); }
 

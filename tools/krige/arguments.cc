@@ -1,6 +1,7 @@
 #include "arguments.h"
 
 #include <cstddef>
+#include <fstream>
 
 #include "varimo/platform/corvane/strings.h"
 
@@ -12,6 +13,11 @@ const char* HelpText() {
                     [--drift C1,C2,...] [--kernel NAME] [--variogram VARIOGRAM.csv]
                     [--local K [--predict-training] [--max-variogram-size M]]
                     [--quiet]
+       varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv
+                    [--contributions CONTRIB.csv] [--local K] [--drift TAG,...]
+                    [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
+       varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
+                    [--local K] [--drift TAG,...] [--threads N]
 
 Kriges the rows of a CSV file (a header line of column names, then one line per
 element) and predicts the rows of another.
@@ -53,6 +59,32 @@ element) and predicts the rows of another.
   --quiet                no progress lines
   --help                 this text
 
+Molecules. When --train is a molecule file (MOLS: an SD file .sdf or .sdf.gz;
+a SMILES file .smi, each line a SMILES, a name, then further columns, with an
+optional header line starting "smiles" that names them; or a CSV file with a
+"smiles" column, its name taken from a "name" or "id" column), the elements
+are molecules and the distance is one minus the Tanimoto coefficient of their
+Vsepr path fingerprints. The response and the drift are SD data fields (or
+columns) of that name.
+  --out PRED.csv         "row,name,prediction,variance,neighbours" per read
+                         record of QUERY (row: the record's number in QUERY from
+                         0); neighbours: the names of the three training
+                         molecules of largest weight, separated by ';'
+  --contributions FILE   "row,atom,contribution" for each heavy atom of each
+                         query (atom: its index in the record from 0): how much
+                         the atom moves the prediction away from the mean of the
+                         training responses
+  --drift TAG,...        universal kriging around a drift linear in these fields
+  --save MODEL.vkm       write the trained model (format described in the README)
+  --load MODEL.vkm       read a saved model instead of --train and --response
+  --threads N            predict N queries at a time; the same numbers as one
+  cv                     K-fold cross-validation (--folds K, default 5; records
+                         shuffled with --seed S, default 1); ends with the lines
+                         "RMSE x", "R2 x" and "coverage95 x" (the fraction of
+                         held-out values within prediction +- 1.96 sqrt(variance))
+Records that cannot be read, or lack a numeric response, are left out with a
+message naming the record.
+
 Training rows with a missing response, feature or drift value are left out.
 Prints "kernel: NAME sill=S nugget=N range=R" for the trained kernel. With more
 than 300 rows in QUERY.csv, reports "varimo-krige: predicted N/TOTAL" on
@@ -89,9 +121,73 @@ bool ParseCount(const std::string& flag, const std::string& value, unsigned int&
 
 }  // namespace
 
+bool IsMoleculeFile(const std::string& path) {
+  auto endsWith = [&](const std::string& suffix) {
+    return path.size() >= suffix.size() && path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
+  };
+  if (endsWith(".sdf") || endsWith(".sdf.gz") || endsWith(".smi") || endsWith(".smi.gz")) return true;
+  if (!endsWith(".csv")) return false;
+  std::ifstream in(path);
+  std::string header;
+  std::getline(in, header);
+  std::vector<std::string> names;
+  Corvane::ZqStringTokenizeQuoted(names, header, ",", "\"", false);
+  for (std::string& name : names) {
+    name = Corvane::ZqStringStripWhiteSpace(name);
+    if (Corvane::ZqStringUpper(name) == "SMILES") return true;
+  }
+  return false;
+}
+
+namespace {
+
+// What the arguments are missing or combine wrongly, for molecule files;
+// empty when nothing.
+std::string MoleculeConflict(const Arguments& parsed) {
+  if (!parsed.features.empty()) return "--features is only for CSV files of numbers";
+  if (parsed.simple) return "--model simple is only for CSV files of numbers";
+  if (!parsed.kernelName.empty()) return "--kernel is only for CSV files of numbers";
+  if (!parsed.variogramPath.empty()) return "--variogram is only for CSV files of numbers";
+  if (parsed.universal && parsed.drift.empty()) return "--model universal needs --drift TAG,...";
+  if (parsed.crossValidate) {
+    if (parsed.trainPath.empty()) return "missing --train (see --help)";
+    if (parsed.responseName.empty()) return "missing --response (see --help)";
+    if (!parsed.predictPath.empty() || !parsed.outPath.empty() || !parsed.savePath.empty() ||
+        !parsed.loadPath.empty() || !parsed.contributionsPath.empty()) {
+      return "cv takes no --predict, --out, --contributions, --save or --load";
+    }
+    if (parsed.folds < 2) return "--folds must be at least 2";
+    return {};
+  }
+  if (!parsed.loadPath.empty()) {
+    if (!parsed.trainPath.empty() || !parsed.responseName.empty()) {
+      return "--load replaces --train and --response";
+    }
+    if (!parsed.drift.empty() || parsed.numLocal > 0) return "--load takes the model's own --drift and --local";
+  } else {
+    if (parsed.trainPath.empty()) return "missing --train (see --help)";
+    if (parsed.responseName.empty()) return "missing --response (see --help)";
+  }
+  // Training only, to save the model, needs no query.
+  if (parsed.predictPath.empty() && parsed.outPath.empty() && !parsed.savePath.empty()) {
+    if (!parsed.contributionsPath.empty()) return "--contributions needs --predict";
+    return {};
+  }
+  if (parsed.predictPath.empty()) return "missing --predict (see --help)";
+  if (parsed.outPath.empty()) return "missing --out (see --help)";
+  return {};
+}
+
+}  // namespace
+
 std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, std::string& error) {
   Arguments parsed;
-  for (std::size_t i = 0; i < args.size(); ++i) {
+  std::size_t first = 0;
+  if (!args.empty() && args.front() == "cv") {
+    parsed.crossValidate = true;
+    first = 1;
+  }
+  for (std::size_t i = first; i < args.size(); ++i) {
     const std::string& flag = args[i];
     if (flag == "--help" || flag == "-h") {
       parsed.help = true;
@@ -108,8 +204,12 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (flag == "--out") target = &parsed.outPath;
     if (flag == "--kernel") target = &parsed.kernelName;
     if (flag == "--variogram") target = &parsed.variogramPath;
+    if (flag == "--contributions") target = &parsed.contributionsPath;
+    if (flag == "--save") target = &parsed.savePath;
+    if (flag == "--load") target = &parsed.loadPath;
     const bool known = target || flag == "--features" || flag == "--drift" || flag == "--model" ||
-                       flag == "--local" || flag == "--max-variogram-size";
+                       flag == "--local" || flag == "--max-variogram-size" || flag == "--threads" ||
+                       flag == "--folds" || flag == "--seed";
     if (!known) {
       error = "unknown option " + flag + " (see --help)";
       return std::nullopt;
@@ -126,6 +226,11 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       valid = ParseNames(flag, value, flag == "--drift" ? parsed.drift : parsed.features, error);
     } else if (flag == "--local") {
       valid = ParseCount(flag, value, parsed.numLocal, error);
+    } else if (flag == "--threads" || flag == "--folds") {
+      valid = ParseCount(flag, value, flag == "--threads" ? parsed.threads : parsed.folds, error);
+    } else if (flag == "--seed") {
+      valid = Corvane::ZqStringToNumber(value, parsed.seed);
+      if (!valid) error = "--seed must be a whole number, not " + value;
     } else if (flag == "--max-variogram-size") {
       unsigned int size = 0;
       valid = ParseCount(flag, value, size, error);
@@ -138,6 +243,16 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       valid = false;
     }
     if (!valid) return std::nullopt;
+  }
+  parsed.molecules = parsed.crossValidate || !parsed.loadPath.empty() || IsMoleculeFile(parsed.trainPath);
+  if (parsed.molecules) {
+    error = MoleculeConflict(parsed);
+    if (!error.empty()) return std::nullopt;
+    return parsed;
+  }
+  if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1) {
+    error = "--contributions, --save and --threads are only for molecule files (see --help)";
+    return std::nullopt;
   }
   const std::pair<const char*, const std::string*> required[] = {{"--train", &parsed.trainPath},
                                                                  {"--response", &parsed.responseName},

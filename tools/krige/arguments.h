@@ -23,7 +23,21 @@ struct Arguments {
   std::optional<unsigned int> maxVariogramSize;  // only with numLocal; nothing: the library's default
   bool quiet = false;                 // no progress lines
   bool help = false;
+
+  // Molecule files only.
+  bool molecules = false;             // --train (or --predict with --load) is a molecule file
+  bool crossValidate = false;         // the cv command
+  unsigned int folds = 5;
+  unsigned int seed = 1;
+  std::string contributionsPath;      // empty: no contributions file
+  std::string savePath;               // empty: the model is not saved
+  std::string loadPath;               // empty: trained from --train
+  unsigned int threads = 1;
 };
+
+// Whether the path names a molecule file: .sdf, .sdf.gz, .smi, .smi.gz, or
+// a .csv file whose header has a "smiles" column (any case).
+bool IsMoleculeFile(const std::string& path);
 
 // The arguments, or nothing with `error` set to a one-line message.
 std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, std::string& error);

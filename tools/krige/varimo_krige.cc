@@ -14,6 +14,9 @@
 #include "feature_table.h"
 #include "progress.h"
 #include "trailing_drift.h"
+#ifdef VARIMO_KRIGE_MOLECULES
+#include "mol_mode.h"
+#endif
 #include "varimo/krige/kd_tree_search.h"
 #include "varimo/krige/vector_krige.h"
 
@@ -138,6 +141,13 @@ int main(int argc, char** argv) {
   if (args->help) {
     std::fputs(HelpText(), stdout);
     return 0;
+  }
+  if (args->molecules) {
+#ifdef VARIMO_KRIGE_MOLECULES
+    return args->crossValidate ? RunCrossValidation(*args) : RunMolecules(*args);
+#else
+    return Fail("this varimo-krige was built without RDKit and reads no molecule files");
+#endif
   }
 
   const std::optional<CsvTable> train = LoadCsv(args->trainPath, error);

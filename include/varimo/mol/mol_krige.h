@@ -127,6 +127,10 @@ class ZqMolKrigeImpl {
   virtual ZqVariogram GetVariogram() const = 0;
   virtual void Clear() = 0;
   virtual ZqMolKrigeImpl* CreateCopy() const = 0;
+  // The kernel of a trained model (a local model's best ranked one); the
+  // const call trains a copy when needed.
+  virtual ZqKrigeKernel GetKernel() = 0;
+  virtual ZqKrigeKernel GetKernel() const = 0;
 };
 
 using ZqMolDistanceFxn = ZqKrigeDistanceFxn<Molkit::ZqMolBase>;
@@ -178,6 +182,8 @@ class ZqMolKrige {
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const { return std::as_const(*impl_).GetResult(mol); }
   ZqVariogram GetVariogram() { return impl_->GetVariogram(); }
   ZqVariogram GetVariogram() const { return std::as_const(*impl_).GetVariogram(); }
+  ZqKrigeKernel GetKernel() { return impl_->GetKernel(); }
+  ZqKrigeKernel GetKernel() const { return std::as_const(*impl_).GetKernel(); }
   // Removes the training data; results made before stay valid.
   void Clear() { impl_->Clear(); }
 

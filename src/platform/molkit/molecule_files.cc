@@ -124,7 +124,7 @@ std::unique_ptr<ZqMolBase> ZqMolFromMolBlock(const std::string& block, std::stri
 }
 
 void ZqReadSDText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                  std::vector<std::string>& errors) {
+                  std::vector<std::string>& errors, std::vector<std::size_t>* records) {
   std::vector<std::string> record;
   std::size_t number = 0;
   auto finish = [&] {
@@ -136,6 +136,7 @@ void ZqReadSDText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase
       std::string error;
       if (std::unique_ptr<ZqMolBase> mol = RecordToMol(record, error)) {
         mols.push_back(std::move(mol));
+        if (records) records->push_back(number);
       } else {
         errors.push_back(Describe(number, record.front()) + ": " + error);
       }
@@ -153,15 +154,15 @@ void ZqReadSDText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase
 }
 
 bool ZqReadSDFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                  std::vector<std::string>& errors) {
+                  std::vector<std::string>& errors, std::vector<std::size_t>* records) {
   std::string text;
   if (!ReadWholeFile(path, text)) return false;
-  ZqReadSDText(text, mols, errors);
+  ZqReadSDText(text, mols, errors, records);
   return true;
 }
 
 void ZqReadSmilesText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                      std::vector<std::string>& errors) {
+                      std::vector<std::string>& errors, std::vector<std::size_t>* records) {
   std::vector<std::string> names;
   std::size_t number = 0;
   bool first = true;
@@ -187,15 +188,24 @@ void ZqReadSmilesText(const std::string& text, std::vector<std::unique_ptr<ZqMol
       mol->SetSDData(c < names.size() ? names[c] : "column " + std::to_string(c + 1), columns[c]);
     }
     mols.push_back(std::move(mol));
+    if (records) records->push_back(number);
   }
 }
 
 bool ZqReadSmilesFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                      std::vector<std::string>& errors) {
+                      std::vector<std::string>& errors, std::vector<std::size_t>* records) {
   std::string text;
   if (!ReadWholeFile(path, text)) return false;
-  ZqReadSmilesText(text, mols, errors);
+  ZqReadSmilesText(text, mols, errors, records);
   return true;
+}
+
+std::string ZqMolToSDRecord(const ZqMolBase& mol) {
+  std::string block = RDKit::MolToMolBlock(mol.GetGraph().mol);
+  // The first line of a mol block is the name: ours, whatever RDKit kept.
+  block = mol.GetName() + block.substr(std::min(block.find('\n'), block.size()));
+  for (const auto& [tag, text] : mol.GetSDDataFields()) block += ">  <" + tag + ">\n" + text + "\n\n";
+  return block + "$$$$\n";
 }
 
 }  // namespace Molkit

@@ -110,6 +110,31 @@ class PathFinder {
     return atoms;
   }
 
+  // A path that closes a ring has no ends: where it starts depends on the
+  // atom order of the input. It is spelt from the atom and in the
+  // direction that give the smallest spelling, so that the same ring
+  // always gives the same feature.
+  static std::vector<std::uint32_t> SmallestRingSpelling(const std::vector<std::uint32_t>& spelling) {
+    // atom, bond, atom, ..., bond, first atom again: the cycle is all but
+    // the last entry.
+    std::vector<std::uint32_t> cycle(spelling.begin(), spelling.end() - 1);
+    const std::size_t n = cycle.size();
+    std::vector<std::uint32_t> best;
+    std::vector<std::uint32_t> candidate(n + 1);
+    for (int direction = 0; direction < 2; ++direction) {
+      for (std::size_t start = 0; start < n; start += 2) {
+        for (std::size_t k = 0; k <= n; ++k) {
+          // Forwards atom, bond, atom ...; backwards atom, the bond before
+          // it, the atom before that ...
+          const std::size_t at = direction == 0 ? (start + k) % n : (start + n - k) % n;
+          candidate[k] = cycle[at];
+        }
+        if (best.empty() || candidate < best) best = candidate;
+      }
+    }
+    return best;
+  }
+
   // The path spelt in its smaller direction and hashed: the same path read
   // from either end lands in one bin.
   ZqVseprPath MakePath(std::vector<int> atoms, std::vector<int> bonds) const {
@@ -119,7 +144,9 @@ class PathFinder {
       spelling.push_back(atomTypes_[atoms[i]]);
       if (i < bonds.size()) spelling.push_back(bondTypes_[bonds[i]]);
     }
-    if (std::lexicographical_compare(spelling.rbegin(), spelling.rend(), spelling.begin(), spelling.end())) {
+    if (bonds.size() > 2 && atoms.front() == atoms.back()) {
+      spelling = SmallestRingSpelling(spelling);
+    } else if (std::lexicographical_compare(spelling.rbegin(), spelling.rend(), spelling.begin(), spelling.end())) {
       std::reverse(spelling.begin(), spelling.end());
     }
     std::uint64_t hash = Mix(spelling.size());

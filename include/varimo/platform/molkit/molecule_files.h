@@ -10,6 +10,7 @@
 // may be gzip-compressed (bzr.sdf.gz): they are read through zlib.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,12 +21,13 @@ namespace Molkit {
 
 // Every record of an SD file: its mol block and all its data fields, kept
 // as SD data in record order. False when the file cannot be opened, or a
-// compressed one is corrupt.
+// compressed one is corrupt. With `records`, the number (from 1) of each
+// molecule's record, parallel to `mols`: where the left-out ones were.
 bool ZqReadSDFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                  std::vector<std::string>& errors);
+                  std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
 // The same from the text of an SD file.
 void ZqReadSDText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                  std::vector<std::string>& errors);
+                  std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
 
 // A SMILES file: per line a SMILES, then a name, then further columns,
 // separated by blanks, tabs or commas. A first line whose first column is
@@ -34,8 +36,12 @@ void ZqReadSDText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase
 // ... without a header. Blank lines and lines starting with '#' are
 // skipped. False when the file cannot be opened.
 bool ZqReadSmilesFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                      std::vector<std::string>& errors);
+                      std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
 void ZqReadSmilesText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
-                      std::vector<std::string>& errors);
+                      std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
+
+// An SD record of the molecule: its mol block (RDKit's writer, the name on
+// the first line) and its SD data fields, ending with "$$$$".
+std::string ZqMolToSDRecord(const ZqMolBase& mol);
 
 }  // namespace Molkit

@@ -45,11 +45,14 @@
 //   so that stereoisomers differ.
 //
 // Defaults: paths of 1 to 6 bonds, paths forced out, unweighted, stereo
-// blind. Six bonds span a ring with a substituent; longer paths added
-// nothing in cross-validation of pIC50 on two series (bzr, a kinase
-// series of 1017 compounds) and cost time. Length weighting and stereo
-// did not help there either; stereo is often missing or arbitrary in
-// activity files.
+// blind, chosen by 5-fold cross-validation of pIC50 (two seeds) on two
+// series: bzr (163 molecules) and a series of 1017 sulfonamides. Mean RMSE
+// for maximum lengths 3, 4, 5, 6, 7, 8: 0.81, 0.82, 0.82, 0.82, 0.83, 0.84 on
+// bzr and 0.56, 0.55, 0.53, 0.52, 0.52, 0.53 on the larger series. Six
+// bonds span a ring with its substituent; longer paths cost time and lost
+// on bzr. Atoms as features (minimum 0), length weighting and stereo
+// changed the RMSE by less than 0.005 on both; stereo is often missing or
+// arbitrary in activity files, so it stays off.
 #pragma once
 
 #include <cstddef>
