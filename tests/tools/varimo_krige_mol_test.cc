@@ -1,0 +1,237 @@
+// varimo-krige on molecule files: bzr.sdf (RDKit's sample data, pIC50 in
+// ACTIVITY) split into training and query files, and small SMILES files
+// made here. The output formats exactly, the numbers against the library's
+// ZqMolKrige on the same molecules, saved models and threads giving the
+// same bytes, cross-validation's closing lines, and a message naming the
+// record for every bad one.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "varimo/mol/mol_krige.h"
+#include "varimo/platform/corvane/strings.h"
+#include "varimo/platform/molkit/molecule_files.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using Mols = std::vector<std::unique_ptr<Molkit::ZqMolBase>>;
+
+constexpr const char* kBzr = "/usr/share/RDKit/Projects/DbCLI/testData/bzr.sdf";
+
+struct Outcome {
+  int status;
+  std::string out, err;
+};
+
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+void Write(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
+std::string Scratch(const std::string& name) {
+  const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+  return ::testing::TempDir() + "varimo_krige_mol_" + test + "_" + std::to_string(getpid()) + "_" + name;
+}
+
+Outcome Krige(const std::string& args) {
+  const std::string out = Scratch("stdout"), err = Scratch("stderr");
+  const int raw = std::system((std::string(VARIMO_KRIGE_PROGRAM) + " " + args + " >" + out + " 2>" + err).c_str());
+  return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+std::string SeventeenDigits(double value) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%.17g", value);
+  return text;
+}
+
+// bzr split: every 8th record is a query, the others train.
+class BzrSplit : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::vector<std::string> errors;
+    ASSERT_TRUE(Molkit::ZqReadSDFile(kBzr, all_, errors));
+    ASSERT_EQ(all_.size(), 163u);
+    std::string train, query;
+    for (std::size_t i = 0; i < all_.size(); ++i) (i % 8 == 0 ? query : train) += Molkit::ZqMolToSDRecord(*all_[i]);
+    trainPath_ = Scratch("train.sdf");
+    queryPath_ = Scratch("query.sdf");
+    Write(trainPath_, train);
+    Write(queryPath_, query);
+  }
+  std::string Files() const { return "--train " + trainPath_ + " --response ACTIVITY --predict " + queryPath_; }
+
+  Mols all_;
+  std::string trainPath_, queryPath_;
+};
+
+TEST_F(BzrSplit, PredictionsMatchTheLibraryInTheirExactFormat) {
+  const std::string pred = Scratch("pred.csv"), contrib = Scratch("contrib.csv");
+  const Outcome run = Krige(Files() + " --out " + pred + " --contributions " + contrib);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, ::testing::StartsWith("kernel: "));
+
+  Varimo::ZqMolKrige model{Varimo::ZqGlobalKrigeOptions()};
+  double sum = 0.0;
+  for (std::size_t i = 0; i < all_.size(); ++i) {
+    if (i % 8 == 0) continue;
+    const double y = std::stod(all_[i]->GetSDData("ACTIVITY"));
+    ASSERT_TRUE(model.AddTraining(*all_[i], y));
+    sum += y;
+  }
+  ASSERT_TRUE(model.Train());
+  const double mean = sum / 142.0;
+
+  const std::vector<std::string> lines = Lines(Slurp(pred));
+  ASSERT_EQ(lines.size(), 22u);
+  EXPECT_EQ(lines[0], "row,name,prediction,variance,neighbours");
+  std::vector<std::string> contributions = Lines(Slurp(contrib));
+  EXPECT_EQ(contributions.at(0), "row,atom,contribution");
+  std::size_t contributionLine = 1;
+  for (std::size_t q = 0; q < 21; ++q) {
+    const Molkit::ZqMolBase& mol = *all_[q * 8];
+    Varimo::ZqMolKrigeResult result = model.GetResult(mol);
+    std::vector<std::string> fields;
+    Corvane::ZqStringTokenize(fields, lines[q + 1], ",", false);
+    ASSERT_EQ(fields.size(), 5u) << lines[q + 1];
+    EXPECT_EQ(fields[0], std::to_string(q));
+    EXPECT_EQ(fields[1], mol.GetName());
+    EXPECT_EQ(fields[2], SeventeenDigits(result.GetResponse()));
+    EXPECT_EQ(fields[3], SeventeenDigits(result.GetVariance()));
+    // The neighbours: three names, the largest weight first.
+    const std::vector<std::string> names = [&] {
+      std::vector<std::string> split;
+      Corvane::ZqStringTokenize(split, fields[4], ";", false);
+      return split;
+    }();
+    ASSERT_EQ(names.size(), 3u);
+    double best = 0.0;
+    std::string bestName;
+    for (unsigned int e = 0; e < result.GetNumElements(); ++e) {
+      if (result.GetElementWeight(e) > best) best = result.GetElementWeight(e), bestName = result.GetElement(e).GetName();
+    }
+    EXPECT_EQ(names[0], bestName);
+    // One line per heavy atom, measured against the training mean.
+    const std::vector<double> expected = result.GetAtomContributions(mol, mean);
+    for (std::size_t a = 0; a < mol.GetNumAtoms(); ++a) {
+      if (Molkit::ZqIsHydrogen(mol.GetAtom(a))) continue;
+      ASSERT_LT(contributionLine, contributions.size());
+      EXPECT_EQ(contributions[contributionLine++],
+                std::to_string(q) + "," + std::to_string(a) + "," + SeventeenDigits(expected[a]));
+    }
+  }
+  EXPECT_EQ(contributionLine, contributions.size());
+}
+
+TEST_F(BzrSplit, SavedModelsAndThreadsGiveTheSameBytes) {
+  const std::string model = Scratch("model.vkm"), first = Scratch("first.csv"), second = Scratch("second.csv");
+  ASSERT_EQ(Krige(Files() + " --out " + first + " --save " + model).status, 0);
+  const Outcome loaded = Krige("--load " + model + " --predict " + queryPath_ + " --out " + second + " --threads 3");
+  ASSERT_EQ(loaded.status, 0) << loaded.err;
+  EXPECT_EQ(Slurp(first), Slurp(second));
+
+  // Training only, to save; the model file is versioned text.
+  ASSERT_EQ(Krige("--train " + trainPath_ + " --response ACTIVITY --save " + model).status, 0);
+  const std::string text = Slurp(model);
+  EXPECT_THAT(text, ::testing::StartsWith("varimo-krige molecule model 1\nfingerprint 6 1 1 0 0\nlocal 0\n"));
+
+  std::string corrupt = text;
+  corrupt[corrupt.size() / 2] ^= 0x01;
+  Write(model, corrupt);
+  Outcome refused = Krige("--load " + model + " --predict " + queryPath_ + " --out " + second);
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_THAT(refused.err, HasSubstr("corrupt (checksum does not match)"));
+  Write(model, text.substr(0, text.size() / 3));
+  refused = Krige("--load " + model + " --predict " + queryPath_ + " --out " + second);
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_THAT(refused.err, HasSubstr("cut short"));
+  Write(model, "not a model\n");
+  EXPECT_THAT(Krige("--load " + model + " --predict " + queryPath_ + " --out " + second).err,
+              HasSubstr("not a varimo-krige molecule model"));
+}
+
+TEST_F(BzrSplit, CrossValidationEndsWithItsThreeLines) {
+  const Outcome run = Krige("cv --train " + std::string(kBzr) + " --response ACTIVITY --folds 3 --seed 7");
+  ASSERT_EQ(run.status, 0) << run.err;
+  const std::vector<std::string> lines = Lines(run.out);
+  ASSERT_EQ(lines.size(), 6u) << run.out;
+  EXPECT_THAT(lines[0], ::testing::MatchesRegex("fold 1/3: 55 held out, kernel .*"));
+  const std::regex number("-?[0-9.]+(e[-+][0-9]+)?");
+  EXPECT_TRUE(std::regex_match(lines[3].substr(5), number) && lines[3].rfind("RMSE ", 0) == 0) << lines[3];
+  EXPECT_TRUE(std::regex_match(lines[4].substr(3), number) && lines[4].rfind("R2 ", 0) == 0) << lines[4];
+  ASSERT_EQ(lines[5].rfind("coverage95 ", 0), 0u) << lines[5];
+  const double coverage = std::stod(lines[5].substr(11));
+  EXPECT_GT(coverage, 0.8);
+  EXPECT_LE(coverage, 1.0);
+  // The same seed gives the same folds and figures.
+  EXPECT_EQ(Krige("cv --train " + std::string(kBzr) + " --response ACTIVITY --folds 3 --seed 7").out, run.out);
+}
+
+TEST(VarimoKrigeMolecules, BadRecordsAreNamedAndLeftOut) {
+  const std::string smi = Scratch("train.smi"), csv = Scratch("query.csv"), pred = Scratch("pred.csv");
+  Write(smi,
+        "smiles name pIC50\n"
+        "c1ccccc1O phenol 5.0\nCc1ccccc1O cresol 5.5\nCCc1ccccc1O ethylphenol 6.0\nc1ccccc1N aniline 4.0\n"
+        "Cc1ccccc1N toluidine 4.5\nc1ccccc1Cl chlorobenzene 3.0\nCc1ccccc1Cl chlorotoluene 3.5\n"
+        "OCc1ccccc1 benzylalcohol 4.8\nc1ccc1(((C bad 5.0\nC1CCCCC1 cyclohexane n/a\n[H][H] hydrogen 1.0\n"
+        "CCO ethanol\n");
+  Write(csv, "id,SMILES,note\nq1,Cc1ccccc1O,\"a, quoted note\"\nq2,not-a-smiles,x\n");
+  const Outcome run = Krige("--train " + smi + " --response pIC50 --predict " + csv + " --out " + pred);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 9 (bad): "));
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 10 (cyclohexane): pIC50 is not a number: 'n/a'"));
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 11 (hydrogen): no heavy atoms"));
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 12 (ethanol): no pIC50"));
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 2 (q2): "));
+  const std::vector<std::string> lines = Lines(Slurp(pred));
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_THAT(lines[1], ::testing::StartsWith("0,q1,"));
+
+  Write(smi, "");
+  const Outcome empty = Krige("--train " + smi + " --response pIC50 --predict " + csv + " --out " + pred);
+  EXPECT_EQ(empty.status, 2);
+  EXPECT_THAT(empty.err, HasSubstr("holds no molecule"));
+}
+
+TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
+  const std::string sdf = std::string(" --train ") + kBzr;
+  const std::pair<std::string, std::string> cases[] = {
+      {"--load m.vkm" + sdf + " --response ACTIVITY --predict q.sdf --out p.csv",
+       "--load replaces --train and --response"},
+      {"cv" + sdf + " --response ACTIVITY --predict q.sdf", "cv takes no --predict"},
+      {"cv" + sdf + " --response ACTIVITY --folds 1", "--folds must be at least 2"},
+      {sdf + " --response ACTIVITY --model simple --predict q.sdf --out p.csv",
+       "--model simple is only for CSV files of numbers"},
+      {sdf + " --response ACTIVITY --predict q.sdf", "missing --out"},
+      {"--load " + Scratch("absent.vkm") + " --predict q.sdf --out p.csv", "cannot read"},
+  };
+  for (const auto& [args, message] : cases) {
+    const Outcome run = Krige(args);
+    EXPECT_EQ(run.status, 2) << args;
+    EXPECT_THAT(run.err, HasSubstr(message)) << args;
+  }
+}
+
+}  // namespace
