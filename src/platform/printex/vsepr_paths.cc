@@ -110,6 +110,37 @@ class PathFinder {
     return atoms;
   }
 
+  // Atom, bond, atom, ... along the path.
+  std::vector<std::uint32_t> Spell(const std::vector<int>& atoms, const std::vector<int>& bonds) const {
+    std::vector<std::uint32_t> spelling;
+    spelling.reserve(atoms.size() + bonds.size());
+    for (std::size_t i = 0; i < atoms.size(); ++i) {
+      spelling.push_back(atomTypes_[atoms[i]]);
+      if (i < bonds.size()) spelling.push_back(bondTypes_[bonds[i]]);
+    }
+    return spelling;
+  }
+
+  // A path that runs into a ring and around it back to atom `joint` (a
+  // ring on a tail) can go round the ring either way, and which way RDKit
+  // reports depends on the atom order. Both ways are spelt, each from
+  // either end, and the smallest spelling is the path's.
+  std::vector<std::uint32_t> SmallestLassoSpelling(const std::vector<int>& atoms, const std::vector<int>& bonds,
+                                                   std::size_t joint) const {
+    std::vector<int> otherAtoms(atoms.begin(), atoms.begin() + static_cast<std::ptrdiff_t>(joint) + 1);
+    std::vector<int> otherBonds(bonds.begin(), bonds.begin() + static_cast<std::ptrdiff_t>(joint));
+    for (std::size_t i = atoms.size() - 1; i-- > joint + 1;) otherAtoms.push_back(atoms[i]);
+    otherAtoms.push_back(atoms[joint]);
+    for (std::size_t i = bonds.size(); i-- > joint;) otherBonds.push_back(bonds[i]);
+    std::vector<std::uint32_t> best;
+    for (const std::vector<std::uint32_t>& walk : {Spell(atoms, bonds), Spell(otherAtoms, otherBonds)}) {
+      const std::vector<std::uint32_t> reversed(walk.rbegin(), walk.rend());
+      if (best.empty() || walk < best) best = walk;
+      if (reversed < best) best = reversed;
+    }
+    return best;
+  }
+
   // A path that closes a ring has no ends: where it starts depends on the
   // atom order of the input. It is spelt from the atom and in the
   // direction that give the smallest spelling, so that the same ring
@@ -138,16 +169,14 @@ class PathFinder {
   // The path spelt in its smaller direction and hashed: the same path read
   // from either end lands in one bin.
   ZqVseprPath MakePath(std::vector<int> atoms, std::vector<int> bonds) const {
-    std::vector<std::uint32_t> spelling;
-    spelling.reserve(atoms.size() + bonds.size());
-    for (std::size_t i = 0; i < atoms.size(); ++i) {
-      spelling.push_back(atomTypes_[atoms[i]]);
-      if (i < bonds.size()) spelling.push_back(bondTypes_[bonds[i]]);
-    }
+    std::vector<std::uint32_t> spelling = Spell(atoms, bonds);
+    const auto loop = std::find(atoms.begin() + 1, atoms.end() - 1, atoms.back());
     if (bonds.size() > 2 && atoms.front() == atoms.back()) {
       spelling = SmallestRingSpelling(spelling);
-    } else if (std::lexicographical_compare(spelling.rbegin(), spelling.rend(), spelling.begin(), spelling.end())) {
-      std::reverse(spelling.begin(), spelling.end());
+    } else if (loop != atoms.end() - 1) {
+      spelling = SmallestLassoSpelling(atoms, bonds, static_cast<std::size_t>(loop - atoms.begin()));
+    } else {
+      spelling = std::min(spelling, std::vector<std::uint32_t>(spelling.rbegin(), spelling.rend()));
     }
     std::uint64_t hash = Mix(spelling.size());
     for (std::uint32_t code : spelling) hash = Mix(hash ^ code);

@@ -10,7 +10,11 @@
 // enter a path, so explicit and implicit hydrogens give one fingerprint).
 // A path is spelt as the alternating sequence of its atom and bond types,
 // read in whichever direction gives the smaller sequence, and hashed into
-// one of kNumBins bins. An atom's type is its element, aromaticity, number
+// one of kNumBins bins. RDKit closes a ring only with a path of the
+// longest length: such a path, and a path that runs round a ring back to
+// its own middle, is spelt from the atom and direction that give the
+// smallest spelling, so that a molecule's fingerprint never depends on the
+// order of its atoms in the file. An atom's type is its element, aromaticity, number
 // of heavy neighbours, hydrogen count (up to 3), formal charge and ring
 // membership; a bond's type is its order. A bin holds the summed weight of
 // the paths hashed into it, so that a feature occurring three times weighs
