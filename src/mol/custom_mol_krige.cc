@@ -49,15 +49,6 @@ std::unique_ptr<ZqKrigeBase<ZqMolContainer>> MakeModel(const ZqMolDistanceFxn& d
   return ZqCreateKrige<ZqMolContainer>(containerDistance, ZqMolContainerPropFxn(drift->GetSize()), options);
 }
 
-template <class M>
-const Molkit::ZqMolBase& KeptConformer(const M& mol) {
-  if constexpr (std::is_same_v<M, Molkit::ZqMCMolBase>) {
-    return mol.GetActiveConf();
-  } else {
-    return mol;
-  }
-}
-
 }  // namespace
 
 ZqCustomMolKrigeImpl::ZqCustomMolKrigeImpl(const ZqMolDistanceFxn& distance, const Molkit::ZqMolPropertyList* drift,
@@ -85,7 +76,7 @@ template <class M>
 bool ZqCustomMolKrigeImpl::Add(const M& mol, double response, bool unmeasured) {
   ZqMolContainer element;
   if (!Query(mol, element)) return false;
-  std::shared_ptr<const Molkit::ZqMolBase> copy(KeptConformer(mol).CreateCopy());
+  std::shared_ptr<const Molkit::ZqMolBase> copy(ZqKeptConformer(mol).CreateCopy());
   element.mol = copy;
   const unsigned int id = training_.GetNextID();
   const bool added = unmeasured ? krige_->AddUnmeasuredTrainingWithID(element, response, id)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 #include "varimo/mol/mol_krige.h"
@@ -38,6 +39,17 @@ class ZqMolKrigeTrainingLists {
   Corvane::ZqBitVector unmeasured_;
   std::shared_ptr<const ZqMolKrigeTrainingView> view_;
 };
+
+// What a model keeps of a training molecule: a multi-conformer molecule
+// is kept as its active conformer.
+template <class M>
+const Molkit::ZqMolBase& ZqKeptConformer(const M& mol) {
+  if constexpr (std::is_same_v<M, Molkit::ZqMCMolBase>) {
+    return mol.GetActiveConf();
+  } else {
+    return mol;
+  }
+}
 
 // The tag of the fingerprint kept on each training molecule of the Vsepr
 // model, from which the contributions of a result are made.

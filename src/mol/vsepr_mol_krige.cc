@@ -1,6 +1,5 @@
 #include "vsepr_mol_krige.h"
 
-#include <type_traits>
 #include <utility>
 
 #include "mol_krige_result_impl.h"
@@ -36,15 +35,7 @@ bool ZqVseprMolKrigeImpl::Add(const M& mol, double response, bool unmeasured) {
   const bool added =
       unmeasured ? krige_.AddUnmeasuredTrainingWithID(fp, response, id) : krige_.AddTrainingWithID(fp, response, id);
   if (!added) return false;
-  // A multi-conformer molecule is kept as its active conformer.
-  const Molkit::ZqMolBase& kept = [&]() -> const Molkit::ZqMolBase& {
-    if constexpr (std::is_same_v<M, Molkit::ZqMCMolBase>) {
-      return mol.GetActiveConf();
-    } else {
-      return mol;
-    }
-  }();
-  std::shared_ptr<Molkit::ZqMolBase> copy(kept.CreateCopy());
+  std::shared_ptr<Molkit::ZqMolBase> copy(ZqKeptConformer(mol).CreateCopy());
   copy->SetData(ZqTrainingFingerprintTag(), static_cast<const Printex::ZqVseprFingerprint&>(fp));
   training_.Append(std::move(copy), response, unmeasured);
   return true;

@@ -9,6 +9,7 @@
 #include <random>
 #include <thread>
 
+#include "messages.h"
 #include "mol_inputs.h"
 #include "mol_model.h"
 #include "progress.h"
@@ -16,22 +17,9 @@
 namespace VarimoKrige {
 namespace {
 
-constexpr int kTrainingFailed = 1;
-constexpr int kBadInput = 2;
-
-int Fail(const std::string& message) {
-  std::fprintf(stderr, "varimo-krige: %s\n", message.c_str());
-  return kBadInput;
-}
 
 void ReportLeftOut(const std::vector<std::string>& errors) {
   for (const std::string& error : errors) std::fprintf(stderr, "varimo-krige: left out %s\n", error.c_str());
-}
-
-std::string Number(double value) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.17g", value);
-  return text;
 }
 
 std::string CsvField(const std::string& text) {
@@ -47,11 +35,11 @@ void PrintKernel(const Varimo::ZqMolKrige& model) {
               Number(kernel.GetNugget()).c_str(), Number(kernel.GetRange()).c_str());
 }
 
-MolModelSpec SpecFrom(const Arguments& args) {
-  MolModelSpec spec;
-  spec.numLocal = args.numLocal;
-  spec.drift = args.drift;
-  return spec;
+MolModelSettings SettingsFrom(const Arguments& args) {
+  MolModelSettings settings;
+  settings.numLocal = args.numLocal;
+  settings.drift = args.drift;
+  return settings;
 }
 
 // Adds the training set; the molecules the model refuses (no drift field)
@@ -163,8 +151,8 @@ int RunMolecules(const Arguments& args) {
     ReportLeftOut(file->errors);
     if (set.mols.empty()) return Fail(args.trainPath + " has no molecule with a numeric " + args.responseName);
     trained.emplace();
-    trained->spec = SpecFrom(args);
-    trained->model = MakeMolModel(trained->spec);
+    trained->settings = SettingsFrom(args);
+    trained->model = MakeMolModel(trained->settings);
     std::vector<std::size_t> added;
     if (!AddTraining(*trained->model, set, args.drift, added)) {
       return Fail(args.trainPath + " has no molecule with the drift fields");
@@ -215,7 +203,7 @@ int RunCrossValidation(const Arguments& args) {
   std::vector<double> measured, predicted, variances;
   std::size_t failed = 0;
   for (unsigned int k = 0; k < args.folds; ++k) {
-    const std::unique_ptr<Varimo::ZqMolKrige> model = MakeMolModel(SpecFrom(args));
+    const std::unique_ptr<Varimo::ZqMolKrige> model = MakeMolModel(SettingsFrom(args));
     TrainingSet training;
     std::vector<std::unique_ptr<Molkit::ZqMolBase>> heldOut;
     std::vector<double> heldOutValues;

@@ -102,35 +102,35 @@ class LineReader {
 
 }  // namespace
 
-std::unique_ptr<Varimo::ZqMolKrige> MakeMolModel(const MolModelSpec& spec) {
+std::unique_ptr<Varimo::ZqMolKrige> MakeMolModel(const MolModelSettings& settings) {
   Varimo::ZqDefaultKrigeDistanceOptions distance;
-  distance.SetMaxPathLength(spec.fingerprint.GetMaxPathLength())
-      .SetMinPathLength(spec.fingerprint.GetMinPathLength())
-      .SetForcePathsOut(spec.fingerprint.GetForcePathsOut())
-      .SetWeightByLength(spec.fingerprint.GetWeightByLength())
-      .SetStereoAware(spec.fingerprint.GetStereoAware());
+  distance.SetMaxPathLength(settings.fingerprint.GetMaxPathLength())
+      .SetMinPathLength(settings.fingerprint.GetMinPathLength())
+      .SetForcePathsOut(settings.fingerprint.GetForcePathsOut())
+      .SetWeightByLength(settings.fingerprint.GetWeightByLength())
+      .SetStereoAware(settings.fingerprint.GetStereoAware());
   Varimo::ZqLocalKrigeOptions local;
-  local.SetNumLocal(spec.numLocal);
-  if (spec.drift.empty()) {
-    if (spec.numLocal > 0) return std::make_unique<Varimo::ZqMolKrige>(distance, local);
+  local.SetNumLocal(settings.numLocal);
+  if (settings.drift.empty()) {
+    if (settings.numLocal > 0) return std::make_unique<Varimo::ZqMolKrige>(distance, local);
     return std::make_unique<Varimo::ZqMolKrige>(distance, Varimo::ZqGlobalKrigeOptions());
   }
   Molkit::ZqMolPropertyPushList drift;
-  for (const std::string& tag : spec.drift) drift.Push(Molkit::ZqMolSDDataPropertyFxn(tag));
-  if (spec.numLocal > 0) return std::make_unique<Varimo::ZqMolKrige>(distance, drift, local);
+  for (const std::string& tag : settings.drift) drift.Push(Molkit::ZqMolSDDataPropertyFxn(tag));
+  if (settings.numLocal > 0) return std::make_unique<Varimo::ZqMolKrige>(distance, drift, local);
   return std::make_unique<Varimo::ZqMolKrige>(distance, drift, Varimo::ZqGlobalKrigeOptions());
 }
 
 bool SaveMolModel(const std::string& path, const TrainedMolModel& trained, std::string& error) {
-  const MolModelSpec& spec = trained.spec;
-  const Printex::ZqVseprOptions& fp = spec.fingerprint;
+  const MolModelSettings& settings = trained.settings;
+  const Printex::ZqVseprOptions& fp = settings.fingerprint;
   std::ostringstream out;
   out << kMagic << '\n';
   out << "fingerprint " << fp.GetMaxPathLength() << ' ' << fp.GetMinPathLength() << ' ' << fp.GetForcePathsOut()
       << ' ' << fp.GetWeightByLength() << ' ' << fp.GetStereoAware() << '\n';
-  out << "local " << spec.numLocal << '\n';
+  out << "local " << settings.numLocal << '\n';
   out << "drift";
-  for (std::size_t k = 0; k < spec.drift.size(); ++k) out << (k == 0 ? ' ' : '\t') << spec.drift[k];
+  for (std::size_t k = 0; k < settings.drift.size(); ++k) out << (k == 0 ? ' ' : '\t') << settings.drift[k];
   out << '\n';
   out << "kernel " << KernelLine(trained.model->GetKernel()) << '\n';
   out << "records " << trained.mols.size() << '\n';
@@ -181,26 +181,26 @@ std::optional<TrainedMolModel> LoadMolModel(const std::string& path, std::string
   std::string line, value;
   lines.Next(line);
   TrainedMolModel trained;
-  MolModelSpec& spec = trained.spec;
+  MolModelSettings& settings = trained.settings;
   unsigned int max = 0, min = 0, force = 0, weight = 0, stereo = 0;
   if (!lines.Field("fingerprint", value) ||
       std::sscanf(value.c_str(), "%u %u %u %u %u", &max, &min, &force, &weight, &stereo) != 5) {
     return fail("bad fingerprint line");
   }
-  spec.fingerprint.SetMaxPathLength(max);
-  spec.fingerprint.SetMinPathLength(min);
-  spec.fingerprint.SetForcePathsOut(force != 0);
-  spec.fingerprint.SetWeightByLength(weight != 0);
-  spec.fingerprint.SetStereoAware(stereo != 0);
-  if (!lines.Field("local", value) || !Corvane::ZqStringToNumber(value, spec.numLocal)) return fail("bad local line");
+  settings.fingerprint.SetMaxPathLength(max);
+  settings.fingerprint.SetMinPathLength(min);
+  settings.fingerprint.SetForcePathsOut(force != 0);
+  settings.fingerprint.SetWeightByLength(weight != 0);
+  settings.fingerprint.SetStereoAware(stereo != 0);
+  if (!lines.Field("local", value) || !Corvane::ZqStringToNumber(value, settings.numLocal)) return fail("bad local line");
   if (!lines.Field("drift", value)) return fail("bad drift line");
-  if (!value.empty()) Corvane::ZqStringTokenize(spec.drift, value, "\t", false);
+  if (!value.empty()) Corvane::ZqStringTokenize(settings.drift, value, "\t", false);
   std::string kernelLine;
   if (!lines.Field("kernel", kernelLine)) return fail("bad kernel line");
   std::size_t count = 0;
   if (!lines.Field("records", value) || !Corvane::ZqStringToNumber(value, count)) return fail("bad records line");
 
-  trained.model = MakeMolModel(spec);
+  trained.model = MakeMolModel(settings);
   for (std::size_t i = 0; i < count; ++i) {
     const std::string where = "record " + std::to_string(i + 1);
     std::string responseText, bins;
@@ -223,7 +223,7 @@ std::optional<TrainedMolModel> LoadMolModel(const std::string& path, std::string
     std::string why;
     std::unique_ptr<Molkit::ZqMolBase> mol = Molkit::ZqMolFromMolBlock(block, &why);
     if (!mol) return fail(where + ": " + why);
-    if (Bins(*mol, spec.fingerprint) != bins) {
+    if (Bins(*mol, settings.fingerprint) != bins) {
       return fail(where + ": the molecule gives another fingerprint than the saved one (another version?)");
     }
     if (!trained.model->AddTraining(*mol, response)) return fail(where + ": refused by the model");

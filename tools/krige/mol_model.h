@@ -13,17 +13,17 @@
 namespace VarimoKrige {
 
 // What makes a model, besides its training records.
-struct MolModelSpec {
+struct MolModelSettings {
   Printex::ZqVseprOptions fingerprint;
   unsigned int numLocal = 0;        // 0: a global model
   std::vector<std::string> drift;   // SD fields of the drift; empty: ordinary kriging
 };
 
-std::unique_ptr<Varimo::ZqMolKrige> MakeMolModel(const MolModelSpec& spec);
+std::unique_ptr<Varimo::ZqMolKrige> MakeMolModel(const MolModelSettings& settings);
 
 // A trained model with the records it was trained on, in order.
 struct TrainedMolModel {
-  MolModelSpec spec;
+  MolModelSettings settings;
   std::unique_ptr<Varimo::ZqMolKrige> model;
   std::vector<std::unique_ptr<Molkit::ZqMolBase>> mols;
   std::vector<double> responses;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "arguments.h"
+#include "messages.h"
 #include "feature_table.h"
 #include "progress.h"
 #include "trailing_drift.h"
@@ -22,26 +23,17 @@
 
 namespace {
 
+using VarimoKrige::Fail;
+using VarimoKrige::Number;
+using VarimoKrige::kBadInput;
+using VarimoKrige::kTrainingFailed;
 using Element = std::vector<double>;
-constexpr int kTrainingFailed = 1;
-constexpr int kBadInput = 2;
-
-int Fail(const std::string& message) {
-  std::fprintf(stderr, "varimo-krige: %s\n", message.c_str());
-  return kBadInput;
-}
 
 bool AllFinite(const Element& x) {
   for (double v : x) {
     if (!std::isfinite(v)) return false;
   }
   return true;
-}
-
-std::string Number(double value) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.17g", value);
-  return text;
 }
 
 // The candidate kernel of that name, or nothing.
