@@ -84,7 +84,7 @@ Refs ReadRefs() {
     }
   }
   EXPECT_EQ(refs.options.size(), 7u);
-  EXPECT_EQ(refs.mols.size(), 18u);
+  EXPECT_EQ(refs.mols.size(), 20u);
   return refs;
 }
 
@@ -131,8 +131,8 @@ TEST(VseprFingerprint, AgreesWithPythonReimplementationOnRDKitPaths) {
       ++pairs;
     }
   }
-  EXPECT_EQ(fingerprints, 7u * (18 + 18 + 16));  // a bond in all but the ions and methane
-  EXPECT_EQ(pairs, 7u * 9);
+  EXPECT_EQ(fingerprints, 7u * (20 + 20 + 18));  // a bond in all but the ions and methane
+  EXPECT_EQ(pairs, 7u * 10);
 }
 
 TEST(VseprFingerprint, PrintexKindsAgreeWithRDKitDataStructs) {

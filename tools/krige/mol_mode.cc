@@ -70,19 +70,20 @@ std::vector<Prediction> PredictAll(const Varimo::ZqMolKrige& model,
   std::vector<Prediction> predictions(queries.size());
   std::atomic<std::size_t> next{0};
   std::atomic<std::size_t> done{0};
-  auto work = [&](bool reports, Progress* progress) {
+  // Only the calling thread reports progress (the others get null).
+  auto work = [&](Progress* progress) {
     for (std::size_t i = next++; i < queries.size(); i = next++) {
       Prediction& p = predictions[i];
       p.result = model.GetResult(*queries[i]);
       if (contributions && p.result.Valid()) p.contributions = p.result.GetAtomContributions(*queries[i], baseline);
       ++done;
-      if (reports) progress->Update(done.load());
+      if (progress != nullptr) progress->Update(done.load());
     }
   };
   Progress progress(queries.size(), !quiet);
   std::vector<std::thread> workers;
-  for (unsigned int t = 1; t < threads; ++t) workers.emplace_back(work, false, nullptr);
-  work(true, &progress);
+  for (unsigned int t = 1; t < threads; ++t) workers.emplace_back(work, nullptr);
+  work(&progress);
   for (std::thread& worker : workers) worker.join();
   progress.Update(queries.size());
   progress.Finish();

@@ -42,16 +42,19 @@ std::uint32_t SumOfMinima(const std::uint8_t* a, const std::uint8_t* b) {
 #endif
 }
 
-// The byte weights of the molecule's paths that `select` takes.
+// A bin weighs as much as the heaviest feature hashed into it.
+void Mark(std::vector<std::uint8_t>& bytes, const ZqVseprFeature& feature) {
+  bytes[feature.bin] = std::max(bytes[feature.bin], static_cast<std::uint8_t>(feature.weight));
+}
+
+// The byte weights of the molecule's features that `select` takes.
 template <class Select>
-std::vector<std::uint8_t> CountPaths(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options, Select select) {
-  std::vector<std::uint8_t> counts(kBins, 0);
-  for (const ZqVseprPath& path : ZqFindVseprPaths(mol.GetGraph().mol, options)) {
-    if (!select(path)) continue;
-    const std::uint32_t sum = counts[path.bin] + path.weight;
-    counts[path.bin] = static_cast<std::uint8_t>(std::min<std::uint32_t>(sum, 255));
+std::vector<std::uint8_t> FeatureBytes(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options, Select select) {
+  std::vector<std::uint8_t> bytes(kBins, 0);
+  for (const ZqVseprFeature& feature : ZqFindVseprFeatures(mol.GetGraph().mol, options)) {
+    if (select(feature)) Mark(bytes, feature);
   }
-  return counts;
+  return bytes;
 }
 
 unsigned int FingerprintTag() {
@@ -67,36 +70,36 @@ bool ZqVseprOptions::operator==(const ZqVseprOptions& other) const {
          stereoAware_ == other.stereoAware_;
 }
 
-void ZqVseprFingerprint::SetCounts(std::vector<std::uint8_t> counts, const ZqVseprOptions& options) {
+void ZqVseprFingerprint::SetBytes(std::vector<std::uint8_t> bytes, const ZqVseprOptions& options) {
   options_ = options;
   weights_.clear();
-  countVolume_ = 0;
-  for (std::uint8_t c : counts) countVolume_ += c;
+  byteVolume_ = 0;
+  for (std::uint8_t b : bytes) byteVolume_ += b;
   // No weight anywhere is the empty fingerprint, whatever made it.
-  if (countVolume_ == 0) {
-    counts_.clear();
+  if (byteVolume_ == 0) {
+    bytes_.clear();
   } else {
-    counts_ = std::move(counts);
+    bytes_ = std::move(bytes);
   }
 }
 
 bool ZqVseprFingerprint::Setup(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options) {
   if (mol.GetNumHeavyAtoms() == 0) {
-    SetCounts({}, options);
+    SetBytes({}, options);
     return false;
   }
-  SetCounts(CountPaths(mol, options, [](const ZqVseprPath&) { return true; }), options);
+  SetBytes(FeatureBytes(mol, options, [](const ZqVseprFeature&) { return true; }), options);
   return true;
 }
 
 bool ZqVseprFingerprint::Setup(const Molkit::ZqAtomBase& atom, const ZqVseprOptions& options) {
   if (Molkit::ZqIsHydrogen(atom)) {
-    SetCounts({}, options);
+    SetBytes({}, options);
     return false;
   }
   const int index = static_cast<int>(atom.GetIdx());
-  SetCounts(CountPaths(atom.GetParent(), options,
-                       [index](const ZqVseprPath& path) {
+  SetBytes(FeatureBytes(atom.GetParent(), options,
+                       [index](const ZqVseprFeature& path) {
                          return std::find(path.atoms.begin(), path.atoms.end(), index) != path.atoms.end();
                        }),
             options);
@@ -107,12 +110,12 @@ bool ZqVseprFingerprint::Setup(const Molkit::ZqBondBase& bond, const ZqVseprOpti
   const Molkit::ZqMolBase& mol = bond.GetParent();
   if (Molkit::ZqIsHydrogen(mol.GetAtom(bond.GetBeginAtomIdx())) ||
       Molkit::ZqIsHydrogen(mol.GetAtom(bond.GetEndAtomIdx()))) {
-    SetCounts({}, options);
+    SetBytes({}, options);
     return false;
   }
   const int index = static_cast<int>(bond.GetIdx());
-  SetCounts(CountPaths(mol, options,
-                       [index](const ZqVseprPath& path) {
+  SetBytes(FeatureBytes(mol, options,
+                       [index](const ZqVseprFeature& path) {
                          return std::find(path.bonds.begin(), path.bonds.end(), index) != path.bonds.end();
                        }),
             options);
@@ -120,7 +123,7 @@ bool ZqVseprFingerprint::Setup(const Molkit::ZqBondBase& bond, const ZqVseprOpti
 }
 
 double ZqVseprFingerprint::GetWeight(std::size_t bin) const {
-  if (!counts_.empty()) return counts_[bin];
+  if (!bytes_.empty()) return bytes_[bin];
   if (!weights_.empty()) return weights_[bin];
   return 0.0;
 }
@@ -128,9 +131,9 @@ double ZqVseprFingerprint::GetWeight(std::size_t bin) const {
 void ZqVseprFingerprint::MakeReal() {
   if (!weights_.empty()) return;
   weights_.assign(kBins, 0.0);
-  for (std::size_t i = 0; i < counts_.size(); ++i) weights_[i] = counts_[i];
-  counts_.clear();
-  countVolume_ = 0;
+  for (std::size_t i = 0; i < bytes_.size(); ++i) weights_[i] = bytes_[i];
+  bytes_.clear();
+  byteVolume_ = 0;
 }
 
 ZqVseprFingerprint& ZqVseprFingerprint::Scale(double factor) {
@@ -171,16 +174,16 @@ ZqVseprFingerprint ZqVseprFingerprint::operator&(const ZqVseprFingerprint& other
       result.options_ = options;
       return result;
     }
-    std::vector<std::uint8_t> counts(kBins);
-    for (std::size_t i = 0; i < kBins; ++i) counts[i] = std::min(counts_[i], other.counts_[i]);
-    result.SetCounts(std::move(counts), options);
+    std::vector<std::uint8_t> minima(kBins);
+    for (std::size_t i = 0; i < kBins; ++i) minima[i] = std::min(bytes_[i], other.bytes_[i]);
+    result.SetBytes(std::move(minima), options);
     return result;
   }
   return Combine(other, [](double a, double b) { return std::min(a, b); });
 }
 
 double ZqVseprFingerprint::GetVolume() const {
-  if (!counts_.empty()) return countVolume_;
+  if (!bytes_.empty()) return byteVolume_;
   double volume = 0.0;
   for (double w : weights_) volume += w;
   return volume;
@@ -189,8 +192,8 @@ double ZqVseprFingerprint::GetVolume() const {
 double ZqVseprFingerprint::GetTanimoto(const ZqVseprFingerprint& other) const {
   if (weights_.empty() && other.weights_.empty()) {
     if (IsEmpty() || other.IsEmpty()) return IsEmpty() && other.IsEmpty() ? 1.0 : 0.0;
-    const std::uint32_t common = SumOfMinima(counts_.data(), other.counts_.data());
-    return static_cast<double>(common) / static_cast<double>(countVolume_ + other.countVolume_ - common);
+    const std::uint32_t common = SumOfMinima(bytes_.data(), other.bytes_.data());
+    return static_cast<double>(common) / static_cast<double>(byteVolume_ + other.byteVolume_ - common);
   }
   double common = 0.0;
   double total = 0.0;
@@ -207,19 +210,11 @@ double ZqVseprFingerprint::GetTanimoto(const ZqVseprFingerprint& other) const {
 std::vector<ZqVseprFingerprint> ZqMakeVseprAtomFingerprints(const Molkit::ZqMolBase& mol,
                                                             const ZqVseprOptions& options) {
   std::vector<ZqVseprFingerprint> atoms(mol.GetNumAtoms());
-  std::vector<std::vector<std::uint8_t>> counts(mol.GetNumAtoms(), std::vector<std::uint8_t>(kBins, 0));
-  std::vector<int> seen;
-  for (const ZqVseprPath& path : ZqFindVseprPaths(mol.GetGraph().mol, options)) {
-    // A path that closes a ring meets its first atom twice; it counts once.
-    seen = path.atoms;
-    std::sort(seen.begin(), seen.end());
-    seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
-    for (int atom : seen) {
-      const std::uint32_t sum = counts[atom][path.bin] + path.weight;
-      counts[atom][path.bin] = static_cast<std::uint8_t>(std::min<std::uint32_t>(sum, 255));
-    }
+  std::vector<std::vector<std::uint8_t>> bytes(mol.GetNumAtoms(), std::vector<std::uint8_t>(kBins, 0));
+  for (const ZqVseprFeature& feature : ZqFindVseprFeatures(mol.GetGraph().mol, options)) {
+    for (int atom : feature.atoms) Mark(bytes[atom], feature);
   }
-  for (std::size_t a = 0; a < atoms.size(); ++a) atoms[a].SetCounts(std::move(counts[a]), options);
+  for (std::size_t a = 0; a < atoms.size(); ++a) atoms[a].SetBytes(std::move(bytes[a]), options);
   return atoms;
 }
 

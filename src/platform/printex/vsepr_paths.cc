@@ -10,8 +10,11 @@ namespace {
 
 static_assert((ZqVseprFingerprint::kNumBins & (ZqVseprFingerprint::kNumBins - 1)) == 0,
               "bins are taken from the top bits of a hash");
-constexpr int kBinBits = 10;
+constexpr int kBinBits = 12;
 static_assert(ZqVseprFingerprint::kNumBins == (std::size_t{1} << kBinBits), "kBinBits matches kNumBins");
+
+// Starts the identifiers of atom environments, apart from path hashes.
+constexpr std::uint64_t kEnvironmentSeed = 0x5EED000000000000ULL;
 
 // The finaliser of splitmix64: every input bit moves about half the
 // output bits, so that neighbouring type codes land in unrelated bins.
@@ -70,7 +73,7 @@ class PathFinder {
   // Paths of lengths lower..upper; with `forced`, only those through an
   // atom marked in it.
   void Add(unsigned int lower, unsigned int upper, const std::vector<char>* forced,
-           std::vector<ZqVseprPath>& paths) const {
+           std::vector<ZqVseprFeature>& paths) const {
     if (lower == 0) {
       for (const RDKit::Atom* atom : mol_.atoms()) {
         const int index = static_cast<int>(atom->getIdx());
@@ -90,7 +93,62 @@ class PathFinder {
     }
   }
 
+  // The environment of radius r around each heavy atom, for r from lower
+  // to upper: the atoms within r bonds and the bonds that reach them. Its
+  // identifier is built radius by radius from the atom's own identifier
+  // and its heavy neighbours' (bond type, identifier) pairs in sorted
+  // order, so that it depends on the chemistry alone, not the atom order.
+  void AddEnvironments(unsigned int lower, unsigned int upper, std::vector<ZqVseprFeature>& features) const {
+    const std::size_t n = mol_.getNumAtoms();
+    std::vector<std::uint64_t> ids(atomTypes_.begin(), atomTypes_.end());
+    std::vector<std::vector<int>> atoms(n), bonds(n);
+    for (std::size_t a = 0; a < n; ++a) atoms[a] = {static_cast<int>(a)};
+    std::vector<std::pair<std::uint32_t, std::uint64_t>> neighbours;
+    for (unsigned int radius = 1; radius <= upper; ++radius) {
+      std::vector<std::uint64_t> grown(n);
+      std::vector<std::vector<int>> grownAtoms = atoms, grownBonds = bonds;
+      for (const RDKit::Atom* atom : mol_.atoms()) {
+        if (!IsHeavy(*atom)) continue;
+        const unsigned int a = atom->getIdx();
+        neighbours.clear();
+        for (const RDKit::Bond* bond : mol_.atomBonds(atom)) {
+          const unsigned int other = bond->getOtherAtomIdx(a);
+          if (!IsHeavy(*mol_.getAtomWithIdx(other))) continue;
+          neighbours.emplace_back(bondTypes_[bond->getIdx()], ids[other]);
+          grownAtoms[a].insert(grownAtoms[a].end(), atoms[other].begin(), atoms[other].end());
+          grownBonds[a].insert(grownBonds[a].end(), bonds[other].begin(), bonds[other].end());
+          grownBonds[a].push_back(static_cast<int>(bond->getIdx()));
+        }
+        std::sort(neighbours.begin(), neighbours.end());
+        std::uint64_t id = Mix(Mix(kEnvironmentSeed + radius) ^ ids[a]);
+        for (const auto& [bondType, neighbour] : neighbours) id = Mix(Mix(id ^ bondType) ^ neighbour);
+        grown[a] = id;
+        SortUnique(grownAtoms[a]);
+        SortUnique(grownBonds[a]);
+      }
+      ids = std::move(grown);
+      atoms = std::move(grownAtoms);
+      bonds = std::move(grownBonds);
+      if (radius < lower) continue;
+      for (const RDKit::Atom* atom : mol_.atoms()) {
+        if (!IsHeavy(*atom)) continue;
+        const unsigned int a = atom->getIdx();
+        ZqVseprFeature feature;
+        feature.bin = static_cast<std::uint32_t>(ids[a] >> (64 - kBinBits));
+        feature.weight = options_.GetWeightByLength() ? 2 * radius : 1;
+        feature.atoms = atoms[a];
+        feature.bonds = bonds[a];
+        features.push_back(std::move(feature));
+      }
+    }
+  }
+
  private:
+  static void SortUnique(std::vector<int>& v) {
+    std::sort(v.begin(), v.end());
+    v.erase(std::unique(v.begin(), v.end()), v.end());
+  }
+
   // The atoms along a bond path, in order.
   std::vector<int> AtomsOf(const RDKit::PATH_TYPE& bonds) const {
     const RDKit::Bond* first = mol_.getBondWithIdx(bonds.front());
@@ -168,7 +226,7 @@ class PathFinder {
 
   // The path spelt in its smaller direction and hashed: the same path read
   // from either end lands in one bin.
-  ZqVseprPath MakePath(std::vector<int> atoms, std::vector<int> bonds) const {
+  ZqVseprFeature MakePath(std::vector<int> atoms, std::vector<int> bonds) const {
     std::vector<std::uint32_t> spelling = Spell(atoms, bonds);
     const auto loop = std::find(atoms.begin() + 1, atoms.end() - 1, atoms.back());
     if (bonds.size() > 2 && atoms.front() == atoms.back()) {
@@ -180,7 +238,7 @@ class PathFinder {
     }
     std::uint64_t hash = Mix(spelling.size());
     for (std::uint32_t code : spelling) hash = Mix(hash ^ code);
-    ZqVseprPath path;
+    ZqVseprFeature path;
     path.bin = static_cast<std::uint32_t>(hash >> (64 - kBinBits));
     path.weight = options_.GetWeightByLength() ? std::max<std::uint32_t>(1, bonds.size()) : 1;
     path.atoms = std::move(atoms);
@@ -194,21 +252,13 @@ class PathFinder {
   std::vector<std::uint32_t> bondTypes_;
 };
 
-}  // namespace
-
-std::vector<ZqVseprPath> ZqFindVseprPaths(const RDKit::ROMol& mol, const ZqVseprOptions& options) {
-  const unsigned int upper = std::min(options.GetMaxPathLength(), ZqVseprOptions::kMaxPathLength);
-  const unsigned int lower = std::min(options.GetMinPathLength(), ZqVseprOptions::kMaxPathLength);
-  const PathFinder finder(mol, options);
-  std::vector<ZqVseprPath> paths;
-  if (lower <= upper) finder.Add(lower, upper, nullptr, paths);
-  if (!options.GetForcePathsOut()) return paths;
-
-  // Hydrogens need no path; heavy atoms that the paths missed get the
-  // longest shorter paths through them.
+// Hydrogens need no path; heavy atoms that the paths missed get the
+// longest shorter paths through them.
+void ForcePathsOut(const PathFinder& finder, const RDKit::ROMol& mol, unsigned int lower, unsigned int upper,
+                   std::vector<ZqVseprFeature>& paths) {
   std::vector<char> covered(mol.getNumAtoms(), 0);
   for (const RDKit::Atom* atom : mol.atoms()) covered[atom->getIdx()] = IsHeavy(*atom) ? 0 : 1;
-  for (const ZqVseprPath& path : paths) {
+  for (const ZqVseprFeature& path : paths) {
     for (int atom : path.atoms) covered[atom] = 1;
   }
   for (int length = static_cast<int>(std::min(lower, upper + 1)) - 1; length >= 0; --length) {
@@ -221,7 +271,20 @@ std::vector<ZqVseprPath> ZqFindVseprPaths(const RDKit::ROMol& mol, const ZqVsepr
       for (int atom : paths[p].atoms) covered[atom] = 1;
     }
   }
-  return paths;
+}
+
+}  // namespace
+
+std::vector<ZqVseprFeature> ZqFindVseprFeatures(const RDKit::ROMol& mol, const ZqVseprOptions& options) {
+  const unsigned int upper = std::min(options.GetMaxPathLength(), ZqVseprOptions::kMaxPathLength);
+  const unsigned int lower = std::min(options.GetMinPathLength(), ZqVseprOptions::kMaxPathLength);
+  const PathFinder finder(mol, options);
+  std::vector<ZqVseprFeature> features;
+  if (lower <= upper) finder.Add(lower, upper, nullptr, features);
+  if (options.GetForcePathsOut()) ForcePathsOut(finder, mol, lower, upper, features);
+  // Environments whose diameter, twice the radius, is a path length.
+  finder.AddEnvironments(std::max(1u, (lower + 1) / 2), upper / 2, features);
+  return features;
 }
 
 }  // namespace Printex

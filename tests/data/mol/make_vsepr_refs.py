@@ -24,19 +24,27 @@ src/platform/printex/vsepr_paths.cc, with nothing of the library run:
   - a path is spelt atom, bond, atom, ... along its walk, and of the
     spelling and its reverse the lexicographically smaller is hashed: the
     splitmix64 finaliser of the length, then h = mix(h ^ code) per code;
-    the top 10 bits of the 64 are the bin;
+    the top 12 bits of the 64 are the bin;
   - a path that closes a ring is one feature whatever the atom order:
     RDKit walks it from wherever its search met the ring first, so every
     walk over the same bonds is spelt (a cycle from each of its atoms, a
     ring on a tail either way round) and the smallest spelling, read from
     either end, is taken;
+  - environments: for each radius r from max(1, ceil(min / 2)) to
+    floor(max / 2) (the lengths cut to 10 first), each heavy atom's
+    identifier at r is, from id_0 = its atom type: h = mix(mix(SEED + r)
+    ^ id_{r-1}), then for each heavy neighbour's (bond type, id_{r-1})
+    pair in ascending order h = mix(mix(h ^ bond type) ^ id_{r-1}); the
+    top 12 bits are the bin. Its atoms are those within r bonds over
+    heavy atoms, its bonds the heavy-heavy bonds with an end within r - 1;
   - a path weighs 1, or its number of bonds (at least 1) with
-    WeightByLength; a bin's weight saturates at 255;
+    WeightByLength, an environment 1 or 2r; a bin weighs the largest
+    weight hashed into it;
   - ForcePathsOut: heavy atoms on no path get, length by length downward
     from min(MinPathLength, MaxPathLength + 1) - 1, the paths of that length
     through any of them, down to the atom alone;
-  - an atom's fingerprint holds the paths through it (once each, also when
-    a ring closure meets it twice), a bond's the paths containing it;
+  - an atom's fingerprint holds the features containing it, a bond's the
+    features containing it;
   - Tanimoto numerator sum(min), denominator sum(max), as integers.
 Morgan (radius 2, 2048 bits, AllChem.GetMorganFingerprintAsBitVect) and
 topological (Chem.RDKFingerprint minPath 1, maxPath 7, fpSize 2048, the
@@ -64,7 +72,9 @@ from rdkit.Chem import AllChem
 HERE = os.path.dirname(os.path.abspath(__file__))
 BZR = "/usr/share/RDKit/Projects/DbCLI/testData/bzr.sdf"
 MASK = (1 << 64) - 1
-BINS = 1024
+BINS = 4096
+BIN_SHIFT = 64 - 12
+ENVIRONMENT_SEED = 0x5EED000000000000
 MAX_LENGTH = 10
 
 # name: (min, max, force paths out, weight by length, stereo aware)
@@ -92,7 +102,9 @@ SMILES = {
     "s_amino": "C[C@@H](N)O",
     "e_dfe": "F/C=C/F",
     "z_dfe": "F/C=C\\F",
-    "chain": "C" * 300,  # 297 equal CH2-CH2 bonds: saturated bins
+    "chain": "C" * 300,  # 297 equal CH2-CH2 bonds: one bin for them all
+    "isopropanol": "CC(C)O",
+    "propanol": "CCCO",
 }
 BZR_RECORDS = {"adinazolam": 0, "lorazepam": 16, "ro11_6679": 69, "ro16_7083": 121}
 
@@ -106,6 +118,7 @@ TANIMOTO_PAIRS = [
     ("ro11_6679", "ro16_7083"),
     ("salt", "methane"),
     ("chain", "ethanol"),
+    ("isopropanol", "propanol"),
 ]
 BIT_PAIRS = [("ethanol", "glycerol"), ("cresamide", "naphthol"), ("adinazolam", "lorazepam"),
              ("lorazepam", "ro16_7083"), ("r_amino", "s_amino")]
@@ -220,15 +233,50 @@ def find_paths(mol, options):
         for code in spelling:
             h = mix(h ^ code)
         weight = max(1, len(bonds)) if by_length else 1
-        result.append((h >> 54, weight, set(atoms), set(bonds)))
-    return result
+        result.append((h >> BIN_SHIFT, weight, set(atoms), set(bonds)))
+    return result + environments(mol, max(1, (lo + 1) // 2), hi // 2, by_length, atom_codes, bond_codes)
+
+
+def environments(mol, lower, upper, by_length, atom_codes, bond_codes):
+    """(bin, weight, atoms, bonds) of the environments of radius lower..upper."""
+    heavy = [a.GetIdx() for a in mol.GetAtoms() if a.GetAtomicNum() != 1]
+    ids = {a: atom_codes[a] for a in heavy}
+    found = []
+    for r in range(1, upper + 1):
+        grown = {}
+        for a in heavy:
+            pairs = sorted((bond_codes[b.GetIdx()], ids[b.GetOtherAtomIdx(a)])
+                           for b in mol.GetAtomWithIdx(a).GetBonds() if b.GetOtherAtomIdx(a) in ids)
+            h = mix((mix(ENVIRONMENT_SEED + r) ^ ids[a]) & MASK)
+            for bond, neighbour in pairs:
+                h = mix(mix(h ^ bond) ^ neighbour)
+            grown[a] = h
+        ids = grown
+        if r < lower:
+            continue
+        for a in heavy:
+            # Breadth-first over heavy atoms: the atoms within r bonds, and
+            # the bonds leaving the atoms within r - 1.
+            atoms, bonds, frontier = {a}, set(), {a}
+            for _ in range(r):
+                step = set()
+                for x in frontier:
+                    for b in mol.GetAtomWithIdx(x).GetBonds():
+                        y = b.GetOtherAtomIdx(x)
+                        if y in ids:
+                            bonds.add(b.GetIdx())
+                            step.add(y)
+                frontier = step - atoms
+                atoms |= step
+            found.append((ids[a] >> BIN_SHIFT, 2 * r if by_length else 1, atoms, bonds))
+    return found
 
 
 def counts(paths, select=lambda p: True):
     c = [0] * BINS
     for p in paths:
         if select(p):
-            c[p[0]] = min(255, c[p[0]] + p[1])
+            c[p[0]] = max(c[p[0]], p[1])
     return c
 
 
