@@ -139,9 +139,7 @@ bool SaveMolModel(const std::string& path, const TrainedMolModel& trained, std::
     out << Molkit::ZqMolToSDRecord(*trained.mols[i]);
   }
   std::string text = out.str();
-  char checksum[40];
-  std::snprintf(checksum, sizeof checksum, "checksum %016" PRIx64 "\n", Fnv1a(text));
-  text += checksum;
+  text += MolModelChecksumLine(text);
   std::ofstream file(path, std::ios::binary);
   file << text;
   file.close();
@@ -152,6 +150,12 @@ bool SaveMolModel(const std::string& path, const TrainedMolModel& trained, std::
   return true;
 }
 
+std::string MolModelChecksumLine(const std::string& text) {
+  char line[40];
+  std::snprintf(line, sizeof line, "checksum %016" PRIx64 "\n", Fnv1a(text));
+  return line;
+}
+
 std::optional<TrainedMolModel> LoadMolModel(const std::string& path, std::string& error) {
   std::ifstream file(path, std::ios::binary);
   if (!file) {
@@ -160,9 +164,12 @@ std::optional<TrainedMolModel> LoadMolModel(const std::string& path, std::string
   }
   std::stringstream whole;
   whole << file.rdbuf();
-  const std::string text = whole.str();
+  return ReadMolModel(whole.str(), path, error);
+}
+
+std::optional<TrainedMolModel> ReadMolModel(const std::string& text, const std::string& name, std::string& error) {
   auto fail = [&](const std::string& why) {
-    error = path + ": " + why;
+    error = name + ": " + why;
     return std::nullopt;
   };
   if (text.compare(0, std::string(kMagic).size() + 1, std::string(kMagic) + '\n') != 0) {

@@ -35,5 +35,9 @@ bool SaveMolModel(const std::string& path, const TrainedMolModel& trained, std::
 // saved; nothing, with `error` set, for a file that is not one, corrupt,
 // cut short or written by another version.
 std::optional<TrainedMolModel> LoadMolModel(const std::string& path, std::string& error);
+// The same from the file's text; `name` starts the error message.
+std::optional<TrainedMolModel> ReadMolModel(const std::string& text, const std::string& name, std::string& error);
+// The line that ends a model file whose text before it is `text`.
+std::string MolModelChecksumLine(const std::string& text);
 
 }  // namespace VarimoKrige

@@ -1,6 +1,7 @@
 #include "varimo/platform/printex/vsepr_fingerprint.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #if defined(__SSE2__)
@@ -47,6 +48,24 @@ void Mark(std::vector<std::uint8_t>& bytes, const ZqVseprFeature& feature) {
   bytes[feature.bin] = std::max(bytes[feature.bin], static_cast<std::uint8_t>(feature.weight));
 }
 
+// Fingerprints whose bins all weigh 0 or 1 (the default, unweighted
+// features) are also kept as bits: their sum of minima is the number of
+// bits set in both, eight times fewer words to read than bytes, counted by
+// the POPCNT instruction where the processor has it.
+#if defined(__x86_64__) && (defined(__clang__) ? __clang_major__ >= 14 : defined(__GNUC__))
+#define VARIMO_POPCNT_CLONES __attribute__((target_clones("popcnt", "default")))
+#else
+#define VARIMO_POPCNT_CLONES
+#endif
+
+constexpr std::size_t kWords = kBins / 64;
+
+VARIMO_POPCNT_CLONES std::uint32_t CommonBits(const std::uint64_t* a, const std::uint64_t* b) {
+  std::uint32_t sum = 0;
+  for (std::size_t i = 0; i < kWords; ++i) sum += static_cast<std::uint32_t>(std::popcount(a[i] & b[i]));
+  return sum;
+}
+
 // The byte weights of the molecule's features that `select` takes.
 template <class Select>
 std::vector<std::uint8_t> FeatureBytes(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options, Select select) {
@@ -76,10 +95,15 @@ void ZqVseprFingerprint::SetBytes(std::vector<std::uint8_t> bytes, const ZqVsepr
   byteVolume_ = 0;
   for (std::uint8_t b : bytes) byteVolume_ += b;
   // No weight anywhere is the empty fingerprint, whatever made it.
+  bits_.clear();
   if (byteVolume_ == 0) {
     bytes_.clear();
-  } else {
-    bytes_ = std::move(bytes);
+    return;
+  }
+  bytes_ = std::move(bytes);
+  if (std::all_of(bytes_.begin(), bytes_.end(), [](std::uint8_t b) { return b <= 1; })) {
+    bits_.assign(kWords, 0);
+    for (std::size_t i = 0; i < kBins; ++i) bits_[i / 64] |= static_cast<std::uint64_t>(bytes_[i]) << (i % 64);
   }
 }
 
@@ -133,6 +157,7 @@ void ZqVseprFingerprint::MakeReal() {
   weights_.assign(kBins, 0.0);
   for (std::size_t i = 0; i < bytes_.size(); ++i) weights_[i] = bytes_[i];
   bytes_.clear();
+  bits_.clear();
   byteVolume_ = 0;
 }
 
@@ -192,7 +217,9 @@ double ZqVseprFingerprint::GetVolume() const {
 double ZqVseprFingerprint::GetTanimoto(const ZqVseprFingerprint& other) const {
   if (weights_.empty() && other.weights_.empty()) {
     if (IsEmpty() || other.IsEmpty()) return IsEmpty() && other.IsEmpty() ? 1.0 : 0.0;
-    const std::uint32_t common = SumOfMinima(bytes_.data(), other.bytes_.data());
+    const std::uint32_t common = !bits_.empty() && !other.bits_.empty()
+                                     ? CommonBits(bits_.data(), other.bits_.data())
+                                     : SumOfMinima(bytes_.data(), other.bytes_.data());
     return static_cast<double>(common) / static_cast<double>(byteVolume_ + other.byteVolume_ - common);
   }
   double common = 0.0;
