@@ -126,8 +126,13 @@ class ZqMolBase : public Corvane::ZqBase {
   explicit ZqMolBase(std::unique_ptr<ZqMolGraph> graph);
   friend std::unique_ptr<ZqMolBase> ZqMakeMol(std::unique_ptr<ZqMolGraph> graph);
 
- private:
+  // For molecules whose graph the library edits (ZqGraphMol): the RDKit
+  // molecule, and the atoms and bonds made anew after an edit, which
+  // drops their generic data.
+  ZqMolGraph& GetMutableGraph() { return *graph_; }
   void MakeAtomsAndBonds();
+
+ private:
 
   std::unique_ptr<ZqMolGraph> graph_;
   std::string name_;
