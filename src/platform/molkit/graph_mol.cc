@@ -19,7 +19,9 @@ bool ZqSuppressHydrogens(ZqGraphMol& mol, bool implicitOnly, bool updateExplicit
   } catch (const std::exception&) {
     return false;
   }
-  mol.EditGraph().mol = std::move(edited);
+  // Copied, not moved: RDKit's move assignment of RWMol leaks the atoms
+  // and bonds it replaces.
+  mol.EditGraph().mol = edited;
   mol.GraphChanged();
   return true;
 }
