@@ -1,12 +1,12 @@
 #include "varimo/mol/krige_report_options.h"
 
 #include <cfloat>
-#include <cstdio>
 #include <iterator>
 #include <set>
 #include <vector>
 
 #include "varimo/mol/krige_report_format.h"
+#include "varimo/platform/corvane/strings.h"
 
 namespace Varimo {
 
@@ -81,12 +81,8 @@ std::string SDDatum(const Molkit::ZqMCMolBase& mol, const std::string& tag) {
 }
 
 std::string Format(double value, unsigned int figures) {
-  const std::string format = ZqGetFormatString(value, figures);
-  const int size = std::snprintf(nullptr, 0, format.c_str(), value);
-  std::string text(static_cast<std::size_t>(size) + 1, '\0');
-  std::snprintf(text.data(), text.size(), format.c_str(), value);
-  text.pop_back();
-  return text;
+  // The format is one of ZqGetFormatString's "%.Nf" or "%f".
+  return Corvane::ZqFormatString(ZqGetFormatString(value, figures).c_str(), value);
 }
 
 }  // namespace

@@ -3,23 +3,16 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "varimo/platform/corvane/strings.h"
+
 namespace Corvane {
 
 ZqErrorHandler ZqThrow;
 
 namespace {
 
-// Formats in two passes so that no message is ever cut short.
 std::string FormatVarArgs(const char* format, va_list args) {
-  va_list sizing;
-  va_copy(sizing, args);
-  const int length = std::vsnprintf(nullptr, 0, format, sizing);
-  va_end(sizing);
-  if (length < 0) return std::string("(unformattable message) ") + format;
-  std::string text(static_cast<std::size_t>(length) + 1, '\0');
-  std::vsnprintf(text.data(), text.size(), format, args);
-  text.resize(static_cast<std::size_t>(length));
-  return text;
+  return ZqFormatStringV(format, args).value_or(std::string("(unformattable message) ") + format);
 }
 
 }  // namespace

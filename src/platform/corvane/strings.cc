@@ -98,6 +98,27 @@ bool ZqNumberToString(std::string& text, double value, char format, int precisio
   return true;
 }
 
+std::optional<std::string> ZqFormatStringV(const char* format, va_list args) {
+  // Two passes, so that no text is ever cut short.
+  va_list sizing;
+  va_copy(sizing, args);
+  const int length = std::vsnprintf(nullptr, 0, format, sizing);
+  va_end(sizing);
+  if (length < 0) return std::nullopt;
+  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  std::vsnprintf(text.data(), text.size(), format, args);
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+std::string ZqFormatString(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  std::optional<std::string> text = ZqFormatStringV(format, args);
+  va_end(args);
+  return text.value_or(std::string());
+}
+
 std::string ZqNumberToString(long long value) { return std::to_string(value); }
 std::string ZqNumberToString(unsigned long long value) { return std::to_string(value); }
 

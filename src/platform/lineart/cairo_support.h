@@ -20,6 +20,11 @@ struct ZqCairoDeleter {
 using ZqCairoContext = std::unique_ptr<cairo_t, ZqCairoDeleter>;
 using ZqCairoSurface = std::unique_ptr<cairo_surface_t, ZqCairoDeleter>;
 
+// Sets the colour (with its alpha) as the context's source.
+inline void ZqSetCairoColor(cairo_t* cairo, Corvane::ZqColor color) {
+  cairo_set_source_rgba(cairo, color.GetRFraction(), color.GetGFraction(), color.GetBFraction(), color.GetAFraction());
+}
+
 // Sets the font's face, style and size on the context.
 void ZqSelectCairoFont(cairo_t* cairo, const ZqFont& font);
 

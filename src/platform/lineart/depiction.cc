@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "../molkit/mol_graph.h"
+#include "cairo_support.h"
 #include "molecule_painter.h"
 
 namespace Lineart {
@@ -54,11 +55,6 @@ RDKit::DrawColour ToDraw(Corvane::ZqColor color) {
   return {color.GetRFraction(), color.GetGFraction(), color.GetBFraction(), color.GetAFraction()};
 }
 
-void SetSource(cairo_t* cairo, Corvane::ZqColor color) {
-  cairo_set_source_rgba(cairo, color.GetRFraction(), color.GetGFraction(), color.GetBFraction(),
-                        color.GetAFraction());
-}
-
 void PaintColorKey(cairo_t* cairo, const Zq2DMolDisplay::ColorKey& key, double width, double height) {
   const double barHeight = std::max(3.0, 0.02 * height * key.scale);
   const double barWidth = 0.25 * width;
@@ -75,7 +71,7 @@ void PaintColorKey(cairo_t* cairo, const Zq2DMolDisplay::ColorKey& key, double w
   cairo_set_source(cairo, gradient);
   cairo_fill_preserve(cairo);
   cairo_pattern_destroy(gradient);
-  SetSource(cairo, Corvane::ZqGrey);
+  ZqSetCairoColor(cairo, Corvane::ZqGrey);
   cairo_set_line_width(cairo, 0.5);
   cairo_stroke(cairo);
 }

@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <numbers>
 #include <string>
@@ -42,10 +41,6 @@ ImageFormat FormatOf(const std::string& filename) {
 }
 
 double Radians(double degrees) { return degrees * std::numbers::pi / 180.0; }
-
-void SetColor(cairo_t* cairo, Corvane::ZqColor color) {
-  cairo_set_source_rgba(cairo, color.GetRFraction(), color.GetGFraction(), color.GetBFraction(), color.GetAFraction());
-}
 
 // Cairo's dash pattern starts with a drawn run; a stipple may start with a
 // gap. Counting the stipple as a ring, the runs are listed from a bit that
@@ -81,7 +76,7 @@ void Stroke(cairo_t* cairo, const ZqPen& pen) {
     cairo_new_path(cairo);
     return;
   }
-  SetColor(cairo, pen.GetBackground());
+  ZqSetCairoColor(cairo, pen.GetBackground());
   cairo_set_line_width(cairo, width);
   SetDash(cairo, pen.GetLineStipple(), width);
   cairo_stroke(cairo);
@@ -89,7 +84,7 @@ void Stroke(cairo_t* cairo, const ZqPen& pen) {
 
 void FillAndStroke(cairo_t* cairo, const ZqPen& pen) {
   if (pen.GetFill()) {
-    SetColor(cairo, pen.GetForeground());
+    ZqSetCairoColor(cairo, pen.GetForeground());
     cairo_fill_preserve(cairo);
   }
   Stroke(cairo, pen);
@@ -115,7 +110,7 @@ void DrawText(cairo_t* cairo, const ZqDrawCall& call) {
   if (text.empty() || call.font.GetSize() == 0) return;
   cairo_save(cairo);
   ZqSelectCairoFont(cairo, call.font);
-  SetColor(cairo, call.font.GetColor());
+  ZqSetCairoColor(cairo, call.font.GetColor());
   cairo_translate(cairo, call.a.x, call.a.y);
   cairo_rotate(cairo, Radians(-call.font.GetRotationAngle()));
   cairo_text_extents_t extents;
@@ -128,19 +123,11 @@ void DrawText(cairo_t* cairo, const ZqDrawCall& call) {
   cairo_restore(cairo);
 }
 
-// False when the painter could not draw the molecule; RDKit reports some
-// failures by throwing, and one molecule must not cost the whole file.
+// False when the painter could not draw the molecule (it keeps RDKit's
+// exceptions and its own state to itself): one molecule must not cost the
+// whole file.
 bool DrawMolecule(cairo_t* cairo, const ZqDrawCall& call) {
-  if (!call.molecule) return true;
-  bool painted = false;
-  cairo_save(cairo);
-  try {
-    painted = ZqPaintMolecule(cairo, *call.molecule, call.a);
-  } catch (const std::exception&) {
-    painted = false;
-  }
-  cairo_restore(cairo);
-  return painted;
+  return !call.molecule || ZqPaintMolecule(cairo, *call.molecule, call.a);
 }
 
 // Cairo turns coordinates into fixed point without looking; a NaN from a
@@ -293,7 +280,7 @@ bool ZqWriteImage(const std::string& filename, const ZqImage& image) {
   {
     // The context goes before the surface is finished, as Cairo asks.
     const ZqCairoContext cairo(cairo_create(surface.get()));
-    SetColor(cairo.get(), Corvane::ZqWhite);
+    ZqSetCairoColor(cairo.get(), Corvane::ZqWhite);
     cairo_paint(cairo.get());
     unpainted = Replay(cairo.get(), image);
     if (const cairo_status_t status = cairo_status(cairo.get()); status != CAIRO_STATUS_SUCCESS) {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <sstream>
+#include <cstdarg>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -60,6 +62,12 @@ std::string ZqStringUpper(const std::string& text);
 
 // Copy without leading and trailing white space (space, \t, \n, \v, \f, \r).
 std::string ZqStringStripWhiteSpace(const std::string& text);
+
+// printf into a string, however long; nothing for a format the C library
+// cannot apply (an encoding error).
+std::optional<std::string> ZqFormatStringV(const char* format, va_list args);
+// The same from the arguments themselves; an empty string on failure.
+std::string ZqFormatString(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // Concatenates the stream output of all arguments:
 // ZqMakeString("n = ", 3, ", x = ", 0.5) gives "n = 3, x = 0.5".
