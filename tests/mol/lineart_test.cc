@@ -50,20 +50,6 @@ void ExpectFrame(const ZqImageFrame& frame, double x, double y, double width, do
   EXPECT_NEAR(frame.GetHeight(), height, kLayoutTolerance);
 }
 
-// An image that refuses every call, to see what frames hand back.
-class RefusingImage : public ZqImageBase {
- public:
-  double GetWidth() const override { return 100.0; }
-  double GetHeight() const override { return 100.0; }
-  bool DrawLine(const Zq2DPoint&, const Zq2DPoint&, const ZqPen&) override { return false; }
-  bool DrawCircle(const Zq2DPoint&, double, const ZqPen&) override { return false; }
-  bool DrawArc(const Zq2DPoint&, double, double, double, const ZqPen&) override { return false; }
-  bool DrawPie(const Zq2DPoint&, double, double, double, const ZqPen&) override { return false; }
-  bool DrawRectangle(const Zq2DPoint&, const Zq2DPoint&, const ZqPen&) override { return false; }
-  bool DrawText(const Zq2DPoint&, const std::string&, const ZqFont&, double) override { return false; }
-  bool DrawMolecule(const Zq2DPoint&, const std::shared_ptr<const Zq2DMolDisplay>&) override { return false; }
-};
-
 // ---------------------------------------------------------------- frames
 
 TEST(LineartFrame, EveryCallLandsShiftedByTheOrigin) {
@@ -111,15 +97,6 @@ TEST(LineartFrame, NestedFramesAddTheirOriginsAndCentresAreTheirOwn) {
   ASSERT_TRUE(inner.DrawCircle(ZqGetCenter(inner), 5, kThinBlack));
   ASSERT_EQ(page.GetCalls().size(), 1u);
   EXPECT_EQ(page.GetCalls()[0].a, Zq2DPoint(130, 85));
-}
-
-TEST(LineartFrame, HandsBackWhatItsParentAnswers) {
-  RefusingImage refusing;
-  ZqImageFrame frame(refusing, 10, 10, {1, 1});
-  EXPECT_FALSE(frame.DrawLine({0, 0}, {1, 1}, kThinBlack));
-  EXPECT_FALSE(frame.DrawPie({0, 0}, 0, 90, 1, kThinBlack));
-  EXPECT_FALSE(frame.DrawText({0, 0}, "x", ZqFont(), 1));
-  EXPECT_FALSE(ZqDrawBorder(frame, kThinBlack));
 }
 
 TEST(LineartFrame, BorderRunsAlongTheEdges) {
@@ -206,41 +183,7 @@ TEST(LineartGrid, GetCellsRunsRowByRowFromTheCell) {
   EXPECT_EQ(grid.GetCells(3, 3).size(), 1u);
 }
 
-TEST(LineartGrid, CellsAreFramesOnTheImage) {
-  ZqImage page(800, 600);
-  ZqImageGrid grid(page, 2, 2);
-  grid.SetMargins(25);
-  ZqImageFrame& cell = grid.GetCell(2, 1);
-  ASSERT_TRUE(cell.DrawText(ZqGetCenter(cell), "centred", ZqFont(), cell.GetWidth()));
-  // (800 - 50) / 2 = 375 wide, (600 - 50) / 2 = 275 high; the second row starts at 25 + 275.
-  EXPECT_EQ(page.GetCalls().back().a, Zq2DPoint(25 + 375 / 2.0, 300 + 275 / 2.0));
-}
-
 // ------------------------------------------------------- recorded images
-
-TEST(LineartRecord, CallsKeepTheirTextsFontsAndPens) {
-  ZqImage page(500, 400);
-  const ZqPen dashed(Corvane::ZqOrange, Corvane::ZqColor(10, 20, 30, 128), 1, 2.5, 0xF0F0);
-  const ZqFont font(2, 1, 14, ZqFont::kRight, Corvane::ZqDarkBlue, 30.0);
-  ASSERT_TRUE(page.DrawRectangle({1, 2}, {3, 4}, dashed));
-  ASSERT_TRUE(page.DrawText({50, 60}, "pIC50 (µM)", font, 120.0));
-  ASSERT_TRUE(page.DrawPie({7, 8}, 300, 60, 9, dashed));
-
-  const std::vector<ZqDrawCall>& calls = page.GetCalls();
-  ASSERT_EQ(calls.size(), 3u);
-  EXPECT_EQ(calls[0].pen, dashed);
-  EXPECT_EQ(calls[0].pen.GetBackground().GetA(), 128);
-  EXPECT_EQ(calls[1].text, "pIC50 (µM)");
-  EXPECT_EQ(calls[1].font, font);
-  EXPECT_EQ(calls[1].width, 120.0);
-  EXPECT_EQ(calls[2].startAngle, 300);
-  EXPECT_EQ(calls[2].endAngle, 60);
-  EXPECT_EQ(calls[2].pen.GetLineStipple(), 0xF0F0);
-
-  page.Clear();
-  EXPECT_TRUE(page.GetCalls().empty());
-  EXPECT_EQ(page.GetWidth(), 500);
-}
 
 TEST(LineartRecord, PagesAreTilesOf400AndCounted) {
   ZqMultiPageImageFile file(2, 3);
@@ -292,14 +235,6 @@ TEST(LineartText, FacesAndStylesMeasureDifferently) {
   EXPECT_NE(ZqEstimateTextWidth(sentence, Font(2, 0, 16)), ZqEstimateTextWidth(sentence, Font(3, 0, 16)));
   // Families other than 2 are all the sans face.
   EXPECT_EQ(ZqEstimateTextWidth(sentence, Font(0, 0, 16)), ZqEstimateTextWidth(sentence, Font(3, 0, 16)));
-}
-
-TEST(LineartText, RotationColourAndAlignmentDoNotChangeTheWidth) {
-  const ZqFont plain(3, 0, 18, ZqFont::kLeft, Corvane::ZqBlack);
-  const ZqFont turned(3, 0, 18, ZqFont::kRight, Corvane::ZqRed, 90.0);
-  EXPECT_EQ(ZqEstimateTextWidth("Residuals", plain), ZqEstimateTextWidth("Residuals", turned));
-  EXPECT_EQ(ZqEstimateTextWidth("", plain), 0.0);
-  EXPECT_EQ(ZqEstimateTextWidth("Residuals", Font(3, 0, 0)), 0.0);
 }
 
 TEST(LineartText, BytesThatAreNotUtf8AreReadAsLatin1) {

@@ -254,19 +254,26 @@ TEST(MolKrige, AMethylThatRaisesTheSeriesContributesPositively) {
   }
 }
 
+// Two models trained on the same molecules (all but the held-out ones).
+template <class A, class B>
+void TrainBothOnKept(A& a, B& b, const Mols& mols) {
+  for (std::size_t i = 0; i < mols.size(); ++i) {
+    if (HeldOut(i)) continue;
+    ASSERT_TRUE(a.AddTraining(*mols[i], Activity(*mols[i])));
+    ASSERT_TRUE(b.AddTraining(*mols[i], Activity(*mols[i])));
+  }
+  ASSERT_TRUE(a.Train());
+  ASSERT_TRUE(b.Train());
+}
+
 TEST(MolKrige, DefaultDistanceOnTheCustomRouteMatchesTheVseprRoute) {
   Mols mols = ReadBzr();
   const ZqMolKrigeDefaultDistFxn distance{ZqDefaultKrigeDistanceOptions()};
   for (auto& mol : mols) ASSERT_TRUE(distance.PrepMol(*mol));
   ZqMolKrige vsepr{ZqGlobalKrigeOptions()};
   ZqMolKrige custom(distance, ZqGlobalKrigeOptions());
-  for (std::size_t i = 0; i < mols.size(); ++i) {
-    if (HeldOut(i)) continue;
-    ASSERT_TRUE(vsepr.AddTraining(*mols[i], Activity(*mols[i])));
-    ASSERT_TRUE(custom.AddTraining(*mols[i], Activity(*mols[i])));
-  }
-  ASSERT_TRUE(vsepr.Train());
-  ASSERT_TRUE(custom.Train());
+  TrainBothOnKept(vsepr, custom, mols);
+  if (HasFatalFailure()) return;
   const ZqMolKrige copy(vsepr);
   // Training the original further leaves the copy as it was.
   ASSERT_TRUE(vsepr.AddTraining(*mols[0], Activity(*mols[0])));
@@ -327,13 +334,8 @@ TEST(MolKrige, SingleConformerModelOnMorganDistance) {
   for (auto& mol : mols) ASSERT_TRUE(distance.PrepMol(*mol));
   ZqSCMolKrige engine(distance, ZqKrigeOptions(ZqGlobalKrigeOptions()));
   ZqMolKrige facade(distance, ZqGlobalKrigeOptions());
-  for (std::size_t i = 0; i < mols.size(); ++i) {
-    if (HeldOut(i)) continue;
-    ASSERT_TRUE(engine.AddTraining(*mols[i], Activity(*mols[i])));
-    ASSERT_TRUE(facade.AddTraining(*mols[i], Activity(*mols[i])));
-  }
-  ASSERT_TRUE(engine.Train());
-  ASSERT_TRUE(facade.Train());
+  TrainBothOnKept(engine, facade, mols);
+  if (HasFatalFailure()) return;
   for (std::size_t i = 0; i < mols.size(); i += 10) {
     SCOPED_TRACE(mols[i]->GetName());
     const double y = engine.Predict(*mols[i]);
