@@ -9,8 +9,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <regex>
@@ -172,6 +174,55 @@ TEST_F(BzrSplit, SavedModelsAndThreadsGiveTheSameBytes) {
               HasSubstr("not a varimo-krige molecule model"));
 }
 
+// Queries with an unreadable record between two molecules: rows 0 and 2.
+std::string QueriesWithAGap(const Mols& all) {
+  return Molkit::ZqMolToSDRecord(*all[0]) + "unreadable\n\n\nnot a counts line\nM  END\n$$$$\n" +
+         Molkit::ZqMolToSDRecord(*all[8]);
+}
+
+std::vector<std::string> DirectoryEntries(const std::string& dir) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(dir)) names.push_back(entry.path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+TEST_F(BzrSplit, ReportsAreNamedByTheirRowInPredCsv) {
+  const std::string query = Scratch("gap.sdf"), pred = Scratch("pred.csv"), dir = Scratch("reports") + "/png";
+  Write(query, QueriesWithAGap(all_));
+  const std::string train = "--train " + trainPath_ + " --response ACTIVITY --predict " + query + " --out " + pred;
+  const Outcome run = Krige(train + " --report " + dir + " --quiet");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 2 (unreadable): "));
+  const std::vector<std::string> lines = Lines(Slurp(pred));
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_THAT(lines[1], ::testing::StartsWith("0," + all_[0]->GetName() + ","));
+  EXPECT_THAT(lines[2], ::testing::StartsWith("2," + all_[8]->GetName() + ","));
+  // The directory did not exist, nor its parent.
+  EXPECT_EQ(DirectoryEntries(dir), (std::vector<std::string>{"0.png", "2.png"}));
+  for (const char* name : {"/0.png", "/2.png"}) {
+    EXPECT_EQ(Slurp(dir + name).substr(0, 8), std::string("\x89PNG\r\n\x1a\n", 8)) << name;
+  }
+
+  const std::string svg = Scratch("svg");
+  ASSERT_EQ(Krige(train + " --report " + svg + " --report-format svg").status, 0);
+  EXPECT_EQ(DirectoryEntries(svg), (std::vector<std::string>{"0.svg", "2.svg"}));
+  EXPECT_THAT(Slurp(svg + "/2.svg"), HasSubstr("<svg"));
+  const std::string pdf = Scratch("pdf");
+  ASSERT_EQ(Krige(train + " --report " + pdf + " --report-format pdf").status, 0);
+  EXPECT_EQ(DirectoryEntries(pdf), (std::vector<std::string>{"0.pdf", "2.pdf"}));
+  EXPECT_EQ(Slurp(pdf + "/0.pdf").substr(0, 5), "%PDF-");
+}
+
+TEST_F(BzrSplit, AReportDirectoryThatCannotBeMadeStopsTheRun) {
+  const std::string file = Scratch("a_file"), pred = Scratch("pred.csv");
+  Write(file, "x");
+  const Outcome run = Krige(Files() + " --out " + pred + " --report " + file + "/reports");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "varimo-krige: cannot create the report directory " + file + "/reports: Not a directory\n");
+  EXPECT_FALSE(std::filesystem::exists(pred));
+}
+
 TEST_F(BzrSplit, CrossValidationEndsWithItsThreeLines) {
   const Outcome run = Krige("cv --train " + std::string(kBzr) + " --response ACTIVITY --folds 3 --seed 7");
   ASSERT_EQ(run.status, 0) << run.err;
@@ -215,6 +266,25 @@ TEST(VarimoKrigeMolecules, BadRecordsAreNamedAndLeftOut) {
   EXPECT_THAT(empty.err, HasSubstr("holds no molecule"));
 }
 
+// Universal kriging cannot predict a query whose drift field is not a
+// number: its row stays in PRED.csv, and it alone gets no report.
+TEST(VarimoKrigeMolecules, AFailedPredictionGetsNoReport) {
+  const std::string smi = Scratch("train.smi"), query = Scratch("query.smi"), pred = Scratch("pred.csv");
+  const std::string dir = Scratch("reports");
+  Write(smi,
+        "smiles name pIC50 logp\n"
+        "c1ccccc1O phenol 5.0 1.5\nCc1ccccc1O cresol 5.5 2.0\nCCc1ccccc1O ethylphenol 6.0 2.5\n"
+        "c1ccccc1N aniline 4.0 0.9\nCc1ccccc1N toluidine 4.5 1.3\nc1ccccc1Cl chlorobenzene 3.0 2.8\n"
+        "Cc1ccccc1Cl chlorotoluene 3.5 3.3\nOCc1ccccc1 benzylalcohol 4.8 1.1\n");
+  Write(query, "smiles name logp\nCc1ccccc1O q1 2.0\nCCCc1ccccc1O q2 n/a\nc1ccccc1Br q3 3.0\n");
+  const Outcome run = Krige("--train " + smi + " --response pIC50 --drift logp --predict " + query + " --out " +
+                            pred + " --report " + dir);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "varimo-krige: no report " + dir + "/1.png for record 2 (q2): the prediction failed\n");
+  EXPECT_THAT(Lines(Slurp(pred)).at(2), ::testing::StartsWith("1,q2,1.7976931348623157e+308,"));
+  EXPECT_EQ(DirectoryEntries(dir), (std::vector<std::string>{"0.png", "2.png"}));
+}
+
 TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
   const std::string sdf = std::string(" --train ") + kBzr;
   const std::pair<std::string, std::string> cases[] = {
@@ -226,6 +296,13 @@ TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
        "--model simple is only for CSV files of numbers"},
       {sdf + " --response ACTIVITY --predict q.sdf", "missing --out"},
       {"--load " + Scratch("absent.vkm") + " --predict q.sdf --out p.csv", "cannot read"},
+      {"cv" + sdf + " --response ACTIVITY --report r", "cv takes no --report or --report-format"},
+      {"cv" + sdf + " --response ACTIVITY --report-format svg", "cv takes no --report or --report-format"},
+      {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --report-format svg",
+       "--report-format needs --report DIR"},
+      {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --report r --report-format gif",
+       "--report-format must be png, svg or pdf, not gif"},
+      {sdf + " --response ACTIVITY --save m.vkm --report r", "--report needs --predict"},
   };
   for (const auto& [args, message] : cases) {
     const Outcome run = Krige(args);

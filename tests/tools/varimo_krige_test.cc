@@ -438,6 +438,8 @@ TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
       {files + " --response y --max-variogram-size 100", "--max-variogram-size is only for --local K"},
       {files + " --response y --kernel Nope", "unknown kernel Nope"},
       {files + " --response y --bogus 1", "unknown option --bogus"},
+      {files + " --response y --report r", "--report and --report-format are only for molecule files"},
+      {files + " --response y --report-format svg", "--report and --report-format are only for molecule files"},
       {files + " --response", "option --response needs a value"},
       {"--response y --predict x.csv --out y.csv", "missing --train"},
       {"--train /nonexistent.csv --response y --predict x.csv --out y.csv", "cannot read /nonexistent.csv"},

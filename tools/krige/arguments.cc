@@ -16,6 +16,7 @@ const char* HelpText() {
        varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv
                     [--contributions CONTRIB.csv] [--local K] [--drift TAG,...]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
+                    [--report DIR [--report-format png|svg|pdf]]
        varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
                     [--local K] [--drift TAG,...] [--threads N]
 
@@ -78,6 +79,12 @@ columns) of that name.
   --save MODEL.vkm       write the trained model (format described in the README)
   --load MODEL.vkm       read a saved model instead of --train and --response
   --threads N            predict N queries at a time; the same numbers as one
+  --report DIR           write one report image per query, DIR/ROW.png (ROW as
+                         in PRED.csv; DIR made if missing): the molecule with
+                         its atoms coloured by their contributions, the
+                         predicted distribution and the training molecules of
+                         largest weight; none for a failed prediction
+  --report-format png|svg|pdf  with --report: the images' format (default png)
   cv                     K-fold cross-validation (--folds K, default 5; records
                          shuffled with --seed S, default 1); ends with the lines
                          "RMSE x", "R2 x" and "coverage95 x" (the fraction of
@@ -156,9 +163,11 @@ std::string MoleculeConflict(const Arguments& parsed) {
         !parsed.loadPath.empty() || !parsed.contributionsPath.empty()) {
       return "cv takes no --predict, --out, --contributions, --save or --load";
     }
+    if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) return "cv takes no --report or --report-format";
     if (parsed.folds < 2) return "--folds must be at least 2";
     return {};
   }
+  if (!parsed.reportFormat.empty() && parsed.reportDir.empty()) return "--report-format needs --report DIR";
   if (!parsed.loadPath.empty()) {
     if (!parsed.trainPath.empty() || !parsed.responseName.empty()) {
       return "--load replaces --train and --response";
@@ -171,6 +180,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
   // Training only, to save the model, needs no query.
   if (parsed.predictPath.empty() && parsed.outPath.empty() && !parsed.savePath.empty()) {
     if (!parsed.contributionsPath.empty()) return "--contributions needs --predict";
+    if (!parsed.reportDir.empty()) return "--report needs --predict";
     return {};
   }
   if (parsed.predictPath.empty()) return "missing --predict (see --help)";
@@ -207,9 +217,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (flag == "--contributions") target = &parsed.contributionsPath;
     if (flag == "--save") target = &parsed.savePath;
     if (flag == "--load") target = &parsed.loadPath;
+    if (flag == "--report") target = &parsed.reportDir;
     const bool known = target || flag == "--features" || flag == "--drift" || flag == "--model" ||
                        flag == "--local" || flag == "--max-variogram-size" || flag == "--threads" ||
-                       flag == "--folds" || flag == "--seed";
+                       flag == "--folds" || flag == "--seed" || flag == "--report-format";
     if (!known) {
       error = "unknown option " + flag + " (see --help)";
       return std::nullopt;
@@ -235,6 +246,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       unsigned int size = 0;
       valid = ParseCount(flag, value, size, error);
       parsed.maxVariogramSize = size;
+    } else if (flag == "--report-format") {
+      parsed.reportFormat = value;
+      valid = value == "png" || value == "svg" || value == "pdf";
+      if (!valid) error = "--report-format must be png, svg or pdf, not " + value;
     } else if (value == "simple" || value == "ordinary" || value == "universal") {
       parsed.simple = value == "simple";
       parsed.universal = value == "universal";
@@ -252,6 +267,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
   }
   if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1) {
     error = "--contributions, --save and --threads are only for molecule files (see --help)";
+    return std::nullopt;
+  }
+  if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) {
+    error = "--report and --report-format are only for molecule files (see --help)";
     return std::nullopt;
   }
   const std::pair<const char*, const std::string*> required[] = {{"--train", &parsed.trainPath},

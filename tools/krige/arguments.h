@@ -33,6 +33,8 @@ struct Arguments {
   std::string savePath;               // empty: the model is not saved
   std::string loadPath;               // empty: trained from --train
   unsigned int threads = 1;
+  std::string reportDir;              // empty: no report images
+  std::string reportFormat;           // png, svg or pdf; empty: not given, png
 };
 
 // Whether the path names a molecule file: .sdf, .sdf.gz, .smi, .smi.gz, or

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <numeric>
 #include <random>
@@ -13,10 +14,10 @@
 #include "mol_inputs.h"
 #include "mol_model.h"
 #include "progress.h"
+#include "varimo/mol/krige_report.h"
 
 namespace VarimoKrige {
 namespace {
-
 
 void ReportLeftOut(const std::vector<std::string>& errors) {
   for (const std::string& error : errors) std::fprintf(stderr, "varimo-krige: left out %s\n", error.c_str());
@@ -133,6 +134,43 @@ bool WriteContributions(const std::string& path, const MoleculeFile& queries,
   return static_cast<bool>(out);
 }
 
+// DIR/ROW.EXT for every valid prediction, ROW as in PRED.csv. Drawn here on
+// the calling thread after the predictions: Cairo and RDKit's depiction are
+// not relied on to be thread-safe, and a result computes its contributions
+// on demand. Failed predictions are named and skipped; false when a report
+// could not be written.
+bool WriteReports(const Arguments& args, const MoleculeFile& queries, std::vector<Prediction>& predictions,
+                  double baseline) {
+  Varimo::ZqKrigeReportOptions options;
+  // A loaded model does not know its response's name; the options' default
+  // stands for it.
+  if (!args.responseName.empty()) options.SetResponseName(args.responseName);
+  // Coloured against the training mean, the atoms agree with --contributions.
+  options.SetContributionBaseline(baseline);
+  const std::string extension = args.reportFormat.empty() ? "png" : args.reportFormat;
+  bool written = true;
+  for (std::size_t i = 0; i < predictions.size(); ++i) {
+    const Molkit::ZqMolBase& mol = *queries.mols[i];
+    const std::string path =
+        (std::filesystem::path(args.reportDir) / (std::to_string(queries.records[i] - 1) + '.' + extension)).string();
+    const std::string record = DescribeRecord(queries.records[i], mol.GetName());
+    if (!predictions[i].result.Valid()) {
+      std::fprintf(stderr, "varimo-krige: no report %s for %s: the prediction failed\n", path.c_str(), record.c_str());
+      continue;
+    }
+    if (mol.GetName().empty()) {
+      options.ClearTitle();
+    } else {
+      options.SetTitle(mol.GetName());
+    }
+    if (!Varimo::ZqKrigeRenderReport(path, predictions[i].result, mol, options)) {
+      std::fprintf(stderr, "varimo-krige: cannot write the report %s for %s\n", path.c_str(), record.c_str());
+      written = false;
+    }
+  }
+  return written;
+}
+
 double Mean(const std::vector<double>& values) {
   return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
 }
@@ -141,6 +179,12 @@ double Mean(const std::vector<double>& values) {
 
 int RunMolecules(const Arguments& args) {
   std::string error;
+  // Before training, so that a bad directory costs nothing.
+  if (!args.reportDir.empty()) {
+    std::error_code failure;
+    std::filesystem::create_directories(args.reportDir, failure);
+    if (failure) return Fail("cannot create the report directory " + args.reportDir + ": " + failure.message());
+  }
   std::optional<TrainedMolModel> trained;
   if (!args.loadPath.empty()) {
     trained = LoadMolModel(args.loadPath, error);
@@ -174,13 +218,14 @@ int RunMolecules(const Arguments& args) {
   std::optional<MoleculeFile> queries = LoadMolecules(args.predictPath, error);
   if (!queries) return Fail(error);
   ReportLeftOut(queries->errors);
-  const std::vector<Prediction> predictions =
-      PredictAll(*trained->model, queries->mols, !args.contributionsPath.empty(), Mean(trained->responses),
-                 args.threads, args.quiet);
+  const double mean = Mean(trained->responses);
+  std::vector<Prediction> predictions =
+      PredictAll(*trained->model, queries->mols, !args.contributionsPath.empty(), mean, args.threads, args.quiet);
   if (!WritePredictions(args.outPath, *queries, predictions)) return Fail("cannot write " + args.outPath);
   if (!args.contributionsPath.empty() && !WriteContributions(args.contributionsPath, *queries, predictions)) {
     return Fail("cannot write " + args.contributionsPath);
   }
+  if (!args.reportDir.empty() && !WriteReports(args, *queries, predictions, mean)) return kBadInput;
   return 0;
 }
 
