@@ -143,12 +143,14 @@ TEST(Depiction, DrawingsArePlacedAndWrittenWithTheirColours) {
   EXPECT_EQ(cairo_image_surface_get_width(png), 400);
   const unsigned char* data = cairo_image_surface_get_data(png);
   const int stride = cairo_image_surface_get_stride(png);
-  int bluish = 0, reddish = 0;
+  int bluish = 0, reddish = 0, dark = 0;
   for (int y = 0; y < 300; ++y) {
     for (int x = 0; x < 400; ++x) {
       const unsigned char* p = data + y * stride + 4 * x;  // B, G, R, A in memory
       if (p[0] > 200 && p[1] < 120 && p[2] < 120) ++bluish;
       if (p[2] > 200 && p[1] < 120 && p[0] < 120) ++reddish;
+      const bool inside = x > 52 && x < 347 && y > 62 && y < 257;
+      if (inside && p[0] < 60 && p[1] < 60 && p[2] < 60) ++dark;
       // Nothing of the molecule lands outside its frame.
       if (x < 49 || y < 59) {
         EXPECT_TRUE(p[0] == 255 && p[1] == 255 && p[2] == 255) << x << "," << y;
@@ -159,6 +161,8 @@ TEST(Depiction, DrawingsArePlacedAndWrittenWithTheirColours) {
   std::remove(path.c_str());
   EXPECT_GT(bluish, 50);
   EXPECT_GT(reddish, 50);
+  // The bonds, drawn by RDKit on the page's own context, inside the border.
+  EXPECT_GT(dark, 300);
 }
 
 }  // namespace

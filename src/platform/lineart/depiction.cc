@@ -51,6 +51,21 @@ void Orient(RDKit::Conformer& conformer, bool upright) {
   }
 }
 
+// RDKit's Cairo drawer, kept on the context it is given: Debian's RDKit
+// (2022.09) replaces that context with one on a private surface of its own
+// when drawing starts, so that nothing reaches the page. Drawing starts
+// through the virtual initDrawing(), which here only sets up the context
+// as RDKit's own does.
+class ContextDrawer : public RDKit::MolDraw2DCairo {
+ public:
+  ContextDrawer(int width, int height, cairo_t* cairo) : MolDraw2DCairo(width, height, cairo), cairo_(cairo) {}
+
+ private:
+  void initDrawing() override { cairo_set_line_cap(cairo_, CAIRO_LINE_CAP_BUTT); }
+
+  cairo_t* cairo_;
+};
+
 RDKit::DrawColour ToDraw(Corvane::ZqColor color) {
   return {color.GetRFraction(), color.GetGFraction(), color.GetBFraction(), color.GetAFraction()};
 }
@@ -137,7 +152,7 @@ bool ZqPaintMolecule(cairo_t* cairo, const Zq2DMolDisplay& display, const Zq2DPo
     // Kekulé bonds and wedges as chemists draw them; no hydrogens added,
     // so that atom indices stay those of the marks.
     RDKit::MolDraw2DUtils::prepareMolForDrawing(mol, true, false, true, false);
-    RDKit::MolDraw2DCairo drawer(width, height, cairo);
+    ContextDrawer drawer(width, height, cairo);
     RDKit::MolDrawOptions& options = drawer.drawOptions();
     options.backgroundColour = ToDraw(look.GetBackgroundColor());
     options.fillHighlights = true;
