@@ -5,6 +5,9 @@
 
 #include "varimo/mol/krige_distance_options.h"
 #include "varimo/mol/krige_distfxns.h"
+#include "varimo/mol/krige_report.h"
+#include "varimo/mol/krige_report_format.h"
+#include "varimo/mol/krige_report_options.h"
 #include "varimo/mol/krige_vsepr.h"
 #include "varimo/mol/mol_data_model.h"
 #include "varimo/mol/mol_krige.h"

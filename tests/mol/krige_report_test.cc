@@ -1,0 +1,274 @@
+// The krige report of a held-out bzr compound (RDKit's benzodiazepine
+// receptor set, pIC50 in ACTIVITY): what it draws, where and in which
+// order on a recording image, the rules by which panels and texts are left
+// out, and the files it writes.
+#include "varimo/mol/krige_report.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "png_pixels.h"
+#include "varimo/krige/kernel_fit.h"
+#include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/lineart/recorded_image.h"
+#include "varimo/platform/molkit/molecule_files.h"
+
+namespace Varimo {
+namespace {
+
+using Kind = Lineart::ZqDrawCall::Kind;
+using Lineart::ZqDrawCall;
+using Lineart::ZqImage;
+using Mols = std::vector<std::unique_ptr<Molkit::ZqMolBase>>;
+
+double Activity(const Molkit::ZqMolBase& mol) { return std::stod(Molkit::ZqGetSDData(mol, "ACTIVITY")); }
+
+// One model for the whole suite: trained on bzr without every tenth
+// molecule, predicting the first of those held out.
+class KrigeReport : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    std::vector<std::string> errors;
+    ASSERT_TRUE(Molkit::ZqReadSDFile("/usr/share/RDKit/Projects/DbCLI/testData/bzr.sdf", mols_, errors));
+    model_ = std::make_unique<ZqMolKrige>(ZqGlobalKrigeOptions());
+    for (std::size_t i = 0; i < mols_.size(); ++i) {
+      if (i % 10 != 0) ASSERT_TRUE(model_->AddTraining(*mols_[i], Activity(*mols_[i])));
+    }
+    ASSERT_TRUE(model_->Train());
+  }
+  static void TearDownTestSuite() {
+    model_.reset();
+    mols_.clear();
+  }
+
+  const Molkit::ZqMolBase& Query() const { return *mols_[10]; }
+  ZqMolKrigeResult Predict() const { return model_->GetResult(Query()); }
+  static ZqKrigeReportOptions Options() {
+    ZqKrigeReportOptions options;
+    options.SetTitle("bzr held out");
+    options.SetResponseName("pIC50");
+    return options;
+  }
+
+  std::string Path(const std::string& name) {
+    const std::string path = ::testing::TempDir() + "varimo_report_" + std::to_string(::getpid()) + "_" + name;
+    written_.push_back(path);
+    return path;
+  }
+  void TearDown() override {
+    for (const std::string& path : written_) std::remove(path.c_str());
+  }
+
+  static Mols mols_;
+  static std::unique_ptr<ZqMolKrige> model_;
+
+ private:
+  std::vector<std::string> written_;
+};
+Mols KrigeReport::mols_;
+std::unique_ptr<ZqMolKrige> KrigeReport::model_;
+
+std::vector<std::string> Texts(const ZqImage& image) {
+  std::vector<std::string> texts;
+  for (const ZqDrawCall& call : image.GetCalls()) {
+    if (call.kind == Kind::Text) texts.push_back(call.text);
+  }
+  return texts;
+}
+
+// Helpers that restate the report's arithmetic independently of it.
+
+std::string Printf(const char* format, double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
+// The chance of the prediction below x, through erfc rather than the
+// library's erf.
+double Below(const ZqMolKrigeResult& r, double x) {
+  return 0.5 * std::erfc(-(x - r.GetResponse()) / std::sqrt(2.0 * r.GetVariance()));
+}
+
+// Element indices by decreasing |weight|, then increasing distance.
+std::vector<unsigned int> ByWeight(const ZqMolKrigeResult& r) {
+  std::vector<unsigned int> order;
+  for (unsigned int i = 0; i < r.GetNumElements(); ++i) order.push_back(i);
+  std::stable_sort(order.begin(), order.end(), [&](unsigned int a, unsigned int b) {
+    const double wa = std::fabs(r.GetElementWeight(a)), wb = std::fabs(r.GetElementWeight(b));
+    return wa != wb ? wa > wb : r.GetElementDistance(a) < r.GetElementDistance(b);
+  });
+  return order;
+}
+
+struct Rect {
+  Lineart::Zq2DPoint a;
+  Lineart::Zq2DPoint b;
+  bool operator==(const Rect&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const Rect& r) {
+  return out << "(" << r.a.x << "," << r.a.y << ")-(" << r.b.x << "," << r.b.y << ")";
+}
+
+// The rectangles drawn with the report's border pen, in order.
+std::vector<Rect> ReportBorders(const ZqImage& image) {
+  const Lineart::ZqPen pen(Corvane::ZqWhite, Corvane::ZqBlack, 0, 1.0, 0xFFFF);
+  std::vector<Rect> borders;
+  for (const ZqDrawCall& call : image.GetCalls()) {
+    if (call.kind == Kind::Rectangle && call.pen == pen) borders.push_back({call.a, call.b});
+  }
+  return borders;
+}
+
+std::size_t Count(const std::vector<std::string>& texts, const std::string& text) {
+  return static_cast<std::size_t>(std::count(texts.begin(), texts.end(), text));
+}
+
+// ------------------------------------------------------------ the whole report
+
+TEST_F(KrigeReport, TextsComeInTheOrderOfThePanels) {
+  ZqMolKrigeResult result = Predict();
+  ASSERT_TRUE(result.Valid());
+  ZqKrigeReportOptions options = Options();
+  options.PushSDProperty("ACTIVITY", "Measured");
+  options.PushClassificationBoundry(7.0);
+  options.PushClassificationBoundry(8.0);
+  ZqImage page(800, 800);
+  ASSERT_TRUE(ZqKrigeRenderReport(page, result, Query(), options, 0, 0));
+
+  // The training values share the decimals of their spread: four figures
+  // of a spread between 1 and 10 leave three.
+  double lo = 1e300, hi = -1e300;
+  for (unsigned int i = 0; i < result.GetNumElements(); ++i) {
+    lo = std::min(lo, result.GetElementResponse(i));
+    hi = std::max(hi, result.GetElementResponse(i));
+  }
+  ASSERT_GE(hi - lo, 1.0);
+  ASSERT_LT(hi - lo, 10.0);
+  std::vector<std::string> expected{"bzr held out", "Similar Training Molecules"};
+  // The body (800 x 760) is wider than high: two rows of three molecules.
+  const std::vector<unsigned int> order = ByWeight(result);
+  for (std::size_t j = 0; j < 6; ++j) {
+    expected.push_back("pIC50 " + Printf("%.3f", result.GetElementResponse(order[j])));
+    expected.push_back("Weight");
+    expected.push_back(Printf("%6.3f", result.GetElementWeight(order[j])));
+  }
+  expected.insert(expected.end(), {"  Contributes to Higher pIC50", "  Contributes to Lower pIC50", " Measured",
+                                   " " + Molkit::ZqGetSDData(Query(), "ACTIVITY"), "Properties",
+                                   "pIC50 " + Printf("%.3f", result.GetResponse())});
+  for (const double tick : {lo, 7.0, 8.0, hi}) expected.push_back(Printf("%.3f", tick));
+  expected.push_back("Probability");
+  // Each class clipped to the training range.
+  expected.push_back(Printf("%2.0f%%", 100.0 * (Below(result, 7.0) - Below(result, lo))));
+  expected.push_back(Printf("%2.0f%%", 100.0 * (Below(result, 8.0) - Below(result, 7.0))));
+  expected.push_back(Printf("%2.0f%%", 100.0 * (Below(result, hi) - Below(result, 8.0))));
+  expected.insert(expected.end(), {"Training Molecules", "This Molecule", "Distance", "Semivariance", "Variogram",
+                                   "Model Quality", "Conf", "Vari", "Meas"});
+  // The dial's middle: the lowest of the three scores; every training
+  // molecule is measured, so the weight share is 1.
+  const double conf = 1.0 - result.GetVariance() / result.GetKernel().GetSill();
+  const double fitness = ZqGetFitness(result.GetKernel(), result.GetVariogram());
+  const double vari = 1.0 - std::tanh(2.0 * fitness);  // 2 / (exp(-4f) + 1) - 1 is tanh(2f)
+  expected.push_back(Printf("%2.0f%%", 100.0 * std::max(0.001, std::min({conf, vari, 1.0}))));
+  EXPECT_EQ(Texts(page), expected);
+}
+
+TEST_F(KrigeReport, BordersFollowTheLayoutOfTheImagesShape) {
+  ZqMolKrigeResult result = Predict();
+  ZqKrigeReportOptions options = Options();
+  {
+    // Wide, under a title strip of 5%: the molecule and the distribution on
+    // top, the variogram under the dial at the right, training below.
+    ZqImage page(800, 800);
+    ASSERT_TRUE(ZqKrigeRenderReport(page, result, Query(), options, 0, 0));
+    const std::vector<Rect> expected{{{660, 192}, {800, 344}},   // variogram
+                                     {{660, 40}, {800, 192}},    // dial
+                                     {{400, 40}, {660, 344}},    // distribution
+                                     {{0, 40}, {400, 344}}};     // molecule
+    EXPECT_EQ(ReportBorders(page), expected);
+  }
+  {
+    // Upright without a title: training at the right, bordered; the
+    // molecule over the distribution over variogram and dial at the left.
+    options.ClearTitle();
+    ZqImage page(600, 900);
+    ASSERT_TRUE(ZqKrigeRenderReport(page, result, Query(), options, 0, 0));
+    const std::vector<Rect> expected{{{240, 0}, {600, 900}},   // training
+                                     {{0, 720}, {120, 900}},   // variogram
+                                     {{120, 720}, {240, 900}}, // dial
+                                     {{0, 0}, {240, 432}},     // molecule
+                                     {{0, 432}, {240, 720}}};  // distribution
+    EXPECT_EQ(ReportBorders(page), expected);
+    EXPECT_EQ(Count(Texts(page), "Weight"), 6u);  // 3 rows of 2
+  }
+  {
+    // Without the details the distribution takes the rest of its column.
+    options.SetShowKrigeDetails(false);
+    ZqImage page(600, 900);
+    ASSERT_TRUE(ZqKrigeRenderReport(page, result, Query(), options, 0, 0));
+    const std::vector<Rect> expected{{{240, 0}, {600, 900}}, {{0, 0}, {240, 540}}, {{0, 540}, {240, 900}}};
+    EXPECT_EQ(ReportBorders(page), expected);
+    const std::vector<std::string> texts = Texts(page);
+    EXPECT_EQ(Count(texts, "Variogram"), 0u);
+    EXPECT_EQ(Count(texts, "Model Quality"), 0u);
+  }
+}
+
+TEST_F(KrigeReport, SkipRules) {
+  ZqMolKrigeResult result = Predict();
+  const ZqKrigeReportOptions options = Options();
+  {
+    // One of rows and cols 0 leaves the training panel out, and is no failure.
+    ZqImage page(800, 800);
+    ASSERT_TRUE(ZqKrigeRenderReport(page, result, Query(), options, 0, 2));
+    const std::vector<std::string> texts = Texts(page);
+    EXPECT_EQ(Count(texts, "Similar Training Molecules"), 0u);
+    EXPECT_EQ(Count(texts, "Weight"), 0u);
+    EXPECT_EQ(Count(texts, "Variogram"), 1u);
+  }
+  {
+    // More training molecules than cells: the largest weights, in order.
+    ZqImage page(800, 800);
+    ASSERT_TRUE(ZqKrigeRenderTraining(page, result, options, 2, 1));
+    const std::vector<unsigned int> order = ByWeight(result);
+    const std::vector<std::string> expected{"Similar Training Molecules",
+                                            "pIC50 " + Printf("%.3f", result.GetElementResponse(order[0])),
+                                            "Weight",
+                                            Printf("%6.3f", result.GetElementWeight(order[0])),
+                                            "pIC50 " + Printf("%.3f", result.GetElementResponse(order[1])),
+                                            "Weight",
+                                            Printf("%6.3f", result.GetElementWeight(order[1]))};
+    EXPECT_EQ(Texts(page), expected);
+  }
+  {
+    // A molecule needs 100 pixels each way; an invalid result fails every
+    // panel that shows it, and nothing of it is written to a file.
+    ZqImage small(99, 400);
+    EXPECT_FALSE(ZqKrigeRenderMolecule(small, result, Query(), options));
+    ZqImage page(800, 800);
+    ZqImage tiny(150, 150);
+    EXPECT_FALSE(ZqKrigeRenderReport(tiny, result, Query(), options, 0, 0));
+    ZqMolKrigeResult invalid;
+    EXPECT_FALSE(ZqKrigeRenderReport(page, invalid, Query(), options, 0, 0));
+    EXPECT_FALSE(ZqKrigeRenderTraining(page, invalid, options, 2, 2));
+    EXPECT_FALSE(ZqKrigeRenderConfidenceRadial(page, invalid));
+    EXPECT_FALSE(ZqKrigeRenderMolecule(page, invalid, Query(), options));
+    EXPECT_FALSE(ZqKrigeRenderDistribution(page, invalid, options));
+    EXPECT_FALSE(ZqKrigeRenderVariogram(page, invalid));
+    const std::string path = Path("invalid.png");
+    EXPECT_FALSE(ZqKrigeRenderReport(path, invalid, Query(), options));
+    EXPECT_FALSE(std::ifstream(path).good());
+  }
+}
+
+}  // namespace
+}  // namespace Varimo
