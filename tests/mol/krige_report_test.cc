@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstdio>
 #include <fstream>
 #include <memory>
@@ -19,6 +20,7 @@
 #include "png_pixels.h"
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/lineart/depiction.h"
 #include "varimo/platform/lineart/recorded_image.h"
 #include "varimo/platform/molkit/molecule_files.h"
 
@@ -268,6 +270,217 @@ TEST_F(KrigeReport, SkipRules) {
     EXPECT_FALSE(ZqKrigeRenderReport(path, invalid, Query(), options));
     EXPECT_FALSE(std::ifstream(path).good());
   }
+}
+
+// ------------------------------------------------------------ panels
+
+TEST_F(KrigeReport, ContributionsAreSquashedByTheHeavyAtomCount) {
+  ZqMolKrigeResult result = Predict();
+  ZqKrigeReportOptions options = Options();
+  options.SetContributionBaseline(7.0);
+  options.SetContributionPositiveColor(Corvane::ZqDarkGreen);
+  ZqImage page(400, 300);
+  ASSERT_TRUE(ZqKrigeRenderMolecule(page, result, Query(), options));
+  ASSERT_EQ(page.GetCalls().size(), 1u);
+  const std::shared_ptr<const Lineart::Zq2DMolDisplay>& display = page.GetCalls()[0].molecule;
+  ASSERT_TRUE(display);
+  const Molkit::ZqMolBase& drawn = display->GetMol();
+  // The drawing copy has no hydrogens; its atoms are the query's heavy ones.
+  ASSERT_EQ(drawn.GetNumAtoms(), Query().GetNumHeavyAtoms());
+  const double n = static_cast<double>(drawn.GetNumAtoms());
+  const std::vector<double> raw = result.GetAtomContributions(drawn, 7.0);
+  const unsigned int tag = Corvane::ZqGetTag("Contribution");
+  bool positive = false, negative = false;
+  for (std::size_t a = 0; a < drawn.GetNumAtoms(); ++a) {
+    const double* value = drawn.GetAtom(a).GetData<double>(tag);
+    ASSERT_NE(value, nullptr);
+    // 2 / (exp(-n c) + 1) - 1 is tanh(n c / 2).
+    EXPECT_NEAR(*value, std::tanh(0.5 * n * raw[a]), 1e-12);
+    positive = positive || *value > 0.0;
+    negative = negative || *value < 0.0;
+  }
+  EXPECT_TRUE(positive && negative);
+  // The map's key runs from the options' negative to positive colour.
+  ASSERT_TRUE(display->GetColorKey());
+  EXPECT_EQ(display->GetColorKey()->low, Corvane::ZqRed);
+  EXPECT_EQ(display->GetColorKey()->high, Corvane::ZqDarkGreen);
+}
+
+TEST_F(KrigeReport, OnlyATrainingMoleculeItselfIsFramedInGreen) {
+  const Lineart::ZqPen green(Corvane::ZqLightGrey, Corvane::ZqGreen, 0, 2.0, 0xFFFF);
+  auto greenBorders = [&](const ZqMolKrigeResult& result) {
+    ZqImage page(600, 600);
+    EXPECT_TRUE(ZqKrigeRenderTraining(page, result, Options(), 2, 2));
+    std::vector<Rect> found;
+    for (const ZqDrawCall& call : page.GetCalls()) {
+      if (call.kind == Kind::Rectangle && call.pen == green) found.push_back({call.a, call.b});
+    }
+    return found;
+  };
+  // A training molecule predicts itself with weight 1: the first cell.
+  const ZqMolKrigeResult itself = model_->GetResult(*mols_[1]);
+  ASSERT_NEAR(itself.GetElementWeight(ByWeight(itself)[0]), 1.0, 1e-6);
+  EXPECT_EQ(greenBorders(itself), (std::vector<Rect>{{{0, 30}, {300, 315}}}));
+  EXPECT_TRUE(greenBorders(Predict()).empty());
+}
+
+TEST_F(KrigeReport, ClassificationPieSlicesAreTheClassProbabilities) {
+  const ZqMolKrigeResult result = Predict();
+  ZqKrigeReportOptions options = Options();
+  ZqImage empty(300, 200);
+  EXPECT_TRUE(ZqKrigeRenderClassification(empty, result, options, false));
+  EXPECT_TRUE(empty.GetCalls().empty());
+
+  options.PushClassificationBoundry(8.0);
+  options.PushClassificationBoundry(7.0);
+  options.PushClassificationColor(Corvane::ZqLightGrey);
+  options.PushClassificationColor(Corvane::ZqDarkBlue);
+  options.PushClassificationColor(Corvane::ZqDarkRed);
+  ZqImage pie(300, 200);
+  ASSERT_TRUE(ZqKrigeRenderClassification(pie, result, options, false));
+  const std::vector<ZqDrawCall>& calls = pie.GetCalls();
+  ASSERT_EQ(calls.size(), 4u);
+  // Unclipped classes, cumulated from angle 0: below 7, 7 to 8, above 8.
+  const double cumulative[4] = {0.0, Below(result, 7.0), Below(result, 8.0), 1.0};
+  const Corvane::ZqColor colors[3] = {Corvane::ZqLightGrey, Corvane::ZqDarkBlue, Corvane::ZqDarkRed};
+  for (int k = 0; k < 3; ++k) {
+    SCOPED_TRACE(k);
+    EXPECT_EQ(calls[k].kind, Kind::Pie);
+    EXPECT_EQ(calls[k].a, Lineart::Zq2DPoint(150, 100));
+    EXPECT_EQ(calls[k].radius, 100.0);
+    EXPECT_NEAR(calls[k].startAngle, 360.0 * cumulative[k], 1e-9);
+    EXPECT_NEAR(calls[k].endAngle, 360.0 * cumulative[k + 1], 1e-9);
+    EXPECT_EQ(calls[k].pen, Lineart::ZqPen(colors[k], colors[k], 1, 1.0, 0xFFFF));
+  }
+  EXPECT_EQ(calls[3].kind, Kind::Circle);
+
+  // With the legend, the pie and the two line samples side by side.
+  ZqImage both(600, 200);
+  ASSERT_TRUE(ZqKrigeRenderClassification(both, result, options, true));
+  EXPECT_EQ(Texts(both), (std::vector<std::string>{"Training Molecules", "This Molecule"}));
+  EXPECT_LT(both.GetCalls()[0].a.x, 300.0);
+}
+
+TEST_F(KrigeReport, UnloggedValuesAndIntervals) {
+  ZqMolKrigeResult result = Predict();
+  ZqKrigeReportOptions options = Options();
+  options.SetResponseName("IC50");
+  options.SetShowConfidence(true);
+  ZqImage logged(500, 400);
+  ASSERT_TRUE(ZqKrigeRenderDistribution(logged, result, options));
+  const double mu = result.GetResponse();
+  const double half = 1.96 * std::sqrt(result.GetVariance());
+  // The distribution's interval is separated by ", ".
+  EXPECT_EQ(Texts(logged)[0], "IC50 " + Printf("%.3f", mu) + " [" + Printf("%.3f", mu - half) + ", " +
+                                  Printf("%.3f", mu + half) + "]");
+
+  // Unlogged, each number gets the format of its own size: 10^7.4 has more
+  // digits than four figures need, so none after the point.
+  options.SetUnlog(true);
+  ZqImage unlogged(500, 400);
+  ASSERT_TRUE(ZqKrigeRenderDistribution(unlogged, result, options));
+  const double low = std::pow(10.0, mu - half);
+  ASSERT_LT(low, 1e7);
+  ASSERT_GT(low, 1e5);
+  const std::vector<std::string> texts = Texts(unlogged);
+  EXPECT_EQ(texts[0], "IC50 " + Printf("%.0f", std::pow(10.0, mu)) + " [" + Printf("%.0f", low) + ", " +
+                          Printf("%.0f", std::pow(10.0, mu + half)) + "]");
+  // The smallest training value, 10^5, is the first tick.
+  EXPECT_EQ(texts[1], "100000");
+
+  // The training panel's intervals come from the measurement noise and use
+  // "," alone.
+  ZqImage training(300, 400);
+  options.SetUnlog(false);
+  ASSERT_TRUE(ZqKrigeRenderTraining(training, result, options, 1, 1));
+  const unsigned int first = ByWeight(result)[0];
+  const double r = result.GetElementResponse(first);
+  const double noise = 1.96 * std::sqrt(ZqGetExperimentalVariance(result.GetVariogram()));
+  ASSERT_GT(noise, 0.0);
+  EXPECT_EQ(Texts(training)[1], "IC50 " + Printf("%.3f", r) + " [" + Printf("%.3f", r - noise) + "," +
+                                    Printf("%.3f", r + noise) + "]");
+}
+
+TEST_F(KrigeReport, PropertiesThatDoNotFitFallAwayFromTheEndWithOneWarning) {
+  ZqMolKrigeResult result = Predict();
+  ZqKrigeReportOptions options = Options();
+  options.SetShowKrigeDetails(false);
+  std::vector<std::string> names;
+  for (int i = 0; i < 60; ++i) {
+    names.push_back("Property number " + std::to_string(i));
+    options.PushSDProperty("ACTIVITY", names.back());
+  }
+  ZqImage page(500, 700);
+  Corvane::ZqScopedThrowCapture capture;
+  ASSERT_TRUE(ZqKrigeRenderReport(page, result, Query(), options, 0, 0));
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
+            std::vector<std::string>{"ZqKrigeRenderReport, Not enough space to render all sd/data, skipping some"});
+  // The names shown are the first ones, in order, and not all of them.
+  std::vector<std::string> shown;
+  for (const std::string& text : Texts(page)) {
+    if (text.rfind(" Property number ", 0) == 0 || text.rfind("Property number ", 0) == 0) {
+      shown.push_back(text.substr(text.find('P')));
+    }
+  }
+  ASSERT_FALSE(shown.empty());
+  ASSERT_LT(shown.size(), names.size());
+  EXPECT_TRUE(std::equal(shown.begin(), shown.end(), names.begin()));
+  EXPECT_EQ(Count(Texts(page), "Properties"), 1u);
+
+  // A few fit at once, without a warning.
+  ZqKrigeReportOptions few = Options();
+  few.PushSDProperty("ACTIVITY", "Measured");
+  few.PushSDProperty("NAME", "Name");
+  Corvane::ZqScopedThrowCapture quiet;
+  ZqImage roomy(800, 800);
+  ASSERT_TRUE(ZqKrigeRenderReport(roomy, result, Query(), few, 0, 0));
+  EXPECT_TRUE(quiet.Texts(Corvane::ZqThrowLevel::Warning).empty());
+}
+
+// ------------------------------------------------------------ files
+
+TEST_F(KrigeReport, FilesInEachFormat) {
+  ZqMolKrigeResult result = Predict();
+  const ZqKrigeReportOptions options = Options();
+  const std::string png = Path("report.png");
+  ASSERT_TRUE(ZqKrigeRenderReport(png, result, Query(), options));
+  PngPixels pixels(png);
+  ASSERT_TRUE(pixels.Read());
+  EXPECT_EQ(pixels.Width(), 800);
+  EXPECT_EQ(pixels.Height(), 800);
+  // The legend's discs are the contribution colours exactly.
+  int blue = 0, red = 0, white = 0;
+  for (int y = 0; y < 800; ++y) {
+    for (int x = 0; x < 800; ++x) {
+      const std::uint32_t p = pixels.At(x, y);
+      blue += p == 0x0000FF;
+      red += p == 0xFF0000;
+      white += p == 0xFFFFFF;
+    }
+  }
+  EXPECT_GT(blue, 50);
+  EXPECT_GT(red, 50);
+  EXPECT_GT(white, 800 * 800 / 2);
+
+  const std::string svg = Path("report.svg");
+  ASSERT_TRUE(ZqKrigeRenderReport(svg, result, Query(), options));
+  const std::string parse = "/usr/bin/python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' " + svg;
+  EXPECT_EQ(std::system(parse.c_str()), 0) << "the SVG is not well-formed XML";
+
+  const std::string pdf = Path("report.pdf");
+  ASSERT_TRUE(ZqKrigeRenderReport(pdf, result, Query(), options));
+  std::ifstream in(pdf, std::ios::binary);
+  std::string start(4, '\0');
+  in.read(start.data(), 4);
+  EXPECT_EQ(start, "%PDF");
+
+  Corvane::ZqScopedThrowCapture capture;
+  EXPECT_FALSE(ZqKrigeRenderReport(Path("report.bmp"), result, Query(), options));
+  EXPECT_FALSE(ZqKrigeRenderReport("/nonexistent-dir/report.png", result, Query(), options));
+  const std::vector<std::string> warnings = capture.Texts(Corvane::ZqThrowLevel::Warning);
+  ASSERT_EQ(warnings.size(), 2u);
+  EXPECT_NE(warnings[0].find("report.bmp"), std::string::npos);
+  EXPECT_NE(warnings[1].find("/nonexistent-dir/report.png"), std::string::npos);
 }
 
 }  // namespace
