@@ -1,9 +1,8 @@
-// The paired t test, with Student's t from Boost.Math.
-#include <boost/math/distributions/students_t.hpp>
+// The paired t test, its p-value from the library's Student's t law.
 #include <cmath>
 
-#include "../platform/numarc/boost_math_policy.h"
 #include "statistic_support.h"
+#include "varimo/pdf/pdf_setup.h"
 #include "varimo/statistics/pair_statistic.h"
 
 namespace Varimo {
@@ -24,11 +23,12 @@ std::pair<double, double> ZqPairedTTestStatAndPValue::GetPairStatistic(const ZqP
   }
   const double t = mean / std::sqrt(sumSquares / df / n);
   if (std::isnan(t)) return {t, kBad};
-  const double pValue = Numarc::detail::ZqCallBoostMath([&] {
-    const boost::math::students_t_distribution<double, Numarc::detail::ZqBoostMathPolicy> student(df);
-    return 1.0 - boost::math::cdf(student, t);
-  });
-  return {t, std::isfinite(pValue) ? pValue : kBad};
+  ZqStatModelResult result;
+  const ZqUniVarPDF student = ZqUnivariateStudentsT("tTestStat", df, 0.0, 1.0, result);
+  if (result.NotSuccessful()) return {t, kBad};
+  const double cdf = student.GetCDF(t, result, true);
+  if (result.NotSuccessful() || !std::isfinite(cdf)) return {t, kBad};
+  return {t, 1.0 - cdf};
 }
 
 }  // namespace Varimo
