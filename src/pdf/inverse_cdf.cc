@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <sstream>
+#include <vector>
 
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/platform/corvane/strings.h"
@@ -66,8 +67,14 @@ double InverseContinuousCDF(ZqStatModelResult& result, const ZqUniVarPDFImpl& pd
   if (!evaluate()) return kBad;
   double errX = 0.5 * (upper - lower);
   double errY = std::fabs(cdf - p);
-  std::ostringstream log;
-  log << "Percent, lower, upper = " << p << " " << lower << " " << upper << "\n";
+  // The passes are logged for the failure's comment; they are kept as
+  // numbers and written out only if the search fails, since formatting
+  // them would cost more than the search itself.
+  const double start[3] = {p, lower, upper};
+  struct Pass {
+    double lower, x, upper, errX, errY;
+  };
+  std::vector<Pass> passes;
   for (int i = 0; i < kMaxIterations; ++i) {
     if ((std::fabs(x) + 1.0) * tolX >= errX && tolY >= errY) {
       result = true;
@@ -99,7 +106,13 @@ double InverseContinuousCDF(ZqStatModelResult& result, const ZqUniVarPDFImpl& pd
     }
     if (!evaluate()) return kBad;
     errY = std::fabs(cdf - p);
-    log << "lower,xnew,upper,errX,errY = " << lower << " " << x << " " << upper << " " << errX << " " << errY << "\n";
+    passes.push_back({lower, x, upper, errX, errY});
+  }
+  std::ostringstream log;
+  log << "Percent, lower, upper = " << start[0] << " " << start[1] << " " << start[2] << "\n";
+  for (const Pass& pass : passes) {
+    log << "lower,xnew,upper,errX,errY = " << pass.lower << " " << pass.x << " " << pass.upper << " " << pass.errX
+        << " " << pass.errY << "\n";
   }
   log << "Max Iters (" << kMaxIterations << ") exceeded \n";
   result = ZqMakeFailedResult(F::InternalLogicFailure, "InverseContinuousCDF", log.str());
