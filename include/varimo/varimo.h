@@ -22,9 +22,11 @@
 #include "varimo/ranvar/ran_var.h"
 #include "varimo/ranvar/ran_var_setup.h"
 #include "varimo/ranvar/ran_var_types.h"
+#include "varimo/pdf/multivariate_pdfs.h"
 #include "varimo/pdf/null_pdf.h"
 #include "varimo/pdf/pdf.h"
 #include "varimo/pdf/pdf_setup.h"
+#include "varimo/pdf/sample_pdfs.h"
 #include "varimo/pdf/univariate_pdfs.h"
 #include "varimo/platform/minarc/newton_opt.h"
 

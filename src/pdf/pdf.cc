@@ -184,27 +184,35 @@ ZqMultiVarPDFImpl::ZqMultiVarPDFImpl(std::size_t pdfType, const std::vector<std:
                                      const ZqRanVarVec& parameters, const ZqRanVarVec& outcomes)
     : ZqProbDistFuncImpl(pdfType, parameters, outcomes), variableNames_(variableNames) {}
 
-bool ZqMultiVarPDFImpl::GetIndexOfNameInVarNameList(const std::string& name, std::size_t& index) const {
+ZqStatModelResult ZqMultiVarPDFImpl::GetIndexOfNameInVarNameList(const std::string& name, std::size_t& index) const {
   for (std::size_t i = 0; i < variableNames_.size(); ++i) {
     if (variableNames_[i] == name) {
       index = i;
-      return true;
+      return ZqStatModelResult(true);
     }
   }
-  return false;
+  return ZqMakeFailedResult(F::NameNotFound, "ZqMultiVarPDFImpl::GetIndexOfNameInVarNameList",
+                            "Variable Name " + name + " not found in list");
 }
 
-bool ZqMultiVarPDFImpl::GetIndicesOfNamesInVarNameList(const std::vector<std::string>& names,
-                                                       std::vector<std::size_t>& indices) const {
+ZqStatModelResult ZqMultiVarPDFImpl::GetIndicesOfNamesInVarNameList(const std::vector<std::string>& names,
+                                                                    std::vector<std::size_t>& indices) const {
+  const char* routine = "ZqMultiVarPDFImpl::GetIndicesOfNamesInVarNameList";
   std::vector<std::size_t> found;
   found.reserve(names.size());
   for (const std::string& name : names) {
     std::size_t index = 0;
-    if (!GetIndexOfNameInVarNameList(name, index)) return false;
+    if (GetIndexOfNameInVarNameList(name, index).NotSuccessful()) {
+      return ZqMakeFailedResult(F::NameNotFound, routine, "Variable Name " + name + " not found in list");
+    }
+    if (!found.empty() && index < found.back()) {
+      return ZqMakeFailedResult(F::NamesOutOfOrder, routine,
+                                "Query list is not increasing with respect to pdf variable names");
+    }
     found.push_back(index);
   }
   indices = std::move(found);
-  return true;
+  return ZqStatModelResult(true);
 }
 
 std::string ZqMultiVarPDFImpl::DefaultPrint(std::size_t limit) const {

@@ -138,9 +138,13 @@ class ZqMultiVarPDFImpl : public ZqProbDistFuncImpl {
 
   std::size_t GetNumVariables() const { return variableNames_.size(); }
   const std::vector<std::string>& GetVariableNames() const { return variableNames_; }
-  // The position of a name among the variables; false when it is absent.
-  bool GetIndexOfNameInVarNameList(const std::string& name, std::size_t& index) const;
-  bool GetIndicesOfNamesInVarNameList(const std::vector<std::string>& names, std::vector<std::size_t>& indices) const;
+  // The first position of a name among the variables; NameNotFound when
+  // it is absent.
+  ZqStatModelResult GetIndexOfNameInVarNameList(const std::string& name, std::size_t& index) const;
+  // The positions of names, which must come in the variables' order (a
+  // name repeated is let through).
+  ZqStatModelResult GetIndicesOfNamesInVarNameList(const std::vector<std::string>& names,
+                                                   std::vector<std::size_t>& indices) const;
   std::string DefaultPrint(std::size_t limit) const;
 
  protected:

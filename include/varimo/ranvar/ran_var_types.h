@@ -8,6 +8,14 @@
 namespace Varimo {
 
 namespace ZqPDFType {
+// The codes that code names by name.
+inline constexpr std::size_t NullPDF = 1;
+inline constexpr std::size_t UniVariateGaussian = 2;
+inline constexpr std::size_t MultiVariateGaussian = 3;
+inline constexpr std::size_t UnivariateStudentsT = 4;
+inline constexpr std::size_t MultivariateStudentsT = 5;
+inline constexpr std::size_t UniVariateContValRandomSample = 21;
+inline constexpr std::size_t UniVariateMixture = 25;
 inline constexpr std::size_t NumTypes = 27;
 extern const char* const NameOf[NumTypes];
 }  // namespace ZqPDFType
