@@ -28,6 +28,10 @@
 #include "varimo/pdf/pdf_setup.h"
 #include "varimo/pdf/sample_pdfs.h"
 #include "varimo/pdf/univariate_pdfs.h"
+#include "varimo/mixture/empirical_null.h"
+#include "varimo/mixture/gauss_mix_component.h"
+#include "varimo/mixture/gauss_mix_model.h"
+#include "varimo/mixture/gauss_mix_param.h"
 #include "varimo/platform/minarc/newton_opt.h"
 
 #include "varimo/krige/kernel_fit.h"
