@@ -243,5 +243,37 @@ TEST(GaussMixParts, ParametersAndComponents) {
   EXPECT_TRUE(result.IsSuccessful());
 }
 
+TEST(GaussMixParts, MultiDimComponentResponsibilityAndMoments) {
+  // Two dimensions: mean 0, k 1, nu 3, scale and its root the identity, a
+  // fixed probability of one half.
+  const ZqGaussMixParam prob(1, "f", Strings{"p"}, std::vector<double>{0.5});
+  const ZqGaussMixParam gauss(4, "w", Strings{"mean", "k", "nu", "scale", "root"},
+                              std::vector<std::vector<double>>{{0.0, 0.0}, {1.0}, {3.0}, {1, 0, 0, 1}, {1, 0, 0, 1}});
+  ZqMultiDimGaussMixComponent component({"u", "v"}, prob, gauss);
+  ZqStatModelResult result;
+  // digamma(1.5) + digamma(1) = 2 - 2 gamma - 2 ln 2 (closed forms), and the
+  // identity's log determinant is 0.
+  const double eulerGamma = 0.5772156649015329;
+  const double logDet = 2.0 - 2.0 * eulerGamma - 2.0 * std::log(2.0);
+  EXPECT_NEAR(component.GetExpectedLogDetGaussPrecision(result), logDet, 1e-14);
+  const std::vector<std::vector<double>> data{{1.0, 2.0}, {0.0, 0.0}};
+  ASSERT_TRUE(component.EStepUpdateLogRelativeResponsibility(data).IsSuccessful());
+  // (L - d ln 2pi - d / k - nu (x - m)' W (x - m)) / 2 + ln p.
+  const double logTwoPi = std::log(2.0 * 3.141592653589793);
+  EXPECT_NEAR(component.EStepGetLogRelativeResponsibility(0), (logDet - 2 * logTwoPi - 2.0 - 15.0) * 0.5 + std::log(0.5),
+              1e-13);
+  EXPECT_NEAR(component.EStepGetLogRelativeResponsibility(1), (logDet - 2 * logTwoPi - 2.0) * 0.5 + std::log(0.5),
+              1e-13);
+  component.EStepFillResponsibilityAndLogResp(0, 0.25, std::log(0.25));
+  component.EStepFillResponsibilityAndLogResp(1, 0.75, std::log(0.75));
+  ASSERT_TRUE(component.GetSampleMoments(data).IsSuccessful());
+  EXPECT_EQ(component.GetSumResponsibilities(), 1.0);
+  EXPECT_EQ(component.GetMeanWithResponsibilities(), (std::vector<double>{0.25, 0.5}));
+  // Weighted covariance over Nk: 0.25 * 0.75 * (1, 2)(1, 2)'.
+  const std::vector<double> expected{0.1875, 0.375, 0.375, 0.75};
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(component.GetCovarianceWithResponsibilities()[i], expected[i], 1e-15);
+  EXPECT_EQ(component.GetSampleMoments({{1.0, 2.0, 3.0}, {0.0, 0.0}}).GetFailureType(), F::WrongInputVectorSize);
+}
+
 }  // namespace
 }  // namespace Varimo
