@@ -41,6 +41,11 @@ bool WriteReport(const std::string& path, Varimo::ZqMolKrigeResult& result, cons
   if (!mol.GetName().empty()) options.SetTitle(mol.GetName());
   // The same threshold as the P(>8) column, so the picture shows that chance.
   options.PushClassificationBoundry(8.0);
+  // Pale bands, so that the histogram and the curve drawn over them show.
+  options.PushClassificationColor(Corvane::ZqColor(250, 210, 200));
+  options.PushClassificationColor(Corvane::ZqColor(200, 220, 250));
+  // The measured value of the molecule, from its SD data, beside the plot.
+  options.PushSDProperty(response, "Measured");
   return Varimo::ZqKrigeRenderReport(path, result, mol, options);
 }
 
