@@ -32,6 +32,8 @@
 #include "varimo/mixture/gauss_mix_component.h"
 #include "varimo/mixture/gauss_mix_model.h"
 #include "varimo/mixture/gauss_mix_param.h"
+#include "varimo/smoothers/kernel_functions.h"
+#include "varimo/smoothers/similarity_kernels.h"
 #include "varimo/platform/minarc/newton_opt.h"
 
 #include "varimo/krige/kernel_fit.h"
