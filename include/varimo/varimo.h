@@ -33,6 +33,7 @@
 #include "varimo/mixture/gauss_mix_model.h"
 #include "varimo/mixture/gauss_mix_param.h"
 #include "varimo/smoothers/kernel_functions.h"
+#include "varimo/smoothers/regression_result.h"
 #include "varimo/smoothers/similarity_kernels.h"
 #include "varimo/platform/minarc/newton_opt.h"
 
