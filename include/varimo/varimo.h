@@ -17,6 +17,8 @@
 #include "varimo/statistics/data_vector_functions.h"
 #include "varimo/statistics/incomplete_beta.h"
 
+#include "varimo/ranvar/ran_var_constraints.h"
+
 #include "varimo/numerics/matrix.h"
 #include "varimo/numerics/minimizer.h"
 #include "varimo/platform/minarc/newton_opt.h"
