@@ -17,6 +17,9 @@
 #include "varimo/statistics/data_vector_functions.h"
 #include "varimo/statistics/incomplete_beta.h"
 
+#include "varimo/ranvar/nran_var.h"
+#include "varimo/ranvar/nran_var_storage.h"
+#include "varimo/ranvar/nran_var_types.h"
 #include "varimo/ranvar/ran_var_constraints.h"
 
 #include "varimo/numerics/matrix.h"
