@@ -22,6 +22,8 @@
 #include "varimo/ranvar/nran_var_types.h"
 #include "varimo/ranvar/ran_var_constraints.h"
 
+#include "varimo/pdf/npdf_impl.h"
+
 #include "varimo/numerics/matrix.h"
 #include "varimo/numerics/minimizer.h"
 #include "varimo/platform/minarc/newton_opt.h"
