@@ -17,25 +17,34 @@
 #include "varimo/statistics/data_vector_functions.h"
 #include "varimo/statistics/incomplete_beta.h"
 
-#include "varimo/numerics/matrix.h"
-#include "varimo/numerics/minimizer.h"
+#include "varimo/ranvar/nran_var.h"
+#include "varimo/ranvar/nran_var_storage.h"
+#include "varimo/ranvar/nran_var_types.h"
 #include "varimo/ranvar/ran_var.h"
+#include "varimo/ranvar/ran_var_constraints.h"
 #include "varimo/ranvar/ran_var_setup.h"
 #include "varimo/ranvar/ran_var_types.h"
+
 #include "varimo/pdf/multivariate_pdfs.h"
+#include "varimo/pdf/npdf_impl.h"
 #include "varimo/pdf/null_pdf.h"
 #include "varimo/pdf/pdf.h"
 #include "varimo/pdf/pdf_setup.h"
 #include "varimo/pdf/sample_pdfs.h"
 #include "varimo/pdf/univariate_pdfs.h"
+
 #include "varimo/mixture/empirical_null.h"
 #include "varimo/mixture/gauss_mix_component.h"
 #include "varimo/mixture/gauss_mix_model.h"
 #include "varimo/mixture/gauss_mix_param.h"
+
+#include "varimo/numerics/matrix.h"
+#include "varimo/numerics/minimizer.h"
+#include "varimo/platform/minarc/newton_opt.h"
+
 #include "varimo/smoothers/kernel_functions.h"
 #include "varimo/smoothers/regression_result.h"
 #include "varimo/smoothers/similarity_kernels.h"
-#include "varimo/platform/minarc/newton_opt.h"
 
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/krige_kernels.h"

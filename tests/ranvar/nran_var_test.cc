@@ -1,0 +1,402 @@
+#include "varimo/ranvar/nran_var.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "ranvar_test_support.h"
+
+namespace Varimo {
+namespace {
+
+using namespace RanVarTest;
+namespace DataType = nZqRanVarDataType;
+namespace Kind = ZqRanVarConstraintKind;
+
+const ZqCheckRanVarConstraints kNone({}, {});
+const ZqCheckRanVarConstraints kPositive({}, {ZqRanVarElemWiseConstraint(Kind::ElementIsPositive)});
+
+Eigen::MatrixXd Mat23() {
+  Eigen::MatrixXd m(2, 3);
+  m << 1.0, 2.0, 3.0, 4.0, 5.0, 6.0;
+  return m;
+}
+
+nZqRanVar Scalar(double value, const ZqCheckRanVarConstraints& constraints = kNone) {
+  return nZqRanVar(3, 1, "Univariate Gaussian Random Variable::Mean", constraints, value);
+}
+nZqRanVar Vector(const Eigen::VectorXd& value, const ZqCheckRanVarConstraints& constraints = kNone) {
+  return nZqRanVar(1, 2, "Common To All Random Variables::Vector of Training Observations", constraints, value);
+}
+nZqRanVar Matrix(const Eigen::MatrixXd& value, const ZqCheckRanVarConstraints& constraints = kNone) {
+  return nZqRanVar(7, 8, "Seven::Eight", constraints, value);
+}
+
+TEST(nZqRanVar, DefaultIsAReadOnlyNullVariable) {
+  const nZqRanVar null;
+  EXPECT_TRUE(null.RanVarDataIsReadOnly());
+  EXPECT_EQ(null.GetRanVarRequiredDataType(), DataType::Unknown);
+  EXPECT_TRUE(null.IsDesiredType(2, 0));
+  EXPECT_EQ(null.GetRanVarTypeName(), "Null Random Variable::Unknown Minor Type");
+  EXPECT_EQ(null.GetRanVarRefCount(), 1u);
+  EXPECT_EQ(null.GetRanVarVal(), kBad);
+  EXPECT_EQ(null.GetRanVarVec().size(), 0);
+  EXPECT_EQ(null.GetConstRanVarMatPtr(), nullptr);
+  EXPECT_EQ(Report(null.CheckConstraints(1.0)),
+            (ResultReport{false,
+                          F::ArgumentTypeWrong,
+                          {"nZqRanVar::CheckConstraints"},
+                          {"Trying to load a scalar, while Random variable has required data type Unknown Type\n"}}));
+}
+
+TEST(nZqRanVar, CopiesShareOneValueAndCountIt) {
+  nZqRanVar a = Scalar(1.0);
+  {
+    nZqRanVar b(a);
+    EXPECT_EQ(a.GetRanVarRefCount(), 2u);
+    EXPECT_EQ(b.GetRanVarRefCount(), 2u);
+    b.LoadRanVarVal(5.0);
+    EXPECT_EQ(a.GetRanVarVal(), 5.0);
+    a.LoadRanVarVal(6.0);
+    EXPECT_EQ(b.GetRanVarVal(), 6.0);
+  }
+  EXPECT_EQ(a.GetRanVarRefCount(), 1u);
+
+  // Assignment leaves the old value (deleted here, its last holder gone) and
+  // takes the source's identity with it.
+  nZqRanVar c = Vector(Vec({1.0, 2.0}));
+  c = a;
+  EXPECT_EQ(a.GetRanVarRefCount(), 2u);
+  EXPECT_EQ(c.GetRanVarRequiredDataType(), DataType::ScalarDouble);
+  EXPECT_EQ(c.GetRanVarTypeName(), "Univariate Gaussian Random Variable::Mean");
+  c.LoadRanVarVal(7.0);
+  EXPECT_EQ(a.GetRanVarVal(), 7.0);
+
+  // Self-assignment must not free the value on the way.
+  nZqRanVar& alias = c;
+  c = alias;
+  EXPECT_EQ(c.GetRanVarRefCount(), 2u);
+  EXPECT_EQ(c.GetRanVarVal(), 7.0);
+}
+
+TEST(nZqRanVar, WritesThroughPointersAreSharedToo) {
+  nZqRanVar v = Vector(Vec({1.0, 2.0}));
+  const nZqRanVar copy(v);
+  (*v.GetRanVarVecPtr())(1) = 9.0;
+  EXPECT_TRUE(Same(copy.GetRanVarVec(), Vec({1.0, 9.0})));
+  v.LoadRanVarVec(Vec({4.0, 5.0, 6.0}));
+  EXPECT_EQ(copy.GetConstRanVarVecPtr()->size(), 3);
+
+  nZqRanVar m = Matrix(Mat23());
+  const nZqRanVar mCopy = m;
+  (*m.GetRanVarMatPtr())(1, 2) = -6.0;
+  EXPECT_EQ(mCopy.GetRanVarMat()(1, 2), -6.0);
+  m.LoadRanVarMat(Eigen::MatrixXd::Identity(4, 4));
+  EXPECT_TRUE(Same(mCopy.GetRanVarMat(), Eigen::MatrixXd::Identity(4, 4)));
+}
+
+TEST(nZqRanVar, ConstraintsAreTheHandlesOwnAndLoadingDoesNotCheckThem) {
+  nZqRanVar positive = Scalar(1.0, kPositive);
+  positive.LoadRanVarVal(-1.0);
+  EXPECT_EQ(positive.GetRanVarVal(), -1.0);
+  EXPECT_EQ(Report(positive.CheckConstraints(0.0)).context,
+            (std::vector<std::string>{"ZqElementIsPositive::CheckConstraint",
+                                      "ZqCheckRanVarConstraints::CheckElemWiseConstraints",
+                                      "ZqCheckRanVarConstraints::CheckConstraints"}));
+  // Assignment brings the source's constraints.
+  positive = Scalar(2.0);
+  EXPECT_EQ(Report(positive.CheckConstraints(0.0)), Success());
+}
+
+TEST(nZqRanVar, CheckConstraintsRefusesAValueOfAnotherKind) {
+  auto refusal = [](const char* kind, const char* dataType) {
+    return ResultReport{false,
+                        F::ArgumentTypeWrong,
+                        {"nZqRanVar::CheckConstraints"},
+                        {std::string("Trying to load a ") + kind +
+                         ", while Random variable has required data type " + dataType + "\n"}};
+  };
+  EXPECT_EQ(Report(Vector(Eigen::VectorXd()).CheckConstraints(2.0)), refusal("scalar", "Eigen::VectorXd"));
+  EXPECT_EQ(Report(Matrix(Mat23()).CheckConstraints(Vec({1.0}))), refusal("vector", "Eigen::MatrixXd"));
+  EXPECT_EQ(Report(Scalar(1.0).CheckConstraints(Mat23())), refusal("matrix", "Scalar Double"));
+  EXPECT_EQ(Report(Matrix(Mat23(), kPositive).CheckConstraints(Mat23())), Success());
+}
+
+TEST(nZqRanVar, ReadOnlyRefusesEveryWrite) {
+  nZqRanVar v = Vector(Vec({1.0}));
+  v.SetRanVarDataReadOnly();
+  v.LoadRanVarVec(Vec({2.0}));
+  EXPECT_TRUE(Same(v.GetRanVarVec(), Vec({1.0})));
+  EXPECT_EQ(v.GetRanVarVecPtr(), nullptr);
+  EXPECT_NE(v.GetConstRanVarVecPtr(), nullptr);
+
+  const std::vector<std::pair<std::string, std::function<void(ZqStatModelResult&)>>> writes = {
+      {"nZqRanVar::LoadRanVarVal", [&](ZqStatModelResult& r) { v.LoadRanVarVal(r, 1.0); }},
+      {"nZqRanVar::LoadRanVarVec", [&](ZqStatModelResult& r) { v.LoadRanVarVec(r, Vec({3.0})); }},
+      {"nZqRanVar::GetRanVarVecPtr", [&](ZqStatModelResult& r) { EXPECT_EQ(v.GetRanVarVecPtr(r), nullptr); }},
+      {"nZqRanVar::LoadRanVarMat", [&](ZqStatModelResult& r) { v.LoadRanVarMat(r, Mat23()); }},
+      {"nZqRanVar::GetRanVarMatPtr", [&](ZqStatModelResult& r) { EXPECT_EQ(v.GetRanVarMatPtr(r), nullptr); }},
+  };
+  for (const auto& [routine, write] : writes) {
+    ZqStatModelResult result(true);
+    write(result);
+    EXPECT_EQ(Report(result), (ResultReport{false, F::VariableIsReadOnly, {routine}, {}}));
+  }
+  EXPECT_TRUE(Same(v.GetRanVarVec(), Vec({1.0})));
+
+  v.ClearRanVarDataReadOnly();
+  ZqStatModelResult result;
+  v.LoadRanVarVec(result, Vec({3.0}));
+  EXPECT_EQ(Report(result), Success());
+  EXPECT_TRUE(Same(v.GetRanVarVec(), Vec({3.0})));
+}
+
+// The ten checked requests, each with the kind of value it asks for (0
+// double, 1 vector, 2 matrix) and whether it loads.
+struct Request {
+  const char* method;
+  int kind;
+  bool load;
+  std::function<void(nZqRanVar&, ZqStatModelResult&)> call;
+};
+
+std::vector<Request> CheckedRequests() {
+  return {
+      {"LoadRanVarVal", 0, true, [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarVal(r, 42.0); }},
+      {"GetRanVarVal", 0, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVal(r); }},
+      {"LoadRanVarVec", 1, true, [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarVec(r, Vec({42.0})); }},
+      {"GetRanVarVec", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVec(r); }},
+      {"GetConstRanVarVecPtr", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetConstRanVarVecPtr(r); }},
+      {"GetRanVarVecPtr", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVecPtr(r); }},
+      {"LoadRanVarMat", 2, true,
+       [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarMat(r, Eigen::MatrixXd::Constant(1, 1, 42.0)); }},
+      {"GetRanVarMat", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarMat(r); }},
+      {"GetConstRanVarMatPtr", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetConstRanVarMatPtr(r); }},
+      {"GetRanVarMatPtr", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarMatPtr(r); }},
+  };
+}
+
+TEST(nZqRanVarStorage, EachStorageRefusesTheOtherKindsWithItsTexts) {
+  // [held][asked]: the comment of a refused load, then of a refused read.
+  const std::map<std::pair<int, int>, std::pair<std::string, std::string>> comments = {
+      {{0, 1}, {"Private data is a double; Can't accept a VectorXd", "Private data is a double; Can't return a VectorXd"}},
+      {{0, 2}, {"Private data is a double; Can't accept a MatrixXd", "Private data is a double; Can't return a MatrixXd"}},
+      {{1, 0}, {"Private data is a VectorXd; Can't accept a double", "Private data is a VectorXd; Can't return a double"}},
+      {{1, 2},
+       {"Private data is a VectorXd; Can't accept a MatrixXd", "Private data is a VectorXd; Can't return a MatrixXd"}},
+      {{2, 0}, {"Private data is a MatrixXd; Can't accept a double", "Private data is a MatrixXd; Can't return a double"}},
+      {{2, 1},
+       {"Private data is a MatrixXd; Can't accept a VectorXd", "Private data is a MatrixXd; Can't return a VectorXd"}},
+  };
+  const char* const names[] = {"nZqScalarRanVar", "nZqVectorRanVar", "nZqMatrixRanVar"};
+  for (int held = 0; held < 3; ++held) {
+    for (const Request& request : CheckedRequests()) {
+      nZqRanVar handle = held == 0 ? Scalar(1.0) : held == 1 ? Vector(Vec({1.0})) : Matrix(Mat23());
+      ZqStatModelResult result;
+      request.call(handle, result);
+      if (request.kind == held) {
+        EXPECT_EQ(Report(result), Success()) << names[held] << "::" << request.method;
+        continue;
+      }
+      const auto& [loadComment, readComment] = comments.at({held, request.kind});
+      EXPECT_EQ(Report(result), (ResultReport{false,
+                                              F::ArgumentTypeWrong,
+                                              {std::string(names[held]) + "::" + request.method},
+                                              {request.load ? loadComment : readComment}}));
+    }
+  }
+}
+
+TEST(nZqRanVarStorage, ServedRequestsStoreAndReturnTheValue) {
+  nZqRanVar s = Scalar(1.0);
+  ZqStatModelResult result;
+  s.LoadRanVarVal(result, 2.5);
+  EXPECT_EQ(s.GetRanVarVal(result), 2.5);
+  EXPECT_TRUE(result.IsSuccessful());
+
+  // Loads resize; a refused load leaves the value alone.
+  nZqRanVar m = Matrix(Mat23());
+  m.LoadRanVarMat(result, Eigen::MatrixXd::Identity(3, 3));
+  EXPECT_TRUE(Same(*m.GetConstRanVarMatPtr(result), Eigen::MatrixXd::Identity(3, 3)));
+  m.LoadRanVarVal(result, 9.0);
+  EXPECT_TRUE(Same(m.GetRanVarMat(), Eigen::MatrixXd::Identity(3, 3)));
+
+  // Unchecked reads of another kind give the bad value of the kind asked for.
+  EXPECT_EQ(m.GetRanVarVal(), kBad);
+  EXPECT_EQ(m.GetRanVarVec().size(), 0);
+  EXPECT_EQ(m.GetConstRanVarVecPtr(), nullptr);
+  EXPECT_EQ(s.GetRanVarMat().size(), 0);
+  EXPECT_EQ(s.GetRanVarMatPtr(), nullptr);
+  EXPECT_EQ(Vector(Vec({1.0})).GetRanVarVal(result), kBad);
+}
+
+TEST(nZqRanVarStorage, NullStorageRefusesEverythingAsAnEmptyModel) {
+  nZqRanVar null;
+  null.ClearRanVarDataReadOnly();
+  for (const Request& request : CheckedRequests()) {
+    ZqStatModelResult result(true);
+    request.call(null, result);
+    // A refused double load has always been reported under LoadRanVarVec.
+    const std::string method = std::string(request.method) == "LoadRanVarVal" ? "LoadRanVarVec" : request.method;
+    EXPECT_EQ(Report(result), (ResultReport{false, F::EmptyStatModel, {"nZqNullRanVar::" + method}, {}}));
+  }
+  EXPECT_EQ(null.GetRanVarVal(), kBad);
+}
+
+TEST(nZqRanVarAttachData, ChecksThenSharesTheSourceValueReadOnly) {
+  nZqRanVar source = Scalar(2.0);
+  nZqRanVar target = Scalar(1.0, kPositive);
+  EXPECT_EQ(Report(target.AttachData(source, true)), Success());
+  EXPECT_TRUE(target.RanVarDataIsReadOnly());
+  EXPECT_FALSE(source.RanVarDataIsReadOnly());
+  EXPECT_EQ(source.GetRanVarRefCount(), 2u);
+  source.LoadRanVarVal(3.0);
+  EXPECT_EQ(target.GetRanVarVal(), 3.0);
+
+  target.LoadRanVarVal(4.0);
+  EXPECT_EQ(source.GetRanVarVal(), 3.0);
+  ZqStatModelResult result;
+  target.LoadRanVarVal(result, 4.0);
+  EXPECT_EQ(Report(result), (ResultReport{false, F::VariableIsReadOnly, {"nZqRanVar::LoadRanVarVal"}, {}}));
+  // The constraints stay the target's own.
+  EXPECT_EQ(Report(target.CheckConstraints(0.0)).type, F::LowerBoundViolated);
+  EXPECT_EQ(Report(source.CheckConstraints(0.0)), Success());
+
+  // Attaching a handle to itself keeps its value alive.
+  EXPECT_EQ(Report(target.AttachData(target, true)), Success());
+  EXPECT_EQ(target.GetRanVarVal(), 3.0);
+  EXPECT_EQ(source.GetRanVarRefCount(), 2u);
+}
+
+TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAsItWas) {
+  nZqRanVar target = Vector(Vec({1.0}), kPositive);
+  EXPECT_EQ(Report(target.AttachData(Scalar(1.0), true)),
+            (ResultReport{false,
+                          F::ArgumentTypeWrong,
+                          {"nZqRanVar::AttachData"},
+                          {"Source random variable has required data type Scalar Double\n"
+                           "Random variable to be attached to has required data type Eigen::VectorXd\n"}}));
+  EXPECT_EQ(Report(target.AttachData(Vector(Vec({1.0, -2.0})), true)),
+            (ResultReport{false,
+                          F::LowerBoundViolated,
+                          {"ZqElementIsPositive::CheckConstraint", "ZqCheckRanVarConstraints::CheckElemWiseConstraints",
+                           "ZqCheckRanVarConstraints::CheckConstraints", "nZqRanVar::AttachData"},
+                          {"Argument value = -2; should be positive!\n", "Problem with Vector element(1); value = -2\n"}}));
+  EXPECT_FALSE(target.RanVarDataIsReadOnly());
+  EXPECT_TRUE(Same(target.GetRanVarVec(), Vec({1.0})));
+  EXPECT_EQ(target.GetRanVarRefCount(), 1u);
+
+  nZqRanVar null;
+  EXPECT_EQ(Report(null.AttachData(nZqRanVar(), true)),
+            (ResultReport{false, F::InternalLogicFailure, {"nZqRanVar::AttachData"},
+                          {"Source Ran Var has unknown Data Type!"}}));
+}
+
+TEST(nZqRanVarAttachData, WithoutChecksAnyKindIsTaken) {
+  const nZqRanVar scalar = Scalar(2.0);
+  nZqRanVar matrix = Matrix(Mat23());
+  EXPECT_EQ(Report(matrix.AttachData(scalar, false)), Success());
+  EXPECT_EQ(matrix.GetRanVarRequiredDataType(), DataType::MatrixXd);
+  EXPECT_EQ(matrix.GetRanVarVal(), 2.0);
+  EXPECT_EQ(matrix.GetRanVarMat().size(), 0);
+
+  // Its value is now of the wrong kind for its data type, and a checked
+  // attachment to it finds out when reading.
+  nZqRanVar another = Matrix(Mat23());
+  EXPECT_EQ(Report(another.AttachData(matrix, true)),
+            (ResultReport{false,
+                          F::ArgumentTypeWrong,
+                          {"nZqScalarRanVar::GetConstRanVarMatPtr", "nZqRanVar::AttachData"},
+                          {"Private data is a double; Can't return a MatrixXd"}}));
+  EXPECT_TRUE(Same(another.GetRanVarMat(), Mat23()));
+}
+
+TEST(nZqRanVar, PrintShowsTypeAccessConstraintsAndValue) {
+  EXPECT_EQ(nZqRanVar().Print(10),
+            "Random Variable Type is Null Random Variable::Unknown Minor Type\n"
+            "Random Variable Required Data Type is Unknown Type\n"
+            "Random Variable is read-only\n"
+            "This is a Null Global Constraint\n"
+            "This is an Element-Wise Null Constraint\n"
+            "No data for Null Random Variable\n");
+  EXPECT_EQ(Scalar(1.5, kPositive).Print(10),
+            "Random Variable Type is Univariate Gaussian Random Variable::Mean\n"
+            "Random Variable Required Data Type is Scalar Double\n"
+            "Random Variable allows read-write access\n"
+            "ZqElementIsPositive: asserts value is positive\n"
+            "Data is a scalar doubleRandom Variable Value: 1.5\n");
+}
+
+TEST(nZqRanVar, PrintLimitsVectorsAndMatrices) {
+  const std::string vectorHead = "Data is a dynamically sized vector of doubles (Eigen::VectorXd)Size = 3; Print limit = ";
+  const nZqRanVar v = Vector(Vec({1.0, 2.0, 3.0}));
+  const std::string vectorTop = "Random Variable Type is Common To All Random Variables::Vector of Training "
+                                "Observations\nRandom Variable Required Data Type is Eigen::VectorXd\n"
+                                "Random Variable allows read-write access\n";
+  EXPECT_EQ(v.Print(2), vectorTop + vectorHead + "2\nRandom Variable Vector: \n1\n2\n");
+  EXPECT_EQ(v.Print(10), vectorTop + vectorHead + "10\nRandom Variable Vector: \n1\n2\n3\n");
+  EXPECT_EQ(v.Print(0), vectorTop + vectorHead + "0\nRandom Variable Vector: \n\n");
+
+  const std::string m = Matrix(Mat23()).Print(2);
+  EXPECT_EQ(m.substr(m.find("Data is")),
+            "Data is a dynamically sized matrix of doubles (Eigen::MatrixXd)Num Rows = 2; Num Cols = 3; "
+            "Print limit = 2\nRandom Variable Matrix: \n1 2\n4 5\n");
+}
+
+TEST(SetupUniVarGaussianRanVars, AppendsTheEightVariables) {
+  std::vector<nZqRanVar> ranVars(1);
+  EXPECT_EQ(Report(SetupUniVarGaussianRanVars(ranVars, -1.5, 2.0)), Success());
+  ASSERT_EQ(ranVars.size(), 9u);
+  const std::vector<std::tuple<std::uint32_t, std::uint32_t, std::string, std::uint32_t>> expected = {
+      {3, 1, "Univariate Gaussian Random Variable::Mean", DataType::ScalarDouble},
+      {3, 2, "Univariate Gaussian Random Variable::Variance", DataType::ScalarDouble},
+      {3, 3, "Univariate Gaussian Random Variable::SampleMean", DataType::ScalarDouble},
+      {3, 4, "Univariate Gaussian Random Variable::SampleVariance", DataType::ScalarDouble},
+      {1, 1, "Common To All Random Variables::Single Observation", DataType::ScalarDouble},
+      {1, 2, "Common To All Random Variables::Vector of Training Observations", DataType::VectorXd},
+      {1, 3, "Common To All Random Variables::Vector of Testing Observations", DataType::VectorXd},
+      {1, 4, "Common To All Random Variables::Vector of Training Observation Weights", DataType::VectorXd},
+  };
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    const nZqRanVar& v = ranVars[i + 1];
+    const auto& [major, minor, name, dataType] = expected[i];
+    EXPECT_TRUE(v.IsDesiredType(major, minor)) << i;
+    EXPECT_EQ(v.GetRanVarTypeName(), name);
+    EXPECT_EQ(v.GetRanVarRequiredDataType(), dataType) << i;
+    EXPECT_FALSE(v.RanVarDataIsReadOnly()) << i;
+    EXPECT_EQ(v.GetRanVarRefCount(), 1u) << i;
+  }
+  EXPECT_EQ(ranVars[1].GetRanVarVal(), -1.5);
+  EXPECT_EQ(ranVars[2].GetRanVarVal(), 2.0);
+  EXPECT_EQ(ranVars[3].GetRanVarVal(), 0.0);
+  EXPECT_EQ(ranVars[4].GetRanVarVal(), 1.0);
+  EXPECT_EQ(ranVars[5].GetRanVarVal(), 0.0);
+  EXPECT_EQ(ranVars[6].GetRanVarVec().size(), 0);
+
+  // Constraints: the variances positive, the weights non-negative, the rest free.
+  EXPECT_EQ(Report(ranVars[1].CheckConstraints(-1e300)), Success());
+  EXPECT_EQ(Report(ranVars[2].CheckConstraints(0.0)).type, F::LowerBoundViolated);
+  EXPECT_EQ(Report(ranVars[4].CheckConstraints(0.0)).type, F::LowerBoundViolated);
+  EXPECT_EQ(Report(ranVars[7].CheckConstraints(Vec({-1.0}))), Success());
+  EXPECT_EQ(Report(ranVars[8].CheckConstraints(Vec({0.0, 1.0}))), Success());
+  EXPECT_EQ(Report(ranVars[8].CheckConstraints(Vec({0.0, -1.0}))).type, F::LowerBoundViolated);
+}
+
+TEST(SetupUniVarGaussianRanVars, ZeroVarianceAppendsNothing) {
+  std::vector<nZqRanVar> ranVars;
+  EXPECT_EQ(Report(SetupUniVarGaussianRanVars(ranVars, 0.0, 0.0)),
+            (ResultReport{false,
+                          F::LowerBoundViolated,
+                          {"ZqElementIsPositive::CheckConstraint", "SetupUniVarGaussianRanVars"},
+                          {"Argument value = 0; should be positive!\n"}}));
+  EXPECT_TRUE(ranVars.empty());
+}
+
+}  // namespace
+}  // namespace Varimo
