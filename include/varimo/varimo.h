@@ -46,6 +46,8 @@
 #include "varimo/smoothers/regression_result.h"
 #include "varimo/smoothers/similarity_kernels.h"
 
+#include "varimo/grid/two_dim_function_grid.h"
+
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/variogram.h"
