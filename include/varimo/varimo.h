@@ -13,6 +13,8 @@
 #include "varimo/tables/data_table_column_kinds.h"
 #include "varimo/tables/data_table_files.h"
 #include "varimo/tables/data_table_row_predicates.h"
+#include "varimo/tables/data_transforms.h"
+#include "varimo/tables/derived_columns.h"
 
 #include "varimo/statistics/data_vector_functions.h"
 #include "varimo/statistics/incomplete_beta.h"

@@ -25,6 +25,9 @@
 namespace Varimo {
 
 class ZqDataTable;
+class ZqSingleArgDataTransformBase;
+class ZqTwoArgsDataTransformBase;
+class ZqVecOfArgsDataTransformBase;
 
 // One element of a sparse array column.
 class ZqRowColValue {
@@ -175,6 +178,12 @@ class ZqDataTableCol {
                  bool lowerTriangular = false);
   // Takes ownership of `impl`; a null pointer gives a null column.
   explicit ZqDataTableCol(std::unique_ptr<ZqDataTableColBase> impl);
+  // Columns computed on each read from shared source columns
+  // (derived_columns.h).
+  ZqDataTableCol(const ZqSingleArgDataTransformBase& transform, const ZqDataTableCol& col);
+  ZqDataTableCol(const ZqTwoArgsDataTransformBase& transform, const ZqDataTableCol& first,
+                 const ZqDataTableCol& second);
+  ZqDataTableCol(const ZqVecOfArgsDataTransformBase& transform, const std::vector<ZqDataTableCol>& cols);
 
   ZqDataTableColBase& GetImpl() const { return *impl_; }
   // Whether two handles share one column.
