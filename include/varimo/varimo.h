@@ -45,6 +45,7 @@
 #include "varimo/platform/minarc/newton_opt.h"
 
 #include "varimo/smoothers/kernel_functions.h"
+#include "varimo/smoothers/linear_smoother.h"
 #include "varimo/smoothers/regression_result.h"
 #include "varimo/smoothers/similarity_kernels.h"
 
