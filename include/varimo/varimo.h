@@ -46,8 +46,10 @@
 
 #include "varimo/smoothers/kernel_functions.h"
 #include "varimo/smoothers/linear_smoother.h"
+#include "varimo/smoothers/predict_by_gen_sim.h"
 #include "varimo/smoothers/regression_result.h"
 #include "varimo/smoothers/similarity_kernels.h"
+#include "varimo/smoothers/similarity_smoother.h"
 
 #include "varimo/grid/two_dim_function_grid.h"
 

@@ -1,0 +1,159 @@
+// What every smoother on a similarity matrix shares: its training table and
+// the result tables of a training or test set.
+#include "varimo/foundations/stats_data_types.h"
+#include "varimo/platform/corvane/strings.h"
+#include "varimo/smoothers/similarity_smoother.h"
+#include "varimo/tables/data_table_row.h"
+#include "varimo/tables/derived_columns.h"
+
+namespace Varimo {
+namespace {
+
+namespace F = ZqStatModelFailureType;
+namespace T = ZqLinearSmootherOnSimilarityType;
+
+// A ratio column of `rows` rows holding `values` (missing elsewhere).
+ZqDataTableCol FilledColumn(const std::string& name, const std::string& fullName, const std::vector<double>& values) {
+  ZqDataTableCol col(name, fullName, ZqStatVariableType::Ratio, values.size());
+  for (const double v : values) col.GetImpl().PushBackDouble(v);
+  col.FinishAddingVars();
+  return col;
+}
+
+}  // namespace
+
+const char* const ZqLinearSmootherOnSimilarityType::TypeName[NumTypes] = {
+    "Unknown", "Kernel or Nadaraya-Watson Regression", "Gaussian Process Regression", "Kriging on Similarity",
+    "Ordinary Kriging on Similarity"};
+
+unsigned int ZqGetLinearSmootherOnSimilarityType(const std::string& name) {
+  if (name == "KernelRegression") return T::KernelRegression;
+  if (name == "GaussianProcess") return T::GaussianProcess;
+  return T::Unknown;
+}
+
+ZqLinearSmootherOnSimilarityBase::ZqLinearSmootherOnSimilarityBase(const std::string& predictorName,
+                                                                   const std::string& responseName,
+                                                                   const ZqDataTable& table)
+    : predictorName_(predictorName), responseName_(responseName), table_(table) {
+  // This set-up has always reported under the predictor-column smoothers' name.
+  const char* routine = "ZqUniVarLinearSmootherBase::SetupDataTableFromTrainingSetNamesAndDataTable";
+  table_.ClearColumns();
+  ZqStatModelResult result(true);
+  const ZqDataTableCol& predictor = table.GetColumnFromName(result, predictorName);
+  if (result.IsSuccessful() && !predictor.ColIsLowerTriangular()) {
+    result = ZqMakeFailedResult(F::MismatchBetweenPrivateVecSizes, routine,
+                                "Predictor column " + predictorName + " Is not a symmetric matrix");
+  } else if (result.IsSuccessful()) {
+    result = table_.AddColumn(predictor);
+    if (result.IsSuccessful()) {
+      const ZqDataTableCol& response = table.GetColumnFromName(result, responseName);
+      if (result.IsSuccessful()) result = table_.AddColumn(response);
+    }
+    if (result.NotSuccessful()) result.AddCallContext(routine);
+  } else {
+    result.AddCallContext(routine);
+  }
+  if (result.NotSuccessful()) result.AddCallContext("Constructor for ZqLinearSmootherOnSimilarityBase");
+  setupResult_ = result;
+}
+
+bool ZqLinearSmootherOnSimilarityBase::ModelIsValid() const { return SetupIsValid(); }
+
+ZqStatModelResult ZqLinearSmootherOnSimilarityBase::GetResultOfConstructor() const {
+  return setupResult_.NotSuccessful() ? setupResult_ : constructorResult_;
+}
+
+ZqStatModelResult ZqLinearSmootherOnSimilarityBase::GetPredictedResponseCols(ZqDataTableCol& predicted,
+                                                                             ZqDataTableCol& averageWeights,
+                                                                             ZqDataTableCol& errors,
+                                                                             const ZqDataTable& table) const {
+  const char* routine = "ZqLinearSmootherOnSimilarityBase::GetPredictedResponse";
+  ZqStatModelResult result(true);
+  const ZqDataTableCol& similarities = table.GetColumnFromName(result, predictorName_);
+  if (result.NotSuccessful()) {
+    result.AddCallContext(routine);
+    return result;
+  }
+  const std::uint64_t rows = similarities.GetTotalNumRowsInCol();
+  std::vector<double> p(rows, VarimoBadData::MissingDouble), w = p, e = p;
+  for (const ZqDataTableRow& row : table.GetRows()) {
+    const std::uint64_t r = row.GetRowNumber();
+    if (r >= rows) continue;
+    // The row's similarities to every row, one element per row.
+    const ZqDataTableCol own = ZqSliceColumn(similarities, r);
+    result = GetPredictedResponse(p[r], w[r], e[r], own);
+    if (result.NotSuccessful()) {
+      result.AddCallContext(routine);
+      return result;
+    }
+  }
+  predicted = FilledColumn("Predicted Response", "Predicted Response for " + responseName_, p);
+  averageWeights = FilledColumn("Average Similarity Weights", "Average Similarity Weights for " + responseName_, w);
+  errors = FilledColumn("Estimated Prediction Error", "Estimated Prediction Error for " + responseName_, e);
+  return ZqStatModelResult(true);
+}
+
+ZqSimilarityRegressionResult ZqLinearSmootherOnSimilarityBase::GetRegressionResults(const std::string& title,
+                                                                                    const std::string& responseName,
+                                                                                    const ZqDataTable& table) const {
+  const char* routine = "ZqLinearSmootherOnSimilarityBase::GetRegressionResults";
+  if (!ModelIsValid()) {
+    ZqStatModelResult failure = ZqMakeFailedResult(F::ObjectNotValid, routine);
+    failure.AddExtraComment(GetResultOfConstructor().ReportStatResultDetails());
+    return ZqSimilarityRegressionResult(failure);
+  }
+  ZqDataTableCol predicted, weights, errors, response;
+  ZqStatModelResult result = GetPredictedResponseCols(predicted, weights, errors, table);
+  if (result.IsSuccessful()) response = table.GetColumnFromName(result, responseName);
+  if (result.NotSuccessful()) {
+    result.AddCallContext(routine);
+    return ZqSimilarityRegressionResult(result);
+  }
+  ZqDataTableCol residuals = predicted - response;
+  ZqDataTableCol absolute = ZqAbsoluteValue(residuals);
+  predicted.SetColumnName("PredictedResponses");
+  weights.SetColumnName("AverageSimilarityWeights");
+  errors.SetColumnName("EstimatedPredictionError");
+  residuals.SetColumnName("ResidualErrors");
+  absolute.SetColumnName("AbsoluteResidualErrors");
+  ZqDataTable results = table;
+  results.ClearColumns();
+  for (const ZqDataTableCol* col : {&response, &predicted, &weights, &errors, &residuals, &absolute}) {
+    result = results.AddColumn(*col);
+    if (result.NotSuccessful()) {
+      result.AddCallContext(routine);
+      return ZqSimilarityRegressionResult(result);
+    }
+  }
+  return ZqSimilarityRegressionResult(ZqStatModelResult(true), GetNameOfLinearSmootherOnSimilarity(), title, results,
+                                      GetModelParams(), GetModelParamNames());
+}
+
+ZqSimilarityRegressionResult ZqLinearSmootherOnSimilarityBase::GetTrainingSetResults() const {
+  return GetRegressionResults("Training Set Results", responseName_, table_);
+}
+
+ZqSimilarityRegressionResult ZqLinearSmootherOnSimilarityBase::GetTestSetResults(const std::string& responseName,
+                                                                                 const ZqDataTable& table) const {
+  const char* routine = "ZqLinearSmootherOnSimilarityBase::GetTestSetResults";
+  if (!ModelIsValid()) {
+    ZqStatModelResult failure = ZqMakeFailedResult(F::ObjectNotValid, routine);
+    failure.AddExtraComment(GetResultOfConstructor().ReportStatResultDetails());
+    return ZqSimilarityRegressionResult(failure);
+  }
+  ZqStatModelResult result(true);
+  const ZqDataTableCol& response = table.GetColumnFromName(result, responseName);
+  const ZqDataTableCol& predictor = table_.GetColumnFromName(result, predictorName_);
+  ZqDataTable test = table;
+  test.ClearColumns();
+  if (result.IsSuccessful()) result = test.AddColumn(predictor);
+  if (result.IsSuccessful()) result = test.AddColumn(response);
+  if (result.NotSuccessful()) {
+    result.AddCallContext(routine);
+    return ZqSimilarityRegressionResult(result);
+  }
+  return GetRegressionResults("Test Set Results", responseName, test);
+}
+
+}  // namespace Varimo
