@@ -44,6 +44,7 @@
 #include "varimo/numerics/minimizer.h"
 #include "varimo/platform/minarc/newton_opt.h"
 
+#include "varimo/smoothers/gaussian_process.h"
 #include "varimo/smoothers/kernel_functions.h"
 #include "varimo/smoothers/linear_smoother.h"
 #include "varimo/smoothers/predict_by_gen_sim.h"

@@ -4,6 +4,7 @@
 
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/platform/corvane/strings.h"
+#include "varimo/smoothers/gaussian_process.h"
 #include "varimo/smoothers/predict_by_gen_sim.h"
 #include "varimo/smoothers/similarity_smoother.h"
 #include "varimo/tables/data_table_row.h"
@@ -113,10 +114,15 @@ ZqLinearSmootherOnSimilarityBase* ZqGetLinearSmootherOnSimilarity(unsigned int s
                                                                   const std::string& predictorName,
                                                                   const std::string& responseName,
                                                                   const ZqDataTable& table) {
-  if (smootherType == T::KernelRegression) {
-    return new ZqKernelRegressionOnSimilarity(kernelType, predictorName, responseName, table);
+  switch (smootherType) {
+    case T::KernelRegression:
+      return new ZqKernelRegressionOnSimilarity(kernelType, predictorName, responseName, table);
+    case T::GaussianProcess:
+      return new ZqGaussianProcessOnSimilarity(kernelType, predictorName, responseName, table);
+    case T::Krige: return new ZqKrigeOnSimilarity(kernelType, predictorName, responseName, table);
+    case T::OrdinaryKrige: return new ZqOrdinaryKrigeOnSimilarity(kernelType, predictorName, responseName, table);
+    default: return new ZqNullRegressionOnSimilarity(predictorName, responseName, table);
   }
-  return new ZqNullRegressionOnSimilarity(predictorName, responseName, table);
 }
 
 // ------------------------------------------------------------ fit measures and the search

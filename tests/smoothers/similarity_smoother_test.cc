@@ -128,8 +128,6 @@ TEST(SimilaritySmoother, FailuresOfTablesAndSimilarities) {
   for (const double v : refs.y) mean += v / 10.0;
   EXPECT_NEAR(predicted, mean, 1e-12);
   EXPECT_EQ(weight, 1.1920928955078125e-7);
-  EXPECT_EQ(ZqLinearSmootherOnSimilarity(T::GaussianProcess, 1, "sim", "y", Table(refs)).GetTypeOfLinearSmootherOnSimilarity(),
-            T::Unknown);
   EXPECT_EQ(ZqGetLinearSmootherOnSimilarityType("GaussianProcess"), 2u);
 }
 
