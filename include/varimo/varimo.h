@@ -35,3 +35,6 @@
 #include "varimo/krige/krige_result.h"
 #include "varimo/krige/property_list.h"
 #include "varimo/krige/vector_krige.h"
+
+#include "varimo/cluster/calcauc.h"
+#include "varimo/cluster/nnstrength.h"
