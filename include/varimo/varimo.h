@@ -38,3 +38,4 @@
 
 #include "varimo/cluster/calcauc.h"
 #include "varimo/cluster/nnstrength.h"
+#include "varimo/cluster/snn.h"
