@@ -39,3 +39,6 @@
 #include "varimo/cluster/calcauc.h"
 #include "varimo/cluster/nnstrength.h"
 #include "varimo/cluster/snn.h"
+
+#include "varimo/latent/link_functions.h"
+#include "varimo/latent/logisticregression.h"
