@@ -42,3 +42,4 @@
 
 #include "varimo/latent/link_functions.h"
 #include "varimo/latent/logisticregression.h"
+#include "varimo/latent/plskrige.h"
