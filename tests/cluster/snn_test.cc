@@ -42,6 +42,26 @@ std::size_t CountLines(const std::string& text, const std::string& line) {
   return ::testing::AssertionFailure() << "text starts " << text.substr(0, prefix.size() + 20);
 }
 
+// One run of the list overload with its messages and its standard error.
+struct SnnRun {
+  int found = 0;
+  Clusters clusters;
+  std::vector<unsigned int> noise;
+  std::vector<std::string> infos, warnings;
+  std::string err;
+};
+
+SnnRun Cluster(unsigned long numItems, const Lists& lists, const ZqSNNParameters& params, bool sortLists = true) {
+  SnnRun run;
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  run.found = ZqGetSNNCluster(run.clusters, run.noise, numItems, lists, params, sortLists);
+  run.err = err.Text();
+  run.infos = capture.Texts(ZqThrowLevel::Info);
+  run.warnings = capture.Texts(ZqThrowLevel::Warning);
+  return run;
+}
+
 // Five items that all list each other: every link has strength 5, every item
 // heads a cluster, and every head merges into the first.
 TEST(SNNCluster, IdenticalListsMergeIntoOneCluster) {
@@ -65,14 +85,9 @@ TEST(SNNCluster, IdenticalListsMergeIntoOneCluster) {
 // The same lists with merge equal to the strength: the test is strict, so the
 // five heads stay apart.
 TEST(SNNCluster, StrengthEqualToMergeDoesNotMerge) {
-  const Lists lists(5, std::vector<unsigned int>{0, 1, 2, 3, 4});
-  Clusters clusters;
-  std::vector<unsigned int> noise;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
-  ASSERT_NE(ZqGetSNNCluster(clusters, noise, 5, lists, Params(5, 4, 2, 5, 3), false), 0);
-  err.Text();
-  EXPECT_EQ(clusters, (Clusters{{0}, {1}, {2}, {3}, {4}}));
+  const SnnRun run = Cluster(5, Lists(5, std::vector<unsigned int>{0, 1, 2, 3, 4}), Params(5, 4, 2, 5, 3), false);
+  ASSERT_NE(run.found, 0);
+  EXPECT_EQ(run.clusters, (Clusters{{0}, {1}, {2}, {3}, {4}}));
 }
 
 // Items 0 to 4 list {0..5}; item 5 lists {0, 1, 5}. Links among 0..4 have
@@ -86,71 +101,55 @@ Lists Satellite() {
 }
 
 TEST(SNNCluster, LabelThresholdIsStrict) {
-  Clusters clusters;
-  std::vector<unsigned int> noise;
-  {
-    Corvane::ZqScopedThrowCapture capture;
-    VarimoTest::CaptureStderr err;
-    ASSERT_NE(ZqGetSNNCluster(clusters, noise, 6, Satellite(), Params(6, 4, 2, 5, 3), true), 0);
-    err.Text();
-    ASSERT_EQ(clusters.size(), 1u);
-    EXPECT_EQ(clusters[0].size(), 5u);
-    EXPECT_EQ(capture.Texts(ZqThrowLevel::Info), (std::vector<std::string>{"Singleton Ct = 1, Noise Ct = 0"}));
-  }
-  {
-    Corvane::ZqScopedThrowCapture capture;
-    VarimoTest::CaptureStderr err;
-    ASSERT_NE(ZqGetSNNCluster(clusters, noise, 6, Satellite(), Params(6, 4, 2, 5, 2), true), 0);
-    err.Text();
-    ASSERT_EQ(clusters.size(), 1u);
-    // Added after the merged heads, in one pass.
-    EXPECT_EQ(clusters[0].size(), 6u);
-    EXPECT_EQ(clusters[0].back(), 5u);
-    EXPECT_EQ(capture.Texts(ZqThrowLevel::Info), (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
-  }
+  const SnnRun strict = Cluster(6, Satellite(), Params(6, 4, 2, 5, 3));
+  ASSERT_NE(strict.found, 0);
+  ASSERT_EQ(strict.clusters.size(), 1u);
+  EXPECT_EQ(strict.clusters[0].size(), 5u);
+  EXPECT_EQ(strict.infos, (std::vector<std::string>{"Singleton Ct = 1, Noise Ct = 0"}));
+
+  const SnnRun joined = Cluster(6, Satellite(), Params(6, 4, 2, 5, 2));
+  ASSERT_NE(joined.found, 0);
+  ASSERT_EQ(joined.clusters.size(), 1u);
+  // Added after the merged heads, in one pass.
+  EXPECT_EQ(joined.clusters[0].size(), 6u);
+  EXPECT_EQ(joined.clusters[0].back(), 5u);
+  EXPECT_EQ(joined.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
 }
 
 // With noise at 3, item 5 (two links) is noise and is never labelled.
 TEST(SNNCluster, FewLinksMakeNoiseAndSelfOnlyListIsNoise) {
   Lists lists = Satellite();
   lists.push_back({6});  // item 6 lists only itself: no links at all
-  Clusters clusters;
-  std::vector<unsigned int> noise;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
-  ASSERT_NE(ZqGetSNNCluster(clusters, noise, 7, lists, Params(6, 4, 3, 5, 2), true), 0);
-  err.Text();
+  const SnnRun run = Cluster(7, lists, Params(6, 4, 3, 5, 2));
+  ASSERT_NE(run.found, 0);
   // Item 6 is noise at once, while links are built; item 5 by its count.
-  EXPECT_EQ(noise, (std::vector<unsigned int>{6, 5}));
-  ASSERT_EQ(clusters.size(), 1u);
-  EXPECT_EQ(clusters[0].size(), 5u);
-  EXPECT_EQ(capture.Texts(ZqThrowLevel::Info), (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 2"}));
+  EXPECT_EQ(run.noise, (std::vector<unsigned int>{6, 5}));
+  ASSERT_EQ(run.clusters.size(), 1u);
+  EXPECT_EQ(run.clusters[0].size(), 5u);
+  EXPECT_EQ(run.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 2"}));
 }
 
 TEST(SNNCluster, EmptyListsAndUnknownItemsFailWithoutLinks) {
-  Clusters clusters{{1}};
-  std::vector<unsigned int> noise;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
-  EXPECT_EQ(ZqGetSNNCluster(clusters, noise, 3, Lists(3), Params(6, 4, 3, 3, 3), true), 0);
-  EXPECT_EQ(noise, (std::vector<unsigned int>{0, 1, 2}));
-  // Lists naming items that have no list of their own: no mutual neighbour.
-  EXPECT_EQ(ZqGetSNNCluster(clusters, noise, 2, Lists{{0, 7, 9}, {1, 12}}, Params(6, 4, 3, 3, 3), false), 0);
-  EXPECT_EQ(ZqGetSNNCluster(clusters, noise, 0, Lists{}, Params(6, 4, 3, 3, 3), false), 0);
-  EXPECT_EQ(CountLines(err.Text(), "slow unsorted search of size nn"), 3u);
-  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
-            (std::vector<std::string>(3, "Failed to find any connected near-neighbors")));
+  const std::vector<std::string> failed{"Failed to find any connected near-neighbors"};
+  const SnnRun empty = Cluster(3, Lists(3), Params(6, 4, 3, 3, 3));
+  EXPECT_EQ(empty.found, 0);
+  EXPECT_EQ(empty.noise, (std::vector<unsigned int>{0, 1, 2}));
+  EXPECT_EQ(empty.warnings, failed);
+  // Lists naming items that have no list of their own: no mutual neighbour,
+  // but each is still searched.
+  const SnnRun unknown = Cluster(2, Lists{{0, 7, 9}, {1, 12}}, Params(6, 4, 3, 3, 3), false);
+  EXPECT_EQ(unknown.found, 0);
+  EXPECT_EQ(CountLines(unknown.err, "slow unsorted search of size nn"), 3u);
+  EXPECT_EQ(unknown.warnings, failed);
+  const SnnRun none = Cluster(0, Lists{}, Params(6, 4, 3, 3, 3), false);
+  EXPECT_EQ(none.found, 0);
+  EXPECT_EQ(none.warnings, failed);
 }
 
 TEST(SNNCluster, NoHeadFails) {
-  Clusters clusters;
-  std::vector<unsigned int> noise;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
-  EXPECT_EQ(ZqGetSNNCluster(clusters, noise, 6, Satellite(), Params(6, 9, 2, 5, 2), true), 0);
-  err.Text();
-  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
-            (std::vector<std::string>{"Failed to identify representative clusters & noise."}));
+  const SnnRun run = Cluster(6, Satellite(), Params(6, 9, 2, 5, 2));
+  EXPECT_EQ(run.found, 0);
+  EXPECT_EQ(run.warnings, (std::vector<std::string>{"Failed to identify representative clusters & noise."}));
 }
 
 TEST(SNNCluster, IndexBeyondBitVectorLimitFails) {
