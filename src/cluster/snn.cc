@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iostream>
 #include <map>
+#include <string>
 
 #include "varimo/platform/corvane/bit_vector.h"
 #include "varimo/platform/corvane/error_handler.h"
@@ -31,15 +32,19 @@ bool BuildLinks(const Lists& lists, std::set<ZqNNStrength>& strengths, std::vect
       if (!marked.SetBitOn(m)) return false;
     }
     ZqNNStrength record(i);
+    // The search lines of one item go out in one write: the error stream is
+    // unbuffered, and a write per line would cost more than the search.
+    std::string searchLines;
     for (const unsigned int j : list) {
       if (j == i) continue;
-      std::cerr << "slow unsorted search of size nn\n";
+      searchLines += "slow unsorted search of size nn\n";
       const std::vector<unsigned int>& other = ListOf(lists, j);
       if (std::find(other.begin(), other.end(), i) == other.end()) continue;
       unsigned int shared = 0;
       for (const unsigned int m : other) shared += marked.IsBitOn(m) ? 1u : 0u;
       record.Add(ZqStrValue(j, shared));
     }
+    std::cerr << searchLines;
     // Only the members were set, so clearing them is cheaper than a full sweep.
     for (const unsigned int m : list) marked.SetBitOff(m);
     if (record.GetStrCt() == 0) {

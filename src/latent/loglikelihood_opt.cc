@@ -62,9 +62,15 @@ void ZqRegressionLogLikelihoodOpt::GradientHessian(const std::vector<double>& z,
     for (unsigned int j = 0; j < p_; ++j) gradient[j] -= v * row[j];
     if (hessian == nullptr) continue;
     const double w = W(regressionType_, y_[i], z[i]);
+    // The lower triangle only; the matrix is symmetric.
     for (unsigned int j = 0; j < p_; ++j) {
-      for (unsigned int k = 0; k < p_; ++k) hessian[j * p_ + k] += w * row[j] * row[k];
+      const double wj = w * row[j];
+      for (unsigned int k = 0; k <= j; ++k) hessian[j * p_ + k] += wj * row[k];
     }
+  }
+  if (hessian == nullptr) return;
+  for (unsigned int j = 0; j < p_; ++j) {
+    for (unsigned int k = j + 1; k < p_; ++k) hessian[j * p_ + k] = hessian[k * p_ + j];
   }
 }
 

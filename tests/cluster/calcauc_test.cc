@@ -58,6 +58,11 @@ TEST(CalculateAUC, ScoresTieCountsOneHalfAndEmptyIsNaN) {
   EXPECT_EQ(ZqCalculateAUC({1.0}, {1.0}, true), 0.5);
   EXPECT_EQ(ZqCalculateAUC({2.0, 1.0}, {1.0}, true), 0.75);
   EXPECT_EQ(ZqCalculateAUC({2.0, 1.0}, {1.0}, false), 0.25);
+  // Each pair counted by hand: 3 beats 1 and 2, ties 3; 2 ties 2, beats 1.
+  EXPECT_EQ(ZqCalculateAUC({3.0, 2.0}, {1.0, 2.0, 3.0}, true), 4.0 / 6.0);
+  EXPECT_EQ(ZqCalculateAUC({3.0, 2.0}, {1.0, 2.0, 3.0}, false), 2.0 / 6.0);
+  // A NaN score counts nothing but still counts as a pair.
+  EXPECT_EQ(ZqCalculateAUC({2.0, NAN}, {1.0, NAN}, true), 0.25);
   EXPECT_TRUE(std::isnan(ZqCalculateAUC({}, {1.0}, true)));
   EXPECT_TRUE(std::isnan(ZqCalculateAUC({1.0}, {}, false)));
 }

@@ -23,7 +23,8 @@ bool ZqCalculateAUC(double& auc, const std::vector<bool>& ranked, unsigned int n
 // The area from the scores of both classes: each (active, decoy) pair counts
 // 1 when the active scores better and 1/2 on a tie. Better is higher with
 // `higherIsBetter`, lower otherwise. NaN (0 / 0) when either vector is empty.
-// Costs one pass per pair.
+// A NaN score neither beats nor ties anything. Costs O((n + m) log m) for n
+// actives and m decoys.
 double ZqCalculateAUC(const std::vector<double>& actives, const std::vector<double>& decoys,
                       bool higherIsBetter);
 
