@@ -69,10 +69,15 @@ long LabelClusters(std::vector<ZqSNNCluster>& clusters, const std::set<ZqNNStren
   Corvane::ZqBitVector open(n);
   if (open.GetSize() != n) return -1;
   for (unsigned long k = 0; k < n; ++k) open.SetBitOn(k);
+  // Items past n (named by lists beyond the item count) have no bit here.
   for (const ZqSNNCluster& cluster : clusters) {
-    for (const unsigned int m : cluster) open.SetBitOff(m);
+    for (const unsigned int m : cluster) {
+      if (m < n) open.SetBitOff(m);
+    }
   }
-  for (const unsigned int m : noise) open.SetBitOff(m);
+  for (const unsigned int m : noise) {
+    if (m < n) open.SetBitOff(m);
+  }
 
   for (ZqSNNCluster& cluster : clusters) {
     // One pass over the members as they stand; those added now are not walked.

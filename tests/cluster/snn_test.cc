@@ -146,6 +146,16 @@ TEST(SNNCluster, EmptyListsAndUnknownItemsFailWithoutLinks) {
   EXPECT_EQ(none.warnings, failed);
 }
 
+// Six lists for four items: items 4 and 5 still link and head, but the
+// labelling only hands out items below the count, so 5 joins nothing.
+TEST(SNNCluster, ItemsPastTheCountAreNotLabelled) {
+  const SnnRun run = Cluster(4, Satellite(), Params(6, 4, 2, 5, 2));
+  ASSERT_NE(run.found, 0);
+  ASSERT_EQ(run.clusters.size(), 1u);
+  EXPECT_EQ(run.clusters[0].size(), 5u);
+  EXPECT_EQ(run.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
+}
+
 TEST(SNNCluster, NoHeadFails) {
   const SnnRun run = Cluster(6, Satellite(), Params(6, 9, 2, 5, 2));
   EXPECT_EQ(run.found, 0);
