@@ -17,13 +17,12 @@ Timed (median of 3 runs each):
          also with the neighbour search it needs; roc_auc_score.
 Prints the times, ours / peer, and the clusters each finds.
 """
-import json
 import os
-import statistics
-import subprocess
 import sys
 import tempfile
-import time
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import run_benchmark, timed  # noqa: E402
 
 import numpy as np
 from sklearn.cluster import DBSCAN
@@ -44,29 +43,14 @@ def make_data():
     return points, lists.astype(np.uint32), actives, decoys
 
 
-def timed(call, repeats=3):
-    times = []
-    for _ in range(repeats):
-        start = time.perf_counter()
-        call()
-        times.append(time.perf_counter() - start)
-    return statistics.median(times)
-
-
 def main(program):
     points, lists, actives, decoys = make_data()
     with tempfile.TemporaryDirectory() as tmp:
         lists.tofile(os.path.join(tmp, "snn_lists.u32"))
         np.concatenate([actives, decoys]).tofile(os.path.join(tmp, "auc_scores.f64"))
-        out = os.path.join(tmp, "out.json")
-        subprocess.run([program, "--cluster_data=" + tmp, "--benchmark_repetitions=3",
-                        "--benchmark_report_aggregates_only=true", "--benchmark_out=" + out,
-                        "--benchmark_out_format=json"], check=True, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL)
-        with open(out) as f:
-            runs = [b for b in json.load(f)["benchmarks"] if b.get("aggregate_name") == "median"]
-    ours = {b["run_name"]: b["real_time"] / 1e3 for b in runs}
-    snn_clusters = next(b["clusters"] for b in runs if b["run_name"] == "BM_SNNCluster")
+        runs = run_benchmark(program, "cluster_data", tmp)
+    ours = {name: b["real_time"] / 1e3 for name, b in runs.items()}
+    snn_clusters = runs["BM_SNNCluster"]["clusters"]
     labels = DBSCAN(eps=1.0, min_samples=10).fit(points).labels_
     y = np.r_[np.ones(2000), np.zeros(2000)]
     s = np.r_[actives, decoys]
@@ -75,7 +59,7 @@ def main(program):
     print("%-18s %10s  %-24s %10s %8s" % ("ours", "s", "peer", "s", "ratio"))
     for name, label, call in rows:
         theirs = timed(call)
-        print("%-18s %10.4f  %-24s %10.4f %8.2f" % (name[3:], ours[name], label, theirs, ours[name] / theirs))
+        print("%-18s %10.5f  %-24s %10.5f %8.2f" % (name[3:], ours[name], label, theirs, ours[name] / theirs))
     print("clusters: SNN %d, DBSCAN %d" % (snn_clusters, len(set(labels)) - (1 if -1 in labels else 0)))
 
 

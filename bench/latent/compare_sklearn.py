@@ -19,14 +19,13 @@ Timed (median of 3 runs each):
          newton-cg and lbfgs solvers, tol 1e-10.
 Prints the times and ours / peer.
 """
-import json
 import os
-import statistics
-import subprocess
 import sys
 import tempfile
-import time
 import warnings
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import run_benchmark, timed  # noqa: E402
 
 import numpy as np
 from sklearn.cross_decomposition import PLSRegression
@@ -46,29 +45,14 @@ def make_data():
     return x, y, lx, ly
 
 
-def timed(call, repeats=3):
-    times = []
-    for _ in range(repeats):
-        start = time.perf_counter()
-        call()
-        times.append(time.perf_counter() - start)
-    return statistics.median(times)
-
-
 def main(program):
     x, y, lx, ly = make_data()
     with tempfile.TemporaryDirectory() as tmp:
         for name, a in (("pls_x", x), ("pls_y", y), ("logit_x", lx), ("logit_y", ly)):
             np.ascontiguousarray(a, dtype=np.float64).tofile(os.path.join(tmp, name + ".f64"))
-        out = os.path.join(tmp, "out.json")
-        subprocess.run([program, "--latent_data=" + tmp, "--benchmark_repetitions=3",
-                        "--benchmark_report_aggregates_only=true", "--benchmark_out=" + out,
-                        "--benchmark_out_format=json"], check=True, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL)
-        with open(out) as f:
-            runs = [b for b in json.load(f)["benchmarks"] if b.get("aggregate_name") == "median"]
-    ours = {b["run_name"]: b["real_time"] / 1e3 for b in runs}
-    latent = next(b["latent"] for b in runs if b["run_name"] == "BM_PLSBuildAndPredict")
+        runs = run_benchmark(program, "latent_data", tmp)
+    ours = {name: b["real_time"] / 1e3 for name, b in runs.items()}
+    latent = runs["BM_PLSBuildAndPredict"]["latent"]
     labels = (ly + 1) / 2
     peers = {
         "BM_PLSBuildAndPredict": [("PLSRegression(200)", lambda: PLSRegression(n_components=200).fit(x, y))],

@@ -12,8 +12,9 @@
 // progress to standard output: send it to /dev/null and use --benchmark_out.
 #include <benchmark/benchmark.h>
 
+#include "bench_main.h"
+
 #include <cmath>
-#include <cstdio>
 #include <fstream>
 #include <random>
 #include <stdexcept>
@@ -105,35 +106,6 @@ void BM_LogisticRegression(benchmark::State& state) {
 }
 BENCHMARK(BM_LogisticRegression)->Unit(benchmark::kMillisecond);
 
-void ParseFlags(int& argc, char** argv, std::string& dir) {
-  int kept = 1;
-  const std::string prefix = "--latent_data=";
-  for (int i = 1; i < argc; ++i) {
-    const std::string arg = argv[i];
-    if (arg.rfind(prefix, 0) == 0) {
-      dir = arg.substr(prefix.size());
-    } else {
-      argv[kept++] = argv[i];
-    }
-  }
-  argc = kept;
-  argv[argc] = nullptr;
-}
-
 }  // namespace
 
-int main(int argc, char** argv) {
-  std::string dir;
-  ParseFlags(argc, argv, dir);
-  try {
-    Load(dir);
-  } catch (const std::exception& e) {
-    std::fprintf(stderr, "%s\n", e.what());
-    return 2;
-  }
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return VarimoBench::MainWithDataFlag(argc, argv, "latent_data", Load); }
