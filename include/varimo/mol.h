@@ -12,6 +12,7 @@
 #include "varimo/mol/mol_data_model.h"
 #include "varimo/mol/mol_krige.h"
 #include "varimo/mol/mol_properties.h"
+#include "varimo/latent/property_mol.h"
 #include "varimo/platform/molkit/mol_property.h"
 #include "varimo/platform/molkit/molecule.h"
 #include "varimo/platform/molkit/molecule_files.h"

@@ -61,3 +61,11 @@
 #include "varimo/krige/krige_result.h"
 #include "varimo/krige/property_list.h"
 #include "varimo/krige/vector_krige.h"
+
+#include "varimo/cluster/calcauc.h"
+#include "varimo/cluster/nnstrength.h"
+#include "varimo/cluster/snn.h"
+
+#include "varimo/latent/link_functions.h"
+#include "varimo/latent/logisticregression.h"
+#include "varimo/latent/plskrige.h"

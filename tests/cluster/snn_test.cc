@@ -1,0 +1,317 @@
+// Shared-nearest-neighbour clustering: small lists whose links are worked
+// out by hand in the comments, and three Gaussian blobs with background
+// noise whose true labels and scikit-learn neighbour lists come from
+// tests/data/cluster/make_snn_points.py.
+#include "varimo/cluster/snn.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "reference_file.h"
+#include "test_support.h"
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+namespace {
+
+using Corvane::ZqThrowLevel;
+using Lists = std::vector<std::vector<unsigned int>>;
+using Clusters = std::vector<ZqSNNCluster>;
+
+ZqSNNParameters Params(unsigned int nbrCt, unsigned int topic, unsigned int noise, unsigned int merge,
+                       unsigned int label) {
+  return ZqSNNParameters{nbrCt, topic, noise, merge, label};
+}
+
+std::size_t CountLines(const std::string& text, const std::string& line) {
+  std::istringstream in(text);
+  std::size_t count = 0;
+  for (std::string l; std::getline(in, l);) count += l == line ? 1 : 0;
+  return count;
+}
+
+::testing::AssertionResult StartsWith(const std::string& text, const std::string& prefix) {
+  if (text.compare(0, prefix.size(), prefix) == 0) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "text starts " << text.substr(0, prefix.size() + 20);
+}
+
+// One run of the list overload with its messages and its standard error.
+struct SnnRun {
+  int found = 0;
+  Clusters clusters;
+  std::vector<unsigned int> noise;
+  std::vector<std::string> infos, warnings;
+  std::string err;
+};
+
+SnnRun Cluster(unsigned long numItems, const Lists& lists, const ZqSNNParameters& params, bool sortLists = true) {
+  SnnRun run;
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  run.found = ZqGetSNNCluster(run.clusters, run.noise, numItems, lists, params, sortLists);
+  run.err = err.Text();
+  run.infos = capture.Texts(ZqThrowLevel::Info);
+  run.warnings = capture.Texts(ZqThrowLevel::Warning);
+  return run;
+}
+
+// Five items that all list each other: every link has strength 5, every item
+// heads a cluster, and every head merges into the first.
+TEST(SNNCluster, IdenticalListsMergeIntoOneCluster) {
+  const Lists lists(5, std::vector<unsigned int>{4, 3, 2, 1, 0});
+  Clusters clusters{{42}};
+  std::vector<unsigned int> noise{7};
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  ASSERT_NE(ZqGetSNNCluster(clusters, noise, 5, lists, Params(5, 4, 2, 4, 3), true), 0);
+  // One search line per listed neighbour other than the item: 5 x 4.
+  EXPECT_EQ(CountLines(err.Text(), "slow unsorted search of size nn"), 20u);
+  ASSERT_EQ(clusters.size(), 1u);
+  EXPECT_EQ(clusters[0].front(), 0u);
+  EXPECT_EQ(std::set<unsigned int>(clusters[0].begin(), clusters[0].end()),
+            (std::set<unsigned int>{0, 1, 2, 3, 4}));
+  EXPECT_EQ(clusters[0].size(), 5u);
+  EXPECT_TRUE(noise.empty());
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Info), (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
+}
+
+// The same lists with merge equal to the strength: the test is strict, so the
+// five heads stay apart.
+TEST(SNNCluster, StrengthEqualToMergeDoesNotMerge) {
+  const SnnRun run = Cluster(5, Lists(5, std::vector<unsigned int>{0, 1, 2, 3, 4}), Params(5, 4, 2, 5, 3), false);
+  ASSERT_NE(run.found, 0);
+  EXPECT_EQ(run.clusters, (Clusters{{0}, {1}, {2}, {3}, {4}}));
+}
+
+// Items 0 to 4 list {0..5}; item 5 lists {0, 1, 5}. Links among 0..4 have
+// strength 6; 5 is linked to 0 and 1 only, with strength 3, so it has two
+// links: neither noise (2 is not below 2) nor a head (below 4). It joins the
+// cluster only when 3 is strictly above the label threshold.
+Lists Satellite() {
+  Lists lists(6, std::vector<unsigned int>{0, 1, 2, 3, 4, 5});
+  lists[5] = {5, 1, 0};
+  return lists;
+}
+
+TEST(SNNCluster, LabelThresholdIsStrict) {
+  const SnnRun strict = Cluster(6, Satellite(), Params(6, 4, 2, 5, 3));
+  ASSERT_NE(strict.found, 0);
+  ASSERT_EQ(strict.clusters.size(), 1u);
+  EXPECT_EQ(strict.clusters[0].size(), 5u);
+  EXPECT_EQ(strict.infos, (std::vector<std::string>{"Singleton Ct = 1, Noise Ct = 0"}));
+
+  const SnnRun joined = Cluster(6, Satellite(), Params(6, 4, 2, 5, 2));
+  ASSERT_NE(joined.found, 0);
+  ASSERT_EQ(joined.clusters.size(), 1u);
+  // Added after the merged heads, in one pass.
+  EXPECT_EQ(joined.clusters[0].size(), 6u);
+  EXPECT_EQ(joined.clusters[0].back(), 5u);
+  EXPECT_EQ(joined.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
+}
+
+// With noise at 3, item 5 (two links) is noise and is never labelled.
+TEST(SNNCluster, FewLinksMakeNoiseAndSelfOnlyListIsNoise) {
+  Lists lists = Satellite();
+  lists.push_back({6});  // item 6 lists only itself: no links at all
+  const SnnRun run = Cluster(7, lists, Params(6, 4, 3, 5, 2));
+  ASSERT_NE(run.found, 0);
+  // Item 6 is noise at once, while links are built; item 5 by its count.
+  EXPECT_EQ(run.noise, (std::vector<unsigned int>{6, 5}));
+  ASSERT_EQ(run.clusters.size(), 1u);
+  EXPECT_EQ(run.clusters[0].size(), 5u);
+  EXPECT_EQ(run.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 2"}));
+}
+
+TEST(SNNCluster, EmptyListsAndUnknownItemsFailWithoutLinks) {
+  const std::vector<std::string> failed{"Failed to find any connected near-neighbors"};
+  const SnnRun empty = Cluster(3, Lists(3), Params(6, 4, 3, 3, 3));
+  EXPECT_EQ(empty.found, 0);
+  EXPECT_EQ(empty.noise, (std::vector<unsigned int>{0, 1, 2}));
+  EXPECT_EQ(empty.warnings, failed);
+  // Lists naming items that have no list of their own: no mutual neighbour,
+  // but each is still searched.
+  const SnnRun unknown = Cluster(2, Lists{{0, 7, 9}, {1, 12}}, Params(6, 4, 3, 3, 3), false);
+  EXPECT_EQ(unknown.found, 0);
+  EXPECT_EQ(CountLines(unknown.err, "slow unsorted search of size nn"), 3u);
+  EXPECT_EQ(unknown.warnings, failed);
+  const SnnRun none = Cluster(0, Lists{}, Params(6, 4, 3, 3, 3), false);
+  EXPECT_EQ(none.found, 0);
+  EXPECT_EQ(none.warnings, failed);
+}
+
+// Six lists for four items: items 4 and 5 still link and head, but the
+// labelling only hands out items below the count, so 5 joins nothing.
+TEST(SNNCluster, ItemsPastTheCountAreNotLabelled) {
+  const SnnRun run = Cluster(4, Satellite(), Params(6, 4, 2, 5, 2));
+  ASSERT_NE(run.found, 0);
+  ASSERT_EQ(run.clusters.size(), 1u);
+  EXPECT_EQ(run.clusters[0].size(), 5u);
+  EXPECT_EQ(run.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
+}
+
+TEST(SNNCluster, NoHeadFails) {
+  const SnnRun run = Cluster(6, Satellite(), Params(6, 9, 2, 5, 2));
+  EXPECT_EQ(run.found, 0);
+  EXPECT_EQ(run.warnings, (std::vector<std::string>{"Failed to identify representative clusters & noise."}));
+}
+
+TEST(SNNCluster, IndexBeyondBitVectorLimitFails) {
+  Clusters clusters;
+  std::vector<unsigned int> noise;
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  EXPECT_EQ(ZqGetSNNCluster(clusters, noise, 2, Lists{{0, 1}, {1, 4000000000u}}, Params(6, 1, 0, 0, 0), true), 0);
+  err.Text();
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Error),
+            (std::vector<std::string>{"Max size for an ZqBitVector is INT_MAX"}));
+}
+
+// The blobs: reads points, true labels and the neighbour lists.
+struct Blobs {
+  std::vector<int> labels;
+  std::vector<double> x, y;
+  Lists lists;
+};
+
+Blobs ReadBlobs() {
+  Blobs blobs;
+  for (const auto& line : VarimoTest::ReadReferenceLines("cluster/snn_points.txt")) {
+    if (line[0] == "point") {
+      blobs.labels.push_back(std::stoi(line[2]));
+      blobs.x.push_back(VarimoTest::ToDouble(line[3]));
+      blobs.y.push_back(VarimoTest::ToDouble(line[4]));
+    } else if (line[0] == "nn") {
+      std::vector<unsigned int> list;
+      for (std::size_t k = 2; k < line.size(); ++k) list.push_back(static_cast<unsigned int>(std::stoul(line[k])));
+      blobs.lists.push_back(list);
+    }
+  }
+  return blobs;
+}
+
+// Each cluster must hold the points of one blob only, each blob must be
+// found as one cluster holding most of it, and no background point may be
+// put in a cluster.
+void ExpectBlobsRecovered(const Clusters& clusters, const Blobs& blobs) {
+  ASSERT_EQ(clusters.size(), 3u);
+  std::set<int> found;
+  for (const ZqSNNCluster& cluster : clusters) {
+    std::map<int, std::size_t> counts;
+    for (const unsigned int m : cluster) ++counts[blobs.labels.at(m)];
+    ASSERT_EQ(counts.size(), 1u) << "a cluster mixes blobs or noise";
+    EXPECT_NE(counts.begin()->first, -1);
+    EXPECT_GE(counts.begin()->second, 45u);  // of 60; stragglers at the edge may stay out
+    found.insert(counts.begin()->first);
+  }
+  EXPECT_EQ(found, (std::set<int>{0, 1, 2}));
+}
+
+TEST(SNNCluster, RecoversBlobsFromNeighbourLists) {
+  const Blobs blobs = ReadBlobs();
+  ASSERT_EQ(blobs.lists.size(), 200u);
+  Clusters clusters;
+  std::vector<unsigned int> noise;
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  // The parameters that 200 items give: nbrCt 20.
+  ASSERT_NE(ZqGetSNNCluster(clusters, noise, 200, blobs.lists, Params(20, 15, 10, 12, 10), true), 0);
+  err.Text();
+  ExpectBlobsRecovered(clusters, blobs);
+  // Noise is the sparse points: all the background, and some blob edges.
+  std::size_t background = 0;
+  for (const unsigned int m : noise) background += blobs.labels[m] == -1 ? 1 : 0;
+  EXPECT_EQ(background, 20u);
+}
+
+ZqSimInfo NegativeDistances(const Blobs& blobs) {
+  ZqSimInfo info;
+  info.n = blobs.x.size();
+  info.sims.assign(info.n * info.n, 0.0);
+  for (unsigned long i = 0; i < info.n; ++i) {
+    for (unsigned long j = i; j < info.n; ++j) {
+      info.sims[info.n * i + j] = -std::hypot(blobs.x[i] - blobs.x[j], blobs.y[i] - blobs.y[j]);
+    }
+  }
+  return info;
+}
+
+TEST(SNNCluster, RecoversBlobsFromSimilarities) {
+  const Blobs blobs = ReadBlobs();
+  ZqSimInfo info = NegativeDistances(blobs);
+  Clusters clusters;
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  ASSERT_NE(ZqGetSNNCluster(clusters, 200, info), 0);
+  const std::string text = err.Text();
+  EXPECT_TRUE(StartsWith(text, "nbrCt = 20\ntopic = 15\nnoise = 10\nmerge = 12\nlabel = 10\n0:: ("));
+  EXPECT_NE(text.find("\n199:: ("), std::string::npos);
+  EXPECT_EQ(CountLines(text, "EndPrint"), 1u);
+  ExpectBlobsRecovered(clusters, blobs);
+}
+
+TEST(SNNCluster, ParametersClampAtBothEnds) {
+  {
+    ZqSimInfo info{10, std::vector<double>(100, 0.5)};
+    Clusters clusters;
+    Corvane::ZqScopedThrowCapture capture;
+    VarimoTest::CaptureStderr err;
+    // Equal similarities: all ten items are the six "nearest" of each other
+    // as the selection leaves them; any outcome is fine, the texts are not.
+    ZqGetSNNCluster(clusters, 10, info);
+    EXPECT_TRUE(StartsWith(err.Text(), "nbrCt = 6\ntopic = 4\nnoise = 3\nmerge = 3\nlabel = 3\n"));
+  }
+  {
+    ZqSimInfo info{300, std::vector<double>(300 * 300, 0.0)};
+    for (unsigned long i = 0; i < 300; ++i) {
+      for (unsigned long j = i; j < 300; ++j) info.sims[300 * i + j] = -std::fabs(double(i) - double(j));
+    }
+    Clusters clusters;
+    Corvane::ZqScopedThrowCapture capture;
+    VarimoTest::CaptureStderr err;
+    ZqGetSNNCluster(clusters, 300, info);
+    EXPECT_TRUE(StartsWith(err.Text(), "nbrCt = 30\ntopic = 22\nnoise = 15\nmerge = 18\nlabel = 15\n"));
+  }
+}
+
+TEST(SNNCluster, SimilaritiesThatDoNotFitFail) {
+  Clusters clusters;
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  ZqSimInfo empty;
+  EXPECT_EQ(ZqGetSNNCluster(clusters, 0, empty), 0);
+  ZqSimInfo tooShort{5, std::vector<double>(24, 1.0)};
+  EXPECT_EQ(ZqGetSNNCluster(clusters, 5, tooShort), 0);
+  ZqSimInfo otherSize{5, std::vector<double>(25, 1.0)};
+  EXPECT_EQ(ZqGetSNNCluster(clusters, 6, otherSize), 0);
+  EXPECT_EQ(CountLines(err.Text(), "EndPrint"), 3u);
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            (std::vector<std::string>(3, "Failed to identify near-neghbors")));
+}
+
+// A list where no item has enough links passes the failure on with its own
+// warning.
+TEST(SNNCluster, FailureOfListClusteringIsReported) {
+  // Six items on a line, similarity falling with distance; with nbrCt 6 all
+  // six are in every list, so every link has strength 6 and five links:
+  // all heads, merged into one. To make it fail, use two items only: one
+  // link each, below topic 4.
+  ZqSimInfo info{2, {1.0, 0.5, 0.0, 1.0}};
+  Clusters clusters;
+  Corvane::ZqScopedThrowCapture capture;
+  VarimoTest::CaptureStderr err;
+  EXPECT_EQ(ZqGetSNNCluster(clusters, 2, info), 0);
+  err.Text();
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            (std::vector<std::string>{"Failed to identify representative clusters & noise.",
+                                      "Failed to generate cluster from NN list."}));
+}
+
+}  // namespace
+}  // namespace Varimo
