@@ -14,8 +14,13 @@
 #include "varimo/tables/data_table_files.h"
 #include "varimo/tables/data_table_row_predicates.h"
 
+#include "varimo/statistics/bootstrap.h"
 #include "varimo/statistics/data_vector_functions.h"
+#include "varimo/statistics/distance_matrix.h"
 #include "varimo/statistics/incomplete_beta.h"
+#include "varimo/statistics/independence_statistic.h"
+#include "varimo/statistics/sampling.h"
+#include "varimo/statistics/urn_estimate.h"
 
 #include "varimo/ranvar/nran_var.h"
 #include "varimo/ranvar/nran_var_storage.h"
