@@ -17,8 +17,10 @@
 #include "varimo/statistics/bootstrap.h"
 #include "varimo/statistics/data_vector_functions.h"
 #include "varimo/statistics/distance_matrix.h"
+#include "varimo/statistics/histogram.h"
 #include "varimo/statistics/incomplete_beta.h"
 #include "varimo/statistics/independence_statistic.h"
+#include "varimo/statistics/plot_points.h"
 #include "varimo/statistics/sampling.h"
 #include "varimo/statistics/urn_estimate.h"
 
