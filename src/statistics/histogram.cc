@@ -27,13 +27,21 @@ struct HistogramOutputs {
   }
 };
 
-// The range of the data, or false when the data cannot make a histogram.
-bool GetRange(HistogramOutputs& out, const std::vector<double>& sortedData, double lo, double hi) {
-  if (sortedData.empty() || !AllFinite(sortedData)) return false;
+// Resets the outputs and sets the range; false, with everything at 0, when
+// no bins are asked for or the data cannot make a histogram.
+bool StartHistogram(HistogramOutputs& out, const std::vector<double>& sortedData, std::uint64_t numBins, double lo,
+                    double hi) {
+  out.Reset();
+  if (numBins == 0 || sortedData.empty() || !AllFinite(sortedData)) return false;
   ZqGetXloXhiForSortedData(out.xlo, out.xhi, sortedData, lo, hi);
   // Infinite suggestions leave no width to divide.
-  return std::isfinite(out.xlo) && std::isfinite(out.xhi) && out.xhi > out.xlo;
+  if (std::isfinite(out.xlo) && std::isfinite(out.xhi) && out.xhi > out.xlo) return true;
+  out.Reset();
+  return false;
 }
+
+// Stands for the number of bins when the data will choose it.
+constexpr std::uint64_t kBinsFromData = 1;
 
 // The bin of x among numBins bins of width h from xlo. The top edge belongs
 // to the last bin; values outside the range, which sorted data within
@@ -83,12 +91,7 @@ void ZqGetUserDefinedConstBinWidthHistogram(double& xlo, double& xhi, double& bi
                                             std::vector<double>& heights, const std::vector<double>& sortedData,
                                             std::uint64_t numBins, double lo, double hi) {
   HistogramOutputs out{xlo, xhi, binWidth, maxHeight, heights};
-  out.Reset();
-  if (numBins == 0) return;
-  if (!GetRange(out, sortedData, lo, hi)) {
-    out.Reset();
-    return;
-  }
+  if (!StartHistogram(out, sortedData, numBins, lo, hi)) return;
   FillConstWidthBins(out, sortedData, numBins);
 }
 
@@ -96,12 +99,8 @@ void ZqGetAutoDefinedConstBinWidthHistogram(double& xlo, double& xhi, double& bi
                                             std::vector<double>& heights, std::uint64_t& numBins,
                                             const std::vector<double>& sortedData, double lo, double hi) {
   HistogramOutputs out{xlo, xhi, binWidth, maxHeight, heights};
-  out.Reset();
   numBins = 0;
-  if (!GetRange(out, sortedData, lo, hi)) {
-    out.Reset();
-    return;
-  }
+  if (!StartHistogram(out, sortedData, kBinsFromData, lo, hi)) return;
   const double q1 = ZqQuantile(0.25, sortedData, 8), q3 = ZqQuantile(0.75, sortedData, 8);
   // Below four values the lower quartile is the negative bad value.
   if (q1 == -kBad || q3 == -kBad) return;
@@ -118,12 +117,7 @@ void ZqGetUserDefinedConstFreqHistogram(double& xlo, double& xhi, double& minWid
                                         std::vector<double>& heights, const std::vector<double>& sortedData,
                                         std::uint64_t numBins, double lo, double hi) {
   HistogramOutputs out{xlo, xhi, minWidth, maxHeight, heights};
-  out.Reset();
-  if (numBins == 0) return;
-  if (!GetRange(out, sortedData, lo, hi)) {
-    out.Reset();
-    return;
-  }
+  if (!StartHistogram(out, sortedData, numBins, lo, hi)) return;
   const std::vector<double> edges = ConstFreqEdges(out.xlo, out.xhi, sortedData, numBins);
   const double probability = 1.0 / static_cast<double>(numBins);
   std::vector<double> bins;

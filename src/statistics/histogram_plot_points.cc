@@ -12,12 +12,23 @@ using namespace StatisticDetail;
 
 namespace {
 
-// The staircase of a histogram with its edges; an empty series for an empty
-// histogram.
-void SetStaircase(Numarc::ZqDataSeries& series, const std::vector<double>& heights, const std::vector<double>& bounds) {
+// The staircase of a histogram on its edges, which it returns; an empty
+// series for an empty histogram.
+std::vector<double> SetStaircase(Numarc::ZqDataSeries& series, const std::vector<double>& heights,
+                                 std::uint64_t numBins, bool constFreq, const std::vector<double>& sortedData,
+                                 double lo, double hi) {
   series.Clear();
-  if (heights.empty()) return;
+  std::vector<double> bounds;
+  if (heights.empty()) return bounds;
+  ZqGetBinBoundariesForSortedData(bounds, numBins, constFreq, sortedData, lo, hi);
   ZqGetHistogramPlotPointsFromBinStats(series, heights, bounds);
+  return bounds;
+}
+
+// A sorted copy; data with a NaN, which sorting would scramble and no
+// histogram accepts, are passed on as they are.
+std::vector<double> SortedUnlessNaN(const std::vector<double>& data) {
+  return AllFinite(data) ? SortedCopy(data) : data;
 }
 
 void SetBand(Numarc::ZqDataSeries& lower, Numarc::ZqDataSeries& upper, const std::vector<double>& heights,
@@ -59,30 +70,27 @@ void ZqGetUserDefinedConstBinWidthHistPlotPoints(Numarc::ZqDataSeries& series, d
                                                  double& maxHeight, const std::vector<double>& sortedData,
                                                  std::uint64_t numBins, double lo, double hi) {
   double binWidth = 0.0;
-  std::vector<double> heights, bounds;
+  std::vector<double> heights;
   ZqGetUserDefinedConstBinWidthHistogram(xlo, xhi, binWidth, maxHeight, heights, sortedData, numBins, lo, hi);
-  if (!heights.empty()) ZqGetBinBoundariesForSortedData(bounds, numBins, false, sortedData, lo, hi);
-  SetStaircase(series, heights, bounds);
+  SetStaircase(series, heights, numBins, false, sortedData, lo, hi);
 }
 
 void ZqGetAutoDefinedConstBinWidthHistPlotPoints(Numarc::ZqDataSeries& series, double& xlo, double& xhi,
                                                  double& maxHeight, std::uint64_t& numBins,
                                                  const std::vector<double>& sortedData, double lo, double hi) {
   double binWidth = 0.0;
-  std::vector<double> heights, bounds;
+  std::vector<double> heights;
   ZqGetAutoDefinedConstBinWidthHistogram(xlo, xhi, binWidth, maxHeight, heights, numBins, sortedData, lo, hi);
-  if (!heights.empty()) ZqGetBinBoundariesForSortedData(bounds, numBins, false, sortedData, lo, hi);
-  SetStaircase(series, heights, bounds);
+  SetStaircase(series, heights, numBins, false, sortedData, lo, hi);
 }
 
 void ZqGetUserDefinedConstFreqHistPlotPoints(Numarc::ZqDataSeries& series, double& xlo, double& xhi,
                                              double& maxHeight, const std::vector<double>& sortedData,
                                              std::uint64_t numBins, double lo, double hi) {
   double minWidth = 0.0;
-  std::vector<double> heights, bounds;
+  std::vector<double> heights;
   ZqGetUserDefinedConstFreqHistogram(xlo, xhi, minWidth, maxHeight, heights, sortedData, numBins, lo, hi);
-  if (!heights.empty()) ZqGetBinBoundariesForSortedData(bounds, numBins, true, sortedData, lo, hi);
-  SetStaircase(series, heights, bounds);
+  SetStaircase(series, heights, numBins, true, sortedData, lo, hi);
 }
 
 void ZqGetAutoDefConstBinWidthHistPlotPtsConfidenceInt(Numarc::ZqDataSeries& series, Numarc::ZqDataSeries& lower,
@@ -90,26 +98,24 @@ void ZqGetAutoDefConstBinWidthHistPlotPtsConfidenceInt(Numarc::ZqDataSeries& ser
                                                         double& maxHeight, std::uint64_t& numBins,
                                                         const std::vector<double>& data, double alpha, double lo,
                                                         double hi) {
-  const std::vector<double> sorted = AllFinite(data) ? SortedCopy(data) : data;
+  const std::vector<double> sorted = SortedUnlessNaN(data);
   double binWidth = 0.0;
-  std::vector<double> heights, bounds;
+  std::vector<double> heights;
   ZqGetAutoDefinedConstBinWidthHistogram(xlo, xhi, binWidth, maxHeight, heights, numBins, sorted, lo, hi);
-  if (!heights.empty()) ZqGetBinBoundariesForSortedData(bounds, numBins, false, sorted, lo, hi);
-  SetStaircase(series, heights, bounds);
-  SetBand(lower, upper, heights, bounds, sorted.size(), numBins, xlo, xhi, alpha);
+  SetBand(lower, upper, heights, SetStaircase(series, heights, numBins, false, sorted, lo, hi), sorted.size(),
+          numBins, xlo, xhi, alpha);
 }
 
 void ZqGetUserDefConstBinWidthHistPlotPtsConfidenceInt(Numarc::ZqDataSeries& series, Numarc::ZqDataSeries& lower,
                                                         Numarc::ZqDataSeries& upper, double& xlo, double& xhi,
                                                         double& maxHeight, const std::vector<double>& data,
                                                         std::uint64_t numBins, double alpha, double lo, double hi) {
-  const std::vector<double> sorted = AllFinite(data) ? SortedCopy(data) : data;
+  const std::vector<double> sorted = SortedUnlessNaN(data);
   double binWidth = 0.0;
-  std::vector<double> heights, bounds;
+  std::vector<double> heights;
   ZqGetUserDefinedConstBinWidthHistogram(xlo, xhi, binWidth, maxHeight, heights, sorted, numBins, lo, hi);
-  if (!heights.empty()) ZqGetBinBoundariesForSortedData(bounds, numBins, false, sorted, lo, hi);
-  SetStaircase(series, heights, bounds);
-  SetBand(lower, upper, heights, bounds, sorted.size(), numBins, xlo, xhi, alpha);
+  SetBand(lower, upper, heights, SetStaircase(series, heights, numBins, false, sorted, lo, hi), sorted.size(),
+          numBins, xlo, xhi, alpha);
 }
 
 }  // namespace Varimo

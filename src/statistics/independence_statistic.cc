@@ -60,6 +60,20 @@ std::vector<std::size_t> Identity(Eigen::Index n) {
   return identity;
 }
 
+// The value `statistic` gives the two centred matrices; the bad double
+// when they cannot be built.
+template <class Statistic>
+double ValueOfCentredMatrices(ZqStatModelResult& result, const std::string& routine, const std::vector<double>& data1,
+                              std::uint64_t numCols1, bool isSimilarity1, const std::vector<double>& data2,
+                              std::uint64_t numCols2, bool isSimilarity2, Statistic statistic) {
+  Eigen::MatrixXd a, b;
+  if (!GetCentredDistanceMatrices(result, a, b, routine, data1, numCols1, isSimilarity1, data2, numCols2,
+                                  isSimilarity2)) {
+    return kBad;
+  }
+  return statistic(a, b);
+}
+
 }  // namespace
 
 ZqStatModelResult ZqNullIndependenceStatistic::SimulateStatisticUnderIndependence(
@@ -87,12 +101,9 @@ double ZqDistanceCorrelationMeasure::operator()(ZqStatModelResult& result, const
                                                 std::uint64_t numCols1, bool isSimilarity1,
                                                 const std::vector<double>& data2, std::uint64_t numCols2,
                                                 bool isSimilarity2) const {
-  Eigen::MatrixXd a, b;
-  if (!GetCentredDistanceMatrices(result, a, b, "ZqDistanceCorrelationMeasure::operator", data1, numCols1,
-                                  isSimilarity1, data2, numCols2, isSimilarity2)) {
-    return kBad;
-  }
-  return DistanceMatrixCorrelation(a, b).first;
+  return ValueOfCentredMatrices(
+      result, "ZqDistanceCorrelationMeasure::operator", data1, numCols1, isSimilarity1, data2, numCols2,
+      isSimilarity2, [](const Eigen::MatrixXd& a, const Eigen::MatrixXd& b) { return DistanceMatrixCorrelation(a, b).first; });
 }
 
 ZqStatModelResult ZqDistanceCorrelationTestStat::SimulateStatisticUnderIndependence(
@@ -119,12 +130,10 @@ double ZqDistanceCorrelationTestStat::operator()(ZqStatModelResult& result, cons
                                                  std::uint64_t numCols1, bool isSimilarity1,
                                                  const std::vector<double>& data2, std::uint64_t numCols2,
                                                  bool isSimilarity2) const {
-  Eigen::MatrixXd a, b;
-  if (!GetCentredDistanceMatrices(result, a, b, "ZqDistanceCorrelationTestStat::operator", data1, numCols1,
-                                  isSimilarity1, data2, numCols2, isSimilarity2)) {
-    return kBad;
-  }
-  return DistanceMatrixCovariance(a, b, Identity(a.rows()));
+  return ValueOfCentredMatrices(result, "ZqDistanceCorrelationTestStat::operator", data1, numCols1, isSimilarity1,
+                                data2, numCols2, isSimilarity2, [](const Eigen::MatrixXd& a, const Eigen::MatrixXd& b) {
+                                  return DistanceMatrixCovariance(a, b, Identity(a.rows()));
+                                });
 }
 
 std::unique_ptr<ZqTwoSampleIndependenceStatisticBase> ZqGetTwoSampleIndependenceStatistic(unsigned int type) {

@@ -12,10 +12,9 @@
 #include "reference_file.h"
 #include "result_support.h"
 #include "test_support.h"
+#include "tpsa_data.h"
 #include "varimo/platform/corvane/error_handler.h"
-#include "varimo/platform/corvane/strings.h"
 #include "varimo/platform/numarc/generators.h"
-#include "varimo/platform/tessik/file_stream.h"
 #include "varimo/statistics/pair_statistic.h"
 #include "varimo/statistics/quantile.h"
 #include "varimo/statistics/sample_statistic.h"
@@ -29,26 +28,6 @@ using VarimoTest::Report;
 using VarimoTest::ResultReport;
 constexpr double kBad = 1.7976931348623157e308;
 constexpr const char* kFatalText = "Bad implementation--need to fix!";
-
-// The TPSA column of the RDKit NCI sample, a real column of 4999 values.
-const std::vector<double>& Tpsa() {
-  static const std::vector<double> values = [] {
-    std::vector<double> v;
-    Tessik::zqifstream in("/usr/share/RDKit/Data/NCI/first_5k.tpsa.csv");
-    EXPECT_TRUE(in.is_open());
-    std::string line;
-    std::vector<std::string> fields;
-    while (in.getline(line)) {
-      if (line.empty() || line[0] == '#') continue;
-      Corvane::ZqStringTokenize(fields, line, ",", false);
-      double value = 0.0;
-      EXPECT_TRUE(fields.size() == 2 && Corvane::ZqStringToNumber(fields[1], value)) << line;
-      v.push_back(value);
-    }
-    return v;
-  }();
-  return values;
-}
 
 // Mean and standard deviation (over n - 1) of the column by numpy.
 double TpsaRef(const std::string& name) {
@@ -133,7 +112,7 @@ TEST(PairBootstrapSample, RaisesFatalFirstAndSamplesUnderAReturningHandler) {
 }
 
 TEST(BootstrapStatistic, ConfidenceIntervalOfTheMeanOfARealColumnCoversItsMean) {
-  const std::vector<double>& tpsa = Tpsa();
+  const std::vector<double>& tpsa = VarimoTest::TpsaValues();
   ASSERT_EQ(tpsa.size(), 4999u);
   Numarc::ZqRanNumEngine engine(2026);
   std::vector<double> means;

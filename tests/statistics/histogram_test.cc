@@ -13,8 +13,7 @@
 
 #include "reference_file.h"
 #include "test_support.h"
-#include "varimo/platform/corvane/strings.h"
-#include "varimo/platform/tessik/file_stream.h"
+#include "tpsa_data.h"
 
 namespace Varimo {
 namespace {
@@ -40,20 +39,9 @@ std::vector<Tokens> LinesOf(const std::string& kind) {
 
 std::uint64_t ToCount(const std::string& token) { return static_cast<std::uint64_t>(VarimoTest::ToDouble(token)); }
 
-// The TPSA column of the RDKit NCI sample, sorted.
+// The TPSA column, sorted.
 std::vector<double> Tpsa() {
-  std::vector<double> v;
-  Tessik::zqifstream in("/usr/share/RDKit/Data/NCI/first_5k.tpsa.csv");
-  EXPECT_TRUE(in.is_open());
-  std::string line;
-  std::vector<std::string> fields;
-  while (in.getline(line)) {
-    if (line.empty() || line[0] == '#') continue;
-    Corvane::ZqStringTokenize(fields, line, ",", false);
-    double value = 0.0;
-    EXPECT_TRUE(fields.size() == 2 && Corvane::ZqStringToNumber(fields[1], value)) << line;
-    v.push_back(value);
-  }
+  std::vector<double> v = VarimoTest::TpsaValues();
   std::sort(v.begin(), v.end());
   return v;
 }

@@ -68,20 +68,23 @@ class ZqTwoSampleIndependenceStatisticOfType : public ZqTwoSampleIndependenceSta
   }
 };
 
+// The two operations every concrete independence statistic overrides.
+#define VARIMO_INDEPENDENCE_STATISTIC_OPERATIONS                                                                      \
+  ZqStatModelResult SimulateStatisticUnderIndependence(                                                               \
+      std::vector<double>& simulated, Numarc::ZqRanNumEngine& engine, std::uint64_t numSimulations,                   \
+      const std::vector<double>& data1, std::uint64_t numCols1, bool isSimilarity1, const std::vector<double>& data2, \
+      std::uint64_t numCols2, bool isSimilarity2) const override;                                                     \
+  double operator()(ZqStatModelResult& result, const std::vector<double>& data1, std::uint64_t numCols1,              \
+                    bool isSimilarity1, const std::vector<double>& data2, std::uint64_t numCols2,                     \
+                    bool isSimilarity2) const override;
+
 // Fails both operations with EmptyStatModel, routines
 // "ZqNullIndependenceStatistic::operator" and
 // "ZqNullIndependenceStatistic::SimulateStatisticUnderIndependence".
 class ZqNullIndependenceStatistic final
     : public ZqTwoSampleIndependenceStatisticOfType<ZqNullIndependenceStatistic, 0> {
  public:
-  ZqStatModelResult SimulateStatisticUnderIndependence(std::vector<double>& simulated, Numarc::ZqRanNumEngine& engine,
-                                                       std::uint64_t numSimulations, const std::vector<double>& data1,
-                                                       std::uint64_t numCols1, bool isSimilarity1,
-                                                       const std::vector<double>& data2, std::uint64_t numCols2,
-                                                       bool isSimilarity2) const override;
-  double operator()(ZqStatModelResult& result, const std::vector<double>& data1, std::uint64_t numCols1,
-                    bool isSimilarity1, const std::vector<double>& data2, std::uint64_t numCols2,
-                    bool isSimilarity2) const override;
+  VARIMO_INDEPENDENCE_STATISTIC_OPERATIONS
 };
 
 // The distance correlation dCor of Szekely, Rizzo and Bakirov, in [0, 1]; 0
@@ -90,14 +93,7 @@ class ZqNullIndependenceStatistic final
 class ZqDistanceCorrelationMeasure final
     : public ZqTwoSampleIndependenceStatisticOfType<ZqDistanceCorrelationMeasure, 1> {
  public:
-  ZqStatModelResult SimulateStatisticUnderIndependence(std::vector<double>& simulated, Numarc::ZqRanNumEngine& engine,
-                                                       std::uint64_t numSimulations, const std::vector<double>& data1,
-                                                       std::uint64_t numCols1, bool isSimilarity1,
-                                                       const std::vector<double>& data2, std::uint64_t numCols2,
-                                                       bool isSimilarity2) const override;
-  double operator()(ZqStatModelResult& result, const std::vector<double>& data1, std::uint64_t numCols1,
-                    bool isSimilarity1, const std::vector<double>& data2, std::uint64_t numCols2,
-                    bool isSimilarity2) const override;
+  VARIMO_INDEPENDENCE_STATISTIC_OPERATIONS
 };
 
 // n dCov^2: sum of A_ij B_ij over n for the centred distance matrices A and
@@ -106,14 +102,7 @@ class ZqDistanceCorrelationMeasure final
 class ZqDistanceCorrelationTestStat final
     : public ZqTwoSampleIndependenceStatisticOfType<ZqDistanceCorrelationTestStat, 2> {
  public:
-  ZqStatModelResult SimulateStatisticUnderIndependence(std::vector<double>& simulated, Numarc::ZqRanNumEngine& engine,
-                                                       std::uint64_t numSimulations, const std::vector<double>& data1,
-                                                       std::uint64_t numCols1, bool isSimilarity1,
-                                                       const std::vector<double>& data2, std::uint64_t numCols2,
-                                                       bool isSimilarity2) const override;
-  double operator()(ZqStatModelResult& result, const std::vector<double>& data1, std::uint64_t numCols1,
-                    bool isSimilarity1, const std::vector<double>& data2, std::uint64_t numCols2,
-                    bool isSimilarity2) const override;
+  VARIMO_INDEPENDENCE_STATISTIC_OPERATIONS
 };
 
 // The statistic of the given number; an unknown number gives the null one.
@@ -149,6 +138,8 @@ class ZqTwoSampleIndependenceStatistic final : public ZqTwoSampleIndependenceSta
  private:
   std::unique_ptr<ZqTwoSampleIndependenceStatisticBase> impl_;
 };
+
+#undef VARIMO_INDEPENDENCE_STATISTIC_OPERATIONS
 
 // Builds the statistic statType and applies it; on failure adds
 // "ZqGetTwoSampleIndepStatForVectors" to the chain and gives the bad double.

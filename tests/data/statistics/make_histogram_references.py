@@ -60,13 +60,9 @@ def q8(x, p):
 
 
 def tpsa():
-    values = []
-    with open(TPSA) as f:
-        for line in f:
-            if line.startswith("#") or not line.strip():
-                continue
-            values.append(float(line.strip().split(",")[1]))
-    return np.sort(np.array(values))
+    # SMILES may hold '#', so no comment-aware loader: split off the last field.
+    lines = [l for l in open(TPSA) if l.strip() and not l.startswith("#")]
+    return np.sort(np.array([float(l.rsplit(",", 1)[1]) for l in lines]))
 
 
 def width_case(name, x, k, lo, hi):
