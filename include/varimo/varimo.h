@@ -13,6 +13,8 @@
 #include "varimo/tables/data_table_column_kinds.h"
 #include "varimo/tables/data_table_files.h"
 #include "varimo/tables/data_table_row_predicates.h"
+#include "varimo/tables/maximal_coverage.h"
+#include "varimo/tables/table_split.h"
 
 #include "varimo/statistics/bootstrap.h"
 #include "varimo/statistics/data_vector_functions.h"
