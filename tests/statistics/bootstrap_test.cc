@@ -66,15 +66,6 @@ TEST(OneBootstrapSample, OneValueIsRepeated) {
   EXPECT_EQ(out, std::vector<double>{2.5});
 }
 
-TEST(OneBootstrapSample, SameSeedSameSampleAndDrawsComeFromTheData) {
-  std::vector<double> a, b;
-  Numarc::ZqRanNumEngine e1(1234), e2(1234);
-  ASSERT_TRUE(ZqGetBootstrapSampleForDataVec(e1, a, kData).IsSuccessful());
-  ASSERT_TRUE(ZqGetBootstrapSampleForDataVec(e2, b, kData).IsSuccessful());
-  EXPECT_EQ(a, b);
-  for (double x : a) EXPECT_NE(std::find(kData.begin(), kData.end(), x), kData.end()) << x;
-}
-
 TEST(OneBootstrapSample, EmptyDataFailWithNoData) {
   Numarc::ZqRanNumEngine engine(5);
   std::vector<double> out = {1.0};

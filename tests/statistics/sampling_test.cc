@@ -19,19 +19,6 @@ Ids Sorted(Ids ids) {
   return ids;
 }
 
-TEST(SampleWithoutReplacement, ChoosesDistinctIdsAndKeepsTheRestBothSorted) {
-  Numarc::ZqRanNumEngine engine(17);
-  Ids chosen = {1}, rest = {2};
-  ZqSampleWithoutReplacement(engine, chosen, rest, 4, kPopulation);
-  ASSERT_EQ(chosen.size(), 4u);
-  ASSERT_EQ(rest.size(), 6u);
-  EXPECT_TRUE(std::is_sorted(chosen.begin(), chosen.end()));
-  EXPECT_TRUE(std::is_sorted(rest.begin(), rest.end()));
-  Ids all = chosen;
-  all.insert(all.end(), rest.begin(), rest.end());
-  EXPECT_EQ(Sorted(all), Sorted(kPopulation));
-}
-
 TEST(SampleWithoutReplacement, FollowsThePartialShuffle) {
   // Replays the documented draws: m falls by one, i from [0, m], then the
   // entry at m fills the hole at i.
@@ -70,21 +57,6 @@ TEST(SampleWithoutReplacement, ZeroAndEmpty) {
   ZqSampleWithoutReplacement(engine, chosen, rest, 0, {});
   EXPECT_TRUE(chosen.empty());
   EXPECT_TRUE(rest.empty());
-}
-
-TEST(SampleWithoutReplacement, EveryIdEquallyLikely) {
-  // 2000 draws of 3 out of 10: each id expected 600 times, sd about 20.5.
-  Numarc::ZqRanNumEngine engine(2024);
-  std::vector<int> counts(100, 0);
-  Ids chosen, rest;
-  for (int k = 0; k < 2000; ++k) {
-    ZqSampleWithoutReplacement(engine, chosen, rest, 3, kPopulation);
-    for (std::uint64_t id : chosen) ++counts[id];
-  }
-  for (std::uint64_t id : kPopulation) {
-    EXPECT_GT(counts[id], 520) << id;
-    EXPECT_LT(counts[id], 680) << id;
-  }
 }
 
 TEST(SampleWithReplacement, SortedDrawsFromThePopulationReproducibly) {
