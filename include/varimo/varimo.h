@@ -15,9 +15,18 @@
 #include "varimo/tables/data_table_row_predicates.h"
 #include "varimo/tables/data_transforms.h"
 #include "varimo/tables/derived_columns.h"
+#include "varimo/tables/maximal_coverage.h"
+#include "varimo/tables/table_split.h"
 
+#include "varimo/statistics/bootstrap.h"
 #include "varimo/statistics/data_vector_functions.h"
+#include "varimo/statistics/distance_matrix.h"
+#include "varimo/statistics/histogram.h"
 #include "varimo/statistics/incomplete_beta.h"
+#include "varimo/statistics/independence_statistic.h"
+#include "varimo/statistics/plot_points.h"
+#include "varimo/statistics/sampling.h"
+#include "varimo/statistics/urn_estimate.h"
 
 #include "varimo/ranvar/nran_var.h"
 #include "varimo/ranvar/nran_var_storage.h"

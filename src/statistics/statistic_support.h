@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <numeric>
 #include <vector>
 
@@ -36,6 +38,14 @@ inline std::vector<double> SortedCopy(const std::vector<double>& data) {
 // vectorising compiler would reorder the sum.
 inline double MeanInOrder(const std::vector<double>& data) {
   return std::accumulate(data.begin(), data.end(), 0.0) / static_cast<double>(data.size());
+}
+
+// What to reserve for a loop of `count` results: all of them, up to a cap,
+// so that an absurd count runs out of time rather than throwing on the
+// allocation.
+inline std::size_t ReserveFor(std::uint64_t count) {
+  constexpr std::uint64_t kCap = std::uint64_t{1} << 24;
+  return static_cast<std::size_t>(count < kCap ? count : kCap);
 }
 
 }  // namespace Varimo::StatisticDetail

@@ -12,8 +12,7 @@
 
 #include "reference_file.h"
 #include "test_support.h"
-#include "varimo/platform/corvane/strings.h"
-#include "varimo/platform/tessik/file_stream.h"
+#include "tpsa_data.h"
 #include "varimo/statistics/quantile.h"
 
 namespace Varimo {
@@ -26,26 +25,7 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 // Sums over 5000 values in a different order than numpy's pairwise sum.
 constexpr double kSampleTolerance = 1e-12;
 
-// The TPSA values of the RDKit NCI sample: second field of each non-comment
-// line, read with the platform stream and tokenizer.
-const std::vector<double>& Tpsa() {
-  static const std::vector<double> values = [] {
-    std::vector<double> v;
-    Tessik::zqifstream in("/usr/share/RDKit/Data/NCI/first_5k.tpsa.csv");
-    EXPECT_TRUE(in.is_open());
-    std::string line;
-    std::vector<std::string> fields;
-    while (in.getline(line)) {
-      if (line.empty() || line[0] == '#') continue;
-      Corvane::ZqStringTokenize(fields, line, ",", false);
-      double value = 0.0;
-      EXPECT_TRUE(fields.size() == 2 && Corvane::ZqStringToNumber(fields[1], value)) << line;
-      v.push_back(value);
-    }
-    return v;
-  }();
-  return values;
-}
+const std::vector<double>& Tpsa() { return VarimoTest::TpsaValues(); }
 
 double TpsaRef(const std::string& name) {
   static const std::map<std::string, double> reference = [] {
