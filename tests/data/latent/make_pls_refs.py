@@ -20,6 +20,11 @@ Lines:
     ress <L> <value>               sum of squared residuals of predict
     press <L> <value>              leave-one-out: a PLSRegression fitted without
                                    each row predicts it
+  allrow <index> <logP> <descriptors...>   the 200 compounds of
+                                   /usr/share/RDKit/Projects/DbCLI/testData/pubchem.200.sdf
+  all_yhat, all_bstar, ...         the same references as above for the 363
+                                   molecules of both files (bzr first), with
+                                   RDKit's MolLogP as the single response
   ols <values...>                  numpy.linalg.lstsq on [1, X] of the two
                                    responses ACTIVITY and MolLogP, predictions
                                    column after column: the model of all J
@@ -43,7 +48,9 @@ assert all(m is not None for m in mols) and len(mols) == 163
 X = np.array([[FUNCS[n](m) for n in NAMES] for m in mols])
 act = np.array([float(m.GetProp("ACTIVITY")) for m in mols])
 logp = np.array([Descriptors.MolLogP(m) for m in mols])
-y = act.reshape(-1, 1)
+others = [m for m in Chem.SDMolSupplier("/usr/share/RDKit/Projects/DbCLI/testData/pubchem.200.sdf")]
+assert all(m is not None for m in others) and len(others) == 200
+Xo = np.array([[FUNCS[n](m) for n in NAMES] for m in others])
 
 
 def fmt(v):
@@ -58,28 +65,42 @@ lines = ["names " + " ".join(NAMES)]
 for i in range(len(mols)):
     lines.append(f"row {i} {act[i]!r} {logp[i]!r} {fmt(X[i])}")
 
-Xs = (X - X.mean(axis=0)) / X.std(axis=0, ddof=1)
-ssqx = np.sum(Xs ** 2)
-for L in (1, 2, 3):
-    pls = fit(X, y, L)
-    yhat = pls.predict(X).ravel()
-    lines.append(f"yhat {L} {fmt(yhat)}")
-    at0 = pls.predict(np.zeros((1, X.shape[1]))).ravel()[0]
-    unit = pls.predict(np.eye(X.shape[1])).ravel() - at0
-    lines.append(f"bstar {L} {at0!r} {fmt(unit)}")
-    for l in range(L):
-        tn = np.linalg.norm(pls.x_scores_[:, l])
-        lines.append(f"w {L} {l} {fmt(pls.x_weights_[:, l])}")
-        lines.append(f"t {L} {l} {fmt(pls.x_scores_[:, l] / tn)}")
-        lines.append(f"f {L} {l} {fmt(pls.x_rotations_[:, l] / tn)}")
-    props = [np.sum(pls.x_loadings_[:, l] ** 2) * np.sum(pls.x_scores_[:, l] ** 2) / ssqx for l in range(L)]
-    lines.append(f"propx {L} {fmt(props)}")
-    lines.append(f"ress {L} {np.sum((act - yhat) ** 2)!r}")
-    pred = np.empty(len(act))
-    for i in range(len(act)):
-        keep = np.arange(len(act)) != i
-        pred[i] = fit(X[keep], y[keep], L).predict(X[i:i + 1]).ravel()[0]
-    lines.append(f"press {L} {np.sum((act - pred) ** 2)!r}")
+def references(prefix, X, resp):
+    """The lines of the PLS references of one table, keys led by prefix."""
+    out = []
+    y = resp.reshape(-1, 1)
+    Xs = (X - X.mean(axis=0)) / X.std(axis=0, ddof=1)
+    ssqx = np.sum(Xs ** 2)
+    for L in (1, 2, 3):
+        pls = fit(X, y, L)
+        yhat = pls.predict(X).ravel()
+        out.append(f"{prefix}yhat {L} {fmt(yhat)}")
+        at0 = pls.predict(np.zeros((1, X.shape[1]))).ravel()[0]
+        unit = pls.predict(np.eye(X.shape[1])).ravel() - at0
+        out.append(f"{prefix}bstar {L} {at0!r} {fmt(unit)}")
+        for l in range(L):
+            tn = np.linalg.norm(pls.x_scores_[:, l])
+            out.append(f"{prefix}w {L} {l} {fmt(pls.x_weights_[:, l])}")
+            out.append(f"{prefix}t {L} {l} {fmt(pls.x_scores_[:, l] / tn)}")
+            out.append(f"{prefix}f {L} {l} {fmt(pls.x_rotations_[:, l] / tn)}")
+        props = [np.sum(pls.x_loadings_[:, l] ** 2) * np.sum(pls.x_scores_[:, l] ** 2) / ssqx for l in range(L)]
+        out.append(f"{prefix}propx {L} {fmt(props)}")
+        out.append(f"{prefix}ress {L} {np.sum((resp - yhat) ** 2)!r}")
+        pred = np.empty(len(resp))
+        for i in range(len(resp)):
+            keep = np.arange(len(resp)) != i
+            pred[i] = fit(X[keep], y[keep], L).predict(X[i:i + 1]).ravel()[0]
+        out.append(f"{prefix}press {L} {np.sum((resp - pred) ** 2)!r}")
+    return out
+
+
+lines += references("", X, act)
+
+# The wider table: bzr and PubChem's 200 compounds, logP from the rest.
+for i, m in enumerate(others):
+    lines.append(f"allrow {i} {Descriptors.MolLogP(m)!r} {fmt(Xo[i])}")
+lines += references("all_", np.vstack([X, Xo]),
+                    np.r_[logp, np.array([Descriptors.MolLogP(m) for m in others])])
 
 A = np.hstack([np.ones((len(X), 1)), X])
 Y2 = np.column_stack([act, logp])
