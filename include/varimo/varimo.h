@@ -56,10 +56,13 @@
 #include "varimo/smoothers/gaussian_process.h"
 #include "varimo/smoothers/kernel_functions.h"
 #include "varimo/smoothers/linear_smoother.h"
+#include "varimo/smoothers/pred_columns_smoother.h"
+#include "varimo/smoothers/pred_columns_variogram.h"
 #include "varimo/smoothers/predict_by_gen_sim.h"
 #include "varimo/smoothers/regression_result.h"
 #include "varimo/smoothers/similarity_kernels.h"
 #include "varimo/smoothers/similarity_smoother.h"
+#include "varimo/smoothers/similarity_variogram.h"
 
 #include "varimo/grid/two_dim_function_grid.h"
 

@@ -5,20 +5,13 @@
 #include "varimo/smoothers/similarity_smoother.h"
 #include "varimo/tables/data_table_row.h"
 #include "varimo/tables/derived_columns.h"
+#include "regression_result_columns.h"
 
 namespace Varimo {
 namespace {
 
 namespace F = ZqStatModelFailureType;
 namespace T = ZqLinearSmootherOnSimilarityType;
-
-// A ratio column of `rows` rows holding `values` (missing elsewhere).
-ZqDataTableCol FilledColumn(const std::string& name, const std::string& fullName, const std::vector<double>& values) {
-  ZqDataTableCol col(name, fullName, ZqStatVariableType::Ratio, values.size());
-  for (const double v : values) col.GetImpl().PushBackDouble(v);
-  col.FinishAddingVars();
-  return col;
-}
 
 }  // namespace
 
@@ -88,9 +81,7 @@ ZqStatModelResult ZqLinearSmootherOnSimilarityBase::GetPredictedResponseCols(ZqD
       return result;
     }
   }
-  predicted = FilledColumn("Predicted Response", "Predicted Response for " + responseName_, p);
-  averageWeights = FilledColumn("Average Similarity Weights", "Average Similarity Weights for " + responseName_, w);
-  errors = FilledColumn("Estimated Prediction Error", "Estimated Prediction Error for " + responseName_, e);
+  ZqMakePredictionColumns(predicted, averageWeights, errors, responseName_, p, w, e);
   return ZqStatModelResult(true);
 }
 
@@ -110,21 +101,11 @@ ZqSimilarityRegressionResult ZqLinearSmootherOnSimilarityBase::GetRegressionResu
     result.AddCallContext(routine);
     return ZqSimilarityRegressionResult(result);
   }
-  ZqDataTableCol residuals = predicted - response;
-  ZqDataTableCol absolute = ZqAbsoluteValue(residuals);
-  predicted.SetColumnName("PredictedResponses");
-  weights.SetColumnName("AverageSimilarityWeights");
-  errors.SetColumnName("EstimatedPredictionError");
-  residuals.SetColumnName("ResidualErrors");
-  absolute.SetColumnName("AbsoluteResidualErrors");
-  ZqDataTable results = table;
-  results.ClearColumns();
-  for (const ZqDataTableCol* col : {&response, &predicted, &weights, &errors, &residuals, &absolute}) {
-    result = results.AddColumn(*col);
-    if (result.NotSuccessful()) {
-      result.AddCallContext(routine);
-      return ZqSimilarityRegressionResult(result);
-    }
+  ZqDataTable results;
+  result = ZqFillRegressionResultTable(results, table, {}, response, predicted, weights, errors);
+  if (result.NotSuccessful()) {
+    result.AddCallContext(routine);
+    return ZqSimilarityRegressionResult(result);
   }
   return ZqSimilarityRegressionResult(ZqStatModelResult(true), GetNameOfLinearSmootherOnSimilarity(), title, results,
                                       GetModelParams(), GetModelParamNames());
