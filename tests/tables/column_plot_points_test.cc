@@ -101,7 +101,8 @@ TEST_F(ColumnPlotPointsTest, EmpiricalCDFOfTheGoodCellsSortedInBothForms) {
 
 TEST_F(ColumnPlotPointsTest, TheTableFormSeesOnlyTheRowsOfAView) {
   // Rows 2 and 4 hold 1 and 2; the column form still sees 3 as well.
-  const ZqDataTable view("v", table, ZqDataTableRowSet(std::vector<ZqDataTableRow>{ZqDataTableRow(4), ZqDataTableRow(2)}));
+  const ZqDataTable view("v", table,
+                         ZqDataTableRowSet(std::vector<ZqDataTableRow>{ZqDataTableRow(4), ZqDataTableRow(2)}));
   ASSERT_TRUE(ZqGetEmpiricalCDFPlotPointsForColumnName(series, xlo, xhi, view, "x", 0, 1.0, 2.0).IsSuccessful());
   EXPECT_EQ(series.GetPoints(), (Points{{1, 0}, {1, 0.5}, {2, 0.5}, {2, 1}}));
 }
@@ -120,9 +121,9 @@ TEST_F(ColumnPlotPointsTest, HistogramsMatchNumpyOnAnUnsortedColumnWithGaps) {
   // The data's own range (suggested limits inside it) for the automatic bins.
   const std::vector<double> autoRef = Doubles(refs["autohist"]);  // numBins max heights...
   std::uint64_t numBins = 0;
-  ASSERT_TRUE(ZqGetAutoDefConstBinWidthHistPlotPointsForColName(series, xlo, xhi, maxHeight, numBins, tpsa, 0, 50.0,
-                                                                50.0)
-                  .IsSuccessful());
+  ASSERT_TRUE(
+      ZqGetAutoDefConstBinWidthHistPlotPointsForColName(series, xlo, xhi, maxHeight, numBins, tpsa, 0, 50.0, 50.0)
+          .IsSuccessful());
   EXPECT_EQ(numBins, static_cast<std::uint64_t>(autoRef[0]));
   EXPECT_TRUE(WithinRelative(maxHeight, autoRef[1], kTol));
   ExpectNear(StairHeights(series), std::vector<double>(autoRef.begin() + 2, autoRef.end()));
@@ -138,9 +139,9 @@ TEST_F(ColumnPlotPointsTest, HistogramsMatchNumpyOnAnUnsortedColumnWithGaps) {
 TEST_F(ColumnPlotPointsTest, NormalProbabilityPlotMatchesScipy) {
   ASSERT_TRUE(refTable.AddColumn(tpsa).IsSuccessful());
   const std::vector<double> expected = Doubles(refs["normal"]);  // z y pairs
-  ASSERT_TRUE(ZqGetNormalProbabilityPlotPointsForColumnName(series, xlo, xhi, ylo, yhi, refTable, "tpsa", 0, 0.0,
-                                                            0.0, 0.0, 0.0)
-                  .IsSuccessful());
+  ASSERT_TRUE(
+      ZqGetNormalProbabilityPlotPointsForColumnName(series, xlo, xhi, ylo, yhi, refTable, "tpsa", 0, 0.0, 0.0, 0.0, 0.0)
+          .IsSuccessful());
   ASSERT_EQ(series.GetNumPoints() * 2, expected.size());
   for (std::size_t i = 0; i < series.GetNumPoints(); ++i) {
     EXPECT_TRUE(WithinRelative(series.GetPoints()[i].GetX(), expected[2 * i], 1e-9)) << i;
@@ -150,8 +151,8 @@ TEST_F(ColumnPlotPointsTest, NormalProbabilityPlotMatchesScipy) {
   EXPECT_EQ(yhi, series.GetPoints().back().GetY());
 
   // Three values have no robust scale: the plot's failure, then this name.
-  const ZqStatModelResult few = ZqGetNormalProbabilityPlotPointsForColumnName(series, xlo, xhi, ylo, yhi, x, 0, 0.0,
-                                                                              0.0, 0.0, 0.0);
+  const ZqStatModelResult few =
+      ZqGetNormalProbabilityPlotPointsForColumnName(series, xlo, xhi, ylo, yhi, x, 0, 0.0, 0.0, 0.0, 0.0);
   ASSERT_FALSE(few.IsSuccessful());
   EXPECT_EQ(Context(few).back(), "ZqGetNormalProbabilityPlotForColumnName");
 }
@@ -199,9 +200,9 @@ TEST_F(ColumnPlotPointsTest, FailuresNameTheFunctionIncludingTheTwoThatBorrowANe
 TEST_F(ColumnPlotPointsTest, ScatterKeepsRowsGoodInBothInRowOrderAndWidensTheWindow) {
   double xMin = 0, xMax = 0, yMin = 0, yMax = 0;
   // Rows 0 and 4 are good in both: (3, 30) and (2, 20).
-  ASSERT_TRUE(ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, table, "x", "y", 0, 0, 2.5, 10.0,
-                                                   25.0, 26.0)
-                  .IsSuccessful());
+  ASSERT_TRUE(
+      ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, table, "x", "y", 0, 0, 2.5, 10.0, 25.0, 26.0)
+          .IsSuccessful());
   EXPECT_EQ(series.GetPoints(), (Points{{3, 30}, {2, 20}}));
   EXPECT_EQ(xMin, 2.0);
   EXPECT_EQ(xMax, 10.0);
@@ -215,8 +216,8 @@ TEST_F(ColumnPlotPointsTest, ScatterKeepsRowsGoodInBothInRowOrderAndWidensTheWin
 
   const ZqStatModelResult unknown =
       ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, table, "x", "nope", 0, 0, 0, 0, 0, 0);
-  EXPECT_EQ(Context(unknown),
-            (std::vector<std::string>{"ZqDataTableColSetImpl::GetColumnFromName", "ZqGetScatterPlotPtsForColumnNamePair"}));
+  EXPECT_EQ(Context(unknown), (std::vector<std::string>{"ZqDataTableColSetImpl::GetColumnFromName",
+                                                        "ZqGetScatterPlotPtsForColumnNamePair"}));
   const ZqStatModelResult nominal =
       ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, table, "cls", "y", 0, 0, 0, 0, 0, 0);
   EXPECT_EQ(nominal.GetFailureType(), Failure::ColumnHasWrongDataType);
@@ -226,9 +227,9 @@ TEST_F(ColumnPlotPointsTest, ScatterKeepsRowsGoodInBothInRowOrderAndWidensTheWin
 TEST_F(ColumnPlotPointsTest, AColumnWithNoGoodCellGivesEmptyPlotsAndZeroRanges) {
   const ZqDataTableCol empty("e", std::vector<double>{kMissing, kBad});
   double xMin = 9, xMax = 9, yMin = 9, yMax = 9;
-  ASSERT_TRUE(ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, empty, empty, 0, 0, -1.0, 1.0,
-                                                   -1.0, 1.0)
-                  .IsSuccessful());
+  ASSERT_TRUE(
+      ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, empty, empty, 0, 0, -1.0, 1.0, -1.0, 1.0)
+          .IsSuccessful());
   EXPECT_EQ(series.GetNumPoints(), 0u);
   EXPECT_EQ(xMin, 0.0);
   EXPECT_EQ(yMax, 0.0);

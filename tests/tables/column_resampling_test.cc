@@ -53,8 +53,8 @@ ZqDataTableCol SimilarityOf(const std::string& name, const std::vector<double>& 
 class ColumnResamplingTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    for (const ZqDataTableCol& col : {ZqDataTableCol("u", refs["u"]), ZqDataTableCol("v", refs["v"]),
-                                      SimilarityOf("su", refs["u"])}) {
+    for (const ZqDataTableCol& col :
+         {ZqDataTableCol("u", refs["u"]), ZqDataTableCol("v", refs["v"]), SimilarityOf("su", refs["u"])}) {
       ASSERT_TRUE(table.AddColumn(col).IsSuccessful());
     }
     for (const ZqDataTableCol& col : {a, b}) ASSERT_TRUE(pairs.AddColumn(col).IsSuccessful());
@@ -75,9 +75,8 @@ TEST_F(ColumnResamplingTest, BootstrapDrawsWholeGoodRows) {
   Corvane::ZqScopedThrowCapture messages;
   // Rows drawn together keep b = 2a + 1, so every slope is 2 unless a
   // sample repeats one row only, when the slope cannot be had.
-  ASSERT_TRUE(ZqBootstrapTwoSampleStatForTwoColsOfRatioType(values, numMissing, numBad, engine,
-                                                            ZqTwoSampleStatisticType::RegressionSlope, 50, pairs, "a",
-                                                            "b")
+  ASSERT_TRUE(ZqBootstrapTwoSampleStatForTwoColsOfRatioType(
+                  values, numMissing, numBad, engine, ZqTwoSampleStatisticType::RegressionSlope, 50, pairs, "a", "b")
                   .IsSuccessful());
   EXPECT_EQ(numMissing, 1u);
   EXPECT_EQ(numBad, 1u);
@@ -118,18 +117,18 @@ TEST_F(ColumnResamplingTest, BootstrapFailuresNameTheFunction) {
 }
 
 TEST_F(ColumnResamplingTest, IndependenceStatisticsMatchNumpyForPointsAndSimilarities) {
-  const double dcor = ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure,
-                                                                      table, "u", "v");
+  const double dcor =
+      ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, table, "u", "v");
   ASSERT_TRUE(result.IsSuccessful());
   EXPECT_TRUE(WithinRelative(dcor, refs["dcor"][0], 1e-12));
 
-  const double fromSimilarity = ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(
-      result, Indep::DistanceCorrelationMeasure, table, "su", "v");
+  const double fromSimilarity =
+      ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, table, "su", "v");
   ASSERT_TRUE(result.IsSuccessful());
   EXPECT_TRUE(WithinRelative(fromSimilarity, refs["dcor"][0], 1e-9));
 
-  const double stat = ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationTestStat,
-                                                                      table, "u", "v");
+  const double stat =
+      ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationTestStat, table, "u", "v");
   ASSERT_TRUE(result.IsSuccessful());
   EXPECT_TRUE(WithinRelative(stat, refs["dcovstat"][0], 1e-12));
 }
@@ -147,32 +146,29 @@ TEST_F(ColumnResamplingTest, PValueOfEqualColumnsIsNearZeroAndRepeatsWithTheSeed
 
   Numarc::ZqRanNumEngine again(17);
   VarimoTest::CaptureStdout quiet;
-  EXPECT_EQ(ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(result, again, 400,
-                                                                     Indep::DistanceCorrelationTestStat, table, "u",
-                                                                     "u"),
+  EXPECT_EQ(ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(
+                result, again, 400, Indep::DistanceCorrelationTestStat, table, "u", "u"),
             p);
   quiet.Text();
 }
 
 TEST_F(ColumnResamplingTest, IndependenceFailuresNameTheFunction) {
   Numarc::ZqRanNumEngine engine(1);
-  EXPECT_EQ(ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, table, "nope",
-                                                            "v"),
-            kBad);
+  EXPECT_EQ(
+      ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, table, "nope", "v"),
+      kBad);
   EXPECT_EQ(Context(result), (std::vector<std::string>{"ZqDataTableColSetImpl::GetColumnFromName",
                                                        "ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType"}));
 
   // The measure has no simulation, so its p-value cannot be had.
-  EXPECT_EQ(ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(result, engine, 10,
-                                                                     Indep::DistanceCorrelationMeasure, table, "u",
-                                                                     "v"),
+  EXPECT_EQ(ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(
+                result, engine, 10, Indep::DistanceCorrelationMeasure, table, "u", "v"),
             kBad);
   EXPECT_EQ(result.GetFailureType(), Failure::NotYetImplemented);
   EXPECT_EQ(Context(result).back(), "ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType");
 
   // A missing cell stops the reading of a whole column.
-  EXPECT_EQ(ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, pairs, "a",
-                                                            "b"),
+  EXPECT_EQ(ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, pairs, "a", "b"),
             kBad);
   EXPECT_EQ(result.GetFailureType(), Failure::MissingOrBadPredictorValue);
   EXPECT_EQ(Context(result).back(), "ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType");
