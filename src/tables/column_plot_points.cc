@@ -15,6 +15,7 @@ namespace Varimo {
 
 namespace {
 
+using ColumnWalk::Failed;
 using ColumnWalk::FindColumn;
 
 constexpr const char* kEmpiricalCDF = "ZqGetEmpiricalCDFPlotPointsForColumnName";
@@ -25,13 +26,6 @@ constexpr const char* kUserHist = "ZqGetUserDefConstBinWidthHistPlotPointsForCol
 constexpr const char* kFreqHist = kUserHist;
 constexpr const char* kNormalPlot = "ZqGetNormalProbabilityPlotForColumnName";
 constexpr const char* kScatter = "ZqGetScatterPlotPtsForColumnNamePair";
-
-// Puts `routine` on the chain of a failed result; true if it failed.
-bool Failed(ZqStatModelResult& result, const char* routine) {
-  if (result.IsSuccessful()) return false;
-  result.AddCallContext(routine);
-  return true;
-}
 
 // The good cells, sorted ascending (NaN last: a ratio column may hold one
 // read from a file, and plain < is no ordering then).

@@ -13,18 +13,13 @@ namespace Varimo {
 
 namespace {
 
+using ColumnWalk::Failed;
 using ColumnWalk::FindColumn;
 
 constexpr double kBad = VarimoBadData::BadDouble;
 constexpr const char* kBootstrap = "ZqBootstrapTwoSampleStatForTwoColsOfRatioType";
 constexpr const char* kIndepStat = "ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType";
 constexpr const char* kPValue = "ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType";
-
-bool Failed(ZqStatModelResult& result, const char* routine) {
-  if (result.IsSuccessful()) return false;
-  result.AddCallContext(routine);
-  return true;
-}
 
 ZqStatModelResult BootstrapOfPairs(std::vector<double>& values, ZqStatModelResult packing,
                                    Numarc::ZqRanNumEngine& engine, unsigned int statType, const ZqPairSample& pairs,
@@ -63,6 +58,18 @@ ZqStatModelResult ReadSamples(IndepSample& first, IndepSample& second, const ZqD
   return result;
 }
 
+// Reads both columns and gives apply(first, second), which fills `result`;
+// the bad double, with `routine` on the chain, on any failure.
+template <class Apply>
+double OnTwoSamples(ZqStatModelResult& result, const ZqDataTable& table, const std::string& name1,
+                    const std::string& name2, const char* routine, Apply&& apply) {
+  IndepSample first, second;
+  result = ReadSamples(first, second, table, name1, name2, routine);
+  if (result.NotSuccessful()) return kBad;
+  const double value = apply(first, second);
+  return Failed(result, routine) ? kBad : value;
+}
+
 }  // namespace
 
 ZqStatModelResult ZqBootstrapTwoSampleStatForTwoColsOfRatioType(std::vector<double>& values, std::uint64_t& numMissing,
@@ -96,13 +103,11 @@ ZqStatModelResult ZqBootstrapTwoSampleStatForTwoColsOfRatioType(std::vector<doub
 double ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(ZqStatModelResult& result, unsigned int statType,
                                                        const ZqDataTable& table, const std::string& name1,
                                                        const std::string& name2) {
-  IndepSample first, second;
-  result = ReadSamples(first, second, table, name1, name2, kIndepStat);
-  if (result.NotSuccessful()) return kBad;
-  const double value =
-      ZqGetTwoSampleIndepStatForVectors(result, statType, first.data, first.numCols, first.isSimilarity, second.data,
-                                        second.numCols, second.isSimilarity);
-  return Failed(result, kIndepStat) ? kBad : value;
+  return OnTwoSamples(
+      result, table, name1, name2, kIndepStat, [&](const IndepSample& first, const IndepSample& second) {
+        return ZqGetTwoSampleIndepStatForVectors(result, statType, first.data, first.numCols, first.isSimilarity,
+                                                 second.data, second.numCols, second.isSimilarity);
+      });
 }
 
 double ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(ZqStatModelResult& result,
@@ -110,13 +115,10 @@ double ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(ZqStatModelResul
                                                                 std::uint64_t numSimulations, unsigned int statType,
                                                                 const ZqDataTable& table, const std::string& name1,
                                                                 const std::string& name2) {
-  IndepSample first, second;
-  result = ReadSamples(first, second, table, name1, name2, kPValue);
-  if (result.NotSuccessful()) return kBad;
-  const double value =
-      ZqGetPValueForTwoSampleIndepStatistic(result, engine, numSimulations, statType, first.data, first.numCols,
-                                            first.isSimilarity, second.data, second.numCols, second.isSimilarity);
-  return Failed(result, kPValue) ? kBad : value;
+  return OnTwoSamples(result, table, name1, name2, kPValue, [&](const IndepSample& first, const IndepSample& second) {
+    return ZqGetPValueForTwoSampleIndepStatistic(result, engine, numSimulations, statType, first.data, first.numCols,
+                                                 first.isSimilarity, second.data, second.numCols, second.isSimilarity);
+  });
 }
 
 }  // namespace Varimo
