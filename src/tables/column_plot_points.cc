@@ -136,7 +136,6 @@ void ScatterOfPairs(Numarc::ZqDataSeries& series, double& xMin, double& xMax, do
   std::sort(ys.begin(), ys.end(), ColumnDetail::DoubleLess);
   ZqGetXloXhiForSortedData(xMin, xMax, xs, xlo, xhi);
   ZqGetXloXhiForSortedData(yMin, yMax, ys, ylo, yhi);
-  series.Clear();
   series.SetPoints(std::move(points));
 }
 
