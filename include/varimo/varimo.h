@@ -8,6 +8,8 @@
 #include "varimo/foundations/value_conversion.h"
 
 #include "varimo/tables/column_append.h"
+#include "varimo/tables/column_plot_points.h"
+#include "varimo/tables/column_resampling.h"
 #include "varimo/tables/column_statistics.h"
 #include "varimo/tables/data_table.h"
 #include "varimo/tables/data_table_column_kinds.h"
@@ -40,6 +42,7 @@
 #include "varimo/pdf/npdf_impl.h"
 #include "varimo/pdf/null_pdf.h"
 #include "varimo/pdf/pdf.h"
+#include "varimo/pdf/pdf_plot_points.h"
 #include "varimo/pdf/pdf_setup.h"
 #include "varimo/pdf/sample_pdfs.h"
 #include "varimo/pdf/univariate_pdfs.h"

@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "varimo/tables/column_plot_points.h"
 #include "varimo/tables/column_statistics.h"
 
 namespace Varimo {
@@ -70,6 +71,19 @@ double PairStatistic(const ZqDataTable& table, ZqStatModelResult& result, unsign
   return value;
 }
 
+// The window and indices are passed on as given; the routine is the
+// calling class's method.
+ZqStatModelResult ScatterPlot(const ZqDataTable& table, Numarc::ZqDataSeries& series, double& xMin, double& xMax,
+                              double& yMin, double& yMax, const std::string& xName, const std::string& yName,
+                              unsigned long xIndex, unsigned long yIndex, const double (&window)[4],
+                              const char* routine) {
+  ZqStatModelResult result = ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, table, xName,
+                                                                  yName, xIndex, yIndex, window[0], window[1],
+                                                                  window[2], window[3]);
+  if (result.NotSuccessful()) result.AddCallContext(routine);
+  return result;
+}
+
 }  // namespace
 
 // ------------------------------------------------------------ on a predictor
@@ -109,6 +123,14 @@ double ZqUnivariateRegressionResult::GetSampleStatisticOnColumnPair(ZqStatModelR
                                                                     const std::string& second) const {
   return PairStatistic(table_, result, usedRows, unusedRows, statType, first, second,
                        "ZqUnivariateRegressionResult::GetSampleStatisticOnColumnPair");
+}
+
+ZqStatModelResult ZqUnivariateRegressionResult::GetScatterPlotPtsForColumnNamePair(
+    Numarc::ZqDataSeries& series, double& xMin, double& xMax, double& yMin, double& yMax, const std::string& xName,
+    const std::string& yName, unsigned long xIndex, unsigned long yIndex, double xlo, double xhi, double ylo,
+    double yhi) const {
+  return ScatterPlot(table_, series, xMin, xMax, yMin, yMax, xName, yName, xIndex, yIndex, {xlo, xhi, ylo, yhi},
+                     "ZqUnivariateRegressionResult::GetScatterPlotPtsForColumnNamePair");
 }
 
 std::string ZqUnivariateRegressionResult::PrintSummary() const {
@@ -159,6 +181,14 @@ double ZqSimilarityRegressionResult::GetSampleStatisticOnColumnPair(ZqStatModelR
                                                                     const std::string& second) const {
   return PairStatistic(table_, result, usedRows, unusedRows, statType, first, second,
                        "ZqSimilarityRegressionResult::GetSampleStatisticOnColumnPair");
+}
+
+ZqStatModelResult ZqSimilarityRegressionResult::GetScatterPlotPtsForColumnNamePair(
+    Numarc::ZqDataSeries& series, double& xMin, double& xMax, double& yMin, double& yMax, const std::string& xName,
+    const std::string& yName, unsigned long xIndex, unsigned long yIndex, double xlo, double xhi, double ylo,
+    double yhi) const {
+  return ScatterPlot(table_, series, xMin, xMax, yMin, yMax, xName, yName, xIndex, yIndex, {xlo, xhi, ylo, yhi},
+                     "ZqSimilarityRegressionResult::GetScatterPlotPtsForColumnNamePair");
 }
 
 std::string ZqSimilarityRegressionResult::PrintSummary() const {

@@ -56,6 +56,13 @@ inline std::string RowColText(std::uint64_t row, std::uint64_t colNum) {
   return Corvane::ZqMakeString("row column index combination (", row, ", ", colNum, ")");
 }
 
+// Puts `routine` on the chain of a failed result; true if it failed.
+inline bool Failed(ZqStatModelResult& result, const char* routine) {
+  if (result.IsSuccessful()) return false;
+  result.AddCallContext(routine);
+  return true;
+}
+
 // Looks a column up for the table forms: on failure `result` carries the
 // look-up's report with `routine` added, and the returned column is the
 // table's null column.

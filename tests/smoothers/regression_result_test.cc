@@ -73,3 +73,44 @@ TEST(RegressionResult, FailedRunHasNoTableAndStopsTheSummary) {
 
 }  // namespace
 }  // namespace Varimo
+
+namespace Varimo {
+namespace {
+
+// Both results plot their table's columns against each other, reading the
+// elements asked for, and add their own method to a failure.
+TEST(RegressionResult, ScatterPlotOfTwoResultColumns) {
+  const ZqUnivariateRegressionResult univariate(ZqStatModelResult(true), "Kernel Regression", "Training Set Results",
+                                                Table(), {}, {}, 0);
+  Numarc::ZqDataSeries series;
+  double xMin = 0, xMax = 0, yMin = 0, yMax = 0;
+  ASSERT_TRUE(univariate
+                  .GetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, "PredictedResponses", "Pairs",
+                                                      0, 1, 0.0, 5.0, 0.0, 0.0)
+                  .IsSuccessful());
+  EXPECT_EQ(series.GetPoints(), (std::vector<Numarc::ZqDataPoint>{{1, 10}, {2, 20}, {3, 30}, {6, 40}}));
+  EXPECT_EQ(xMin, 0.0);  // the window's low end is below the data
+  EXPECT_EQ(xMax, 6.0);  // the data's high end is above the window
+  EXPECT_EQ(yMin, 0.0);
+  EXPECT_EQ(yMax, 40.0);
+
+  const ZqSimilarityRegressionResult similarity(ZqStatModelResult(true), "Krige on Similarity", "Test Set Results",
+                                                Table(), {}, {});
+  const ZqStatModelResult unknown = similarity.GetScatterPlotPtsForColumnNamePair(
+      series, xMin, xMax, yMin, yMax, "PredictedResponses", "Nothing", 0, 0, 0.0, 1.0, 0.0, 1.0);
+  EXPECT_EQ(unknown.GetFailureType(), F::ColumnNotFound);
+  EXPECT_EQ(VarimoTest::Context(unknown),
+            (std::vector<std::string>{"ZqDataTableColSetImpl::GetColumnFromName", "ZqGetScatterPlotPtsForColumnNamePair",
+                                      "ZqSimilarityRegressionResult::GetScatterPlotPtsForColumnNamePair"}));
+
+  // A failed run has an empty table: nothing to plot.
+  const ZqUnivariateRegressionResult failed(ZqMakeFailedResult(F::NoData, "Smoother"));
+  EXPECT_EQ(failed
+                .GetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, "PredictedResponses",
+                                                    "ResidualErrors", 0, 0, 0.0, 1.0, 0.0, 1.0)
+                .GetFailureType(),
+            F::ColumnNotFound);
+}
+
+}  // namespace
+}  // namespace Varimo

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "varimo/foundations/stat_model_result.h"
+#include "varimo/platform/numarc/data_series.h"
 #include "varimo/tables/data_table.h"
 
 namespace Varimo {
@@ -57,6 +58,16 @@ class ZqUnivariateRegressionResult {
   double GetSampleStatisticOnColumnPair(ZqStatModelResult& result, unsigned long& usedRows,
                                         unsigned long& unusedRows, unsigned int statType, const std::string& first,
                                         const std::string& second) const;
+  // ZqGetScatterPlotPtsForColumnNamePair (column_plot_points.h) on the
+  // result table: the points (x, y) of the rows where elements xIndex and
+  // yIndex of the two columns are good; the last four numbers are the plot
+  // window, which the ranges only widen. Failures add
+  // "ZqUnivariateRegressionResult::GetScatterPlotPtsForColumnNamePair".
+  ZqStatModelResult GetScatterPlotPtsForColumnNamePair(Numarc::ZqDataSeries& series, double& xMin, double& xMax,
+                                                       double& yMin, double& yMax, const std::string& xName,
+                                                       const std::string& yName, unsigned long xIndex,
+                                                       unsigned long yIndex, double xlo, double xhi, double ylo,
+                                                       double yhi) const;
   std::string PrintSummary() const;
   std::string PrintSummaryPlusFirstRowsOfData(unsigned long firstRows, unsigned long numColumns) const;
 
@@ -88,6 +99,16 @@ class ZqSimilarityRegressionResult {
   double GetSampleStatisticOnColumnPair(ZqStatModelResult& result, unsigned long& usedRows,
                                         unsigned long& unusedRows, unsigned int statType, const std::string& first,
                                         const std::string& second) const;
+  // ZqGetScatterPlotPtsForColumnNamePair (column_plot_points.h) on the
+  // result table: the points (x, y) of the rows where elements xIndex and
+  // yIndex of the two columns are good; the last four numbers are the plot
+  // window, which the ranges only widen. Failures add
+  // "ZqSimilarityRegressionResult::GetScatterPlotPtsForColumnNamePair".
+  ZqStatModelResult GetScatterPlotPtsForColumnNamePair(Numarc::ZqDataSeries& series, double& xMin, double& xMax,
+                                                       double& yMin, double& yMax, const std::string& xName,
+                                                       const std::string& yName, unsigned long xIndex,
+                                                       unsigned long yIndex, double xlo, double xhi, double ylo,
+                                                       double yhi) const;
   std::string PrintSummary() const;
   std::string PrintSummaryPlusFirstRowsOfData(unsigned long firstRows, unsigned long numColumns) const;
 
