@@ -21,6 +21,19 @@ using Corvane::ZqMakeString;
 constexpr double kBad = VarimoBadData::BadDouble;
 constexpr const char* kConstructor = "ZqVariogramOnPredColumns::ZqVariogramOnPredColumns";
 constexpr std::uint64_t kNoBin = std::numeric_limits<std::uint64_t>::max();
+// Cells of the bin grid or of the parameter grid beyond this are refused:
+// memory or time would run out long before a useful answer.
+constexpr std::uint64_t kMaxCells = std::uint64_t{1} << 26;
+
+// The product of the counts, or kMaxCells + 1 once it passes kMaxCells.
+std::uint64_t CappedProduct(const std::vector<unsigned long>& counts) {
+  std::uint64_t product = 1;
+  for (const unsigned long c : counts) {
+    if (c > kMaxCells || product * c > kMaxCells) return kMaxCells + 1;
+    product *= c;
+  }
+  return product;
+}
 
 std::vector<std::uint64_t> RowNumbers(const ZqDataTable& table) {
   std::vector<std::uint64_t> rows;
@@ -87,6 +100,10 @@ ZqStatModelResult ZqVariogramOnPredColumns::CheckArguments(const std::vector<dou
                                 ZqMakeString("similarityThresholdForBinWeights = ", similarityThresholdPerDim[d],
                                              "; must be between 0 and 1"));
     }
+  }
+  if (CappedProduct(numBinsPerDim_) > kMaxCells) {
+    return ZqMakeFailedResult(F::ArgumentOutOfRange, kConstructor,
+                              ZqMakeString("product of numBinsPerDim above ", kMaxCells, "; too many bins"));
   }
   if (!(fracAveBinCountThreshold >= 0.0 && fracAveBinCountThreshold <= 1.0)) {
     return ZqMakeFailedResult(
@@ -312,14 +329,17 @@ ZqStatModelResult ZqVariogramOnPredColumns::CalcOptimalTheoryVariogram(
                                  numGridPoints.size()}) {
     if (size != NumPredictors()) return SizeMismatch(routine, size, NumPredictors(), NumPredictors());
   }
+  const std::uint64_t gridSize = CappedProduct(numGridPoints);
+  if (gridSize > kMaxCells) {
+    return ZqMakeFailedResult(F::ArgumentOutOfRange, routine,
+                              ZqMakeString("product of numGridPoints above ", kMaxCells, "; too many grid points"));
+  }
   std::vector<ZqSimilarityKernel> kernels;
   std::vector<double> lo = minParams, hi = maxParams;
-  std::uint64_t gridSize = 1;
   for (std::size_t d = 0; d < NumPredictors(); ++d) {
     kernels.emplace_back(kernelTypes[d]);
     if (lo[d] < 0.0) lo[d] = kernels[d].GetMinimumAllowedParamVal();
     if (hi[d] < 0.0) hi[d] = kernels[d].GetMaximumAllowedParamVal();
-    gridSize *= numGridPoints[d];
   }
   double bestError = kBad;
   std::vector<double> bestParams;

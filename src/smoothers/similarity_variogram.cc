@@ -17,6 +17,7 @@ using Corvane::ZqMakeString;
 
 constexpr double kBad = VarimoBadData::BadDouble;
 constexpr const char* kConstructor = "ZqBinnedVariogramFromSimilarity::ZqBinnedVariogramFromSimilarity";
+constexpr unsigned long kMaxBins = 1UL << 26;
 
 double HalfSquaredDifference(double a, double b) { return 0.5 * (a - b) * (a - b); }
 
@@ -76,6 +77,11 @@ ZqBinnedVariogramFromSimilarity::ZqBinnedVariogramFromSimilarity(const ZqDataTab
 ZqStatModelResult ZqBinnedVariogramFromSimilarity::CheckSizes(unsigned long numBins) const {
   if (numBins <= 1) {
     return ZqMakeFailedResult(F::LowerBoundViolated, kConstructor, ZqMakeString(" numBins (", numBins, "); too small"));
+  }
+  // More bins than pairs cannot all be filled, and a count in the billions
+  // would only exhaust memory.
+  if (numBins > kMaxBins) {
+    return ZqMakeFailedResult(F::UpperBoundViolated, kConstructor, ZqMakeString(" numBins (", numBins, "); too large"));
   }
   if (!binWeights_.IsValid()) {
     ZqStatModelResult result = binWeights_.GetResultOfConstruction();

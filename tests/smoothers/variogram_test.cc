@@ -217,6 +217,8 @@ TEST(SimilarityVariogramEdges, ConstructionAndCallFailures) {
   ZqBinnedVariogramFromSimilarity oneBin({1.0, 2.0}, {1.0, 0.5, 0.5, 1.0}, weights, 1);
   EXPECT_EQ(oneBin.GetResultOfConstruction().GetFailureType(), F::LowerBoundViolated);
   EXPECT_EQ(Comments(oneBin.GetResultOfConstruction()), (std::vector<std::string>{" numBins (1); too small"}));
+  ZqBinnedVariogramFromSimilarity tooMany({1.0, 2.0}, {1.0, 0.5, 0.5, 1.0}, weights, 1UL << 40);
+  EXPECT_EQ(tooMany.GetResultOfConstruction().GetFailureType(), F::UpperBoundViolated);
 
   ZqBinnedVariogramFromSimilarity ok({1.0, 2.0}, {1.0, 0.5, 0.5, 1.0}, weights, 4);
   EXPECT_EQ(Comments(ok.CalcEmpiricalVariogram(1.5, 0)),
@@ -289,6 +291,10 @@ TEST(PredColumnsVariogram, Failures) {
   EXPECT_EQ(mismatched.GetResultOfConstruction().GetFailureType(), F::WrongInputVectorSize);
   ZqVariogramOnPredColumns noBins("logP", {"rings"}, table, {0}, false, 0.0, {0.0}, mean, 0.0);
   EXPECT_EQ(noBins.GetResultOfConstruction().GetFailureType(), F::LowerBoundViolated);
+  // Grids too large to hold or to search are refused, not attempted.
+  ZqVariogramOnPredColumns huge("logP", {"rings", "aromatic"}, table, {1UL << 20, 1UL << 20}, false, 0.0, {0.0, 0.0},
+                                mean, 0.0);
+  EXPECT_EQ(huge.GetResultOfConstruction().GetFailureType(), F::ArgumentOutOfRange);
 
   // A constant predictor has no range to scale distances by.
   ZqDataTable constant("constant");
@@ -307,6 +313,8 @@ TEST(PredColumnsVariogram, Failures) {
   double value = 0.0;
   const ZqStatModelResult sizes = ok.GetKernelValue(value, {0.5, 0.5}, {ZqSimilarityKernel(K::Gaussian)}, {1.0});
   EXPECT_EQ(Comments(sizes), (std::vector<std::string>{"Input vector sizes are: 2 and 1", "Num predictor variables = 1"}));
+  EXPECT_EQ(ok.CalcOptimalTheoryVariogram(error, {K::Gaussian}, {-1}, {-1}, {-1}, {1UL << 40}).GetFailureType(),
+            F::ArgumentOutOfRange);
   // An empty grid leaves nugget and sill bad.
   ASSERT_TRUE(ok.CalcOptimalTheoryVariogram(error, {K::Gaussian}, {-1}, {-1}, {-1}, {0}).IsSuccessful());
   EXPECT_EQ(ok.GetNugget(), kBad);

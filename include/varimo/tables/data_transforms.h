@@ -17,66 +17,66 @@
 namespace Varimo {
 
 // The getters of one argument of each data type.
-#define VARIMO_TRANSFORM_GETTERS_1(SPEC, TAIL)                                \
-  SPEC std::uint32_t GetUnsigned(std::uint32_t a) const TAIL;                 \
-  SPEC std::uint32_t GetUnsigned(std::int32_t a) const TAIL;                  \
-  SPEC std::uint32_t GetUnsigned(double a) const TAIL;                        \
-  SPEC std::uint32_t GetUnsigned(const std::string& a) const TAIL;            \
-  SPEC std::int32_t GetInt(std::uint32_t a) const TAIL;                       \
-  SPEC std::int32_t GetInt(std::int32_t a) const TAIL;                        \
-  SPEC std::int32_t GetInt(double a) const TAIL;                              \
-  SPEC std::int32_t GetInt(const std::string& a) const TAIL;                  \
-  SPEC double GetDouble(std::uint32_t a) const TAIL;                          \
-  SPEC double GetDouble(std::int32_t a) const TAIL;                           \
-  SPEC double GetDouble(double a) const TAIL;                                 \
-  SPEC double GetDouble(const std::string& a) const TAIL;                     \
-  SPEC std::string GetString(std::uint32_t a) const TAIL;                     \
-  SPEC std::string GetString(std::int32_t a) const TAIL;                      \
-  SPEC std::string GetString(double a) const TAIL;                            \
-  SPEC std::string GetString(const std::string& a) const TAIL
+#define VARIMO_TRANSFORM_GETTERS_1(QUALIFIER, TAIL)                                \
+  QUALIFIER std::uint32_t GetUnsigned(std::uint32_t a) const TAIL;                 \
+  QUALIFIER std::uint32_t GetUnsigned(std::int32_t a) const TAIL;                  \
+  QUALIFIER std::uint32_t GetUnsigned(double a) const TAIL;                        \
+  QUALIFIER std::uint32_t GetUnsigned(const std::string& a) const TAIL;            \
+  QUALIFIER std::int32_t GetInt(std::uint32_t a) const TAIL;                       \
+  QUALIFIER std::int32_t GetInt(std::int32_t a) const TAIL;                        \
+  QUALIFIER std::int32_t GetInt(double a) const TAIL;                              \
+  QUALIFIER std::int32_t GetInt(const std::string& a) const TAIL;                  \
+  QUALIFIER double GetDouble(std::uint32_t a) const TAIL;                          \
+  QUALIFIER double GetDouble(std::int32_t a) const TAIL;                           \
+  QUALIFIER double GetDouble(double a) const TAIL;                                 \
+  QUALIFIER double GetDouble(const std::string& a) const TAIL;                     \
+  QUALIFIER std::string GetString(std::uint32_t a) const TAIL;                     \
+  QUALIFIER std::string GetString(std::int32_t a) const TAIL;                      \
+  QUALIFIER std::string GetString(double a) const TAIL;                            \
+  QUALIFIER std::string GetString(const std::string& a) const TAIL
 
 // One result type over the 16 pairs of argument types, the first varying
 // slowest.
-#define VARIMO_TRANSFORM_PAIRS(SPEC, R, NAME, TAIL)                                            \
-  SPEC R NAME(std::uint32_t a, std::uint32_t b) const TAIL;                                    \
-  SPEC R NAME(std::uint32_t a, std::int32_t b) const TAIL;                                     \
-  SPEC R NAME(std::uint32_t a, double b) const TAIL;                                           \
-  SPEC R NAME(std::uint32_t a, const std::string& b) const TAIL;                               \
-  SPEC R NAME(std::int32_t a, std::uint32_t b) const TAIL;                                     \
-  SPEC R NAME(std::int32_t a, std::int32_t b) const TAIL;                                      \
-  SPEC R NAME(std::int32_t a, double b) const TAIL;                                            \
-  SPEC R NAME(std::int32_t a, const std::string& b) const TAIL;                                \
-  SPEC R NAME(double a, std::uint32_t b) const TAIL;                                           \
-  SPEC R NAME(double a, std::int32_t b) const TAIL;                                            \
-  SPEC R NAME(double a, double b) const TAIL;                                                  \
-  SPEC R NAME(double a, const std::string& b) const TAIL;                                      \
-  SPEC R NAME(const std::string& a, std::uint32_t b) const TAIL;                               \
-  SPEC R NAME(const std::string& a, std::int32_t b) const TAIL;                                \
-  SPEC R NAME(const std::string& a, double b) const TAIL;                                      \
-  SPEC R NAME(const std::string& a, const std::string& b) const TAIL
-#define VARIMO_TRANSFORM_GETTERS_2(SPEC, TAIL)                      \
-  VARIMO_TRANSFORM_PAIRS(SPEC, std::uint32_t, GetUnsigned, TAIL);   \
-  VARIMO_TRANSFORM_PAIRS(SPEC, std::int32_t, GetInt, TAIL);         \
-  VARIMO_TRANSFORM_PAIRS(SPEC, double, GetDouble, TAIL);            \
-  VARIMO_TRANSFORM_PAIRS(SPEC, std::string, GetString, TAIL)
+#define VARIMO_TRANSFORM_PAIRS(QUALIFIER, R, NAME, TAIL)                                            \
+  QUALIFIER R NAME(std::uint32_t a, std::uint32_t b) const TAIL;                                    \
+  QUALIFIER R NAME(std::uint32_t a, std::int32_t b) const TAIL;                                     \
+  QUALIFIER R NAME(std::uint32_t a, double b) const TAIL;                                           \
+  QUALIFIER R NAME(std::uint32_t a, const std::string& b) const TAIL;                               \
+  QUALIFIER R NAME(std::int32_t a, std::uint32_t b) const TAIL;                                     \
+  QUALIFIER R NAME(std::int32_t a, std::int32_t b) const TAIL;                                      \
+  QUALIFIER R NAME(std::int32_t a, double b) const TAIL;                                            \
+  QUALIFIER R NAME(std::int32_t a, const std::string& b) const TAIL;                                \
+  QUALIFIER R NAME(double a, std::uint32_t b) const TAIL;                                           \
+  QUALIFIER R NAME(double a, std::int32_t b) const TAIL;                                            \
+  QUALIFIER R NAME(double a, double b) const TAIL;                                                  \
+  QUALIFIER R NAME(double a, const std::string& b) const TAIL;                                      \
+  QUALIFIER R NAME(const std::string& a, std::uint32_t b) const TAIL;                               \
+  QUALIFIER R NAME(const std::string& a, std::int32_t b) const TAIL;                                \
+  QUALIFIER R NAME(const std::string& a, double b) const TAIL;                                      \
+  QUALIFIER R NAME(const std::string& a, const std::string& b) const TAIL
+#define VARIMO_TRANSFORM_GETTERS_2(QUALIFIER, TAIL)                      \
+  VARIMO_TRANSFORM_PAIRS(QUALIFIER, std::uint32_t, GetUnsigned, TAIL);   \
+  VARIMO_TRANSFORM_PAIRS(QUALIFIER, std::int32_t, GetInt, TAIL);         \
+  VARIMO_TRANSFORM_PAIRS(QUALIFIER, double, GetDouble, TAIL);            \
+  VARIMO_TRANSFORM_PAIRS(QUALIFIER, std::string, GetString, TAIL)
 
-#define VARIMO_TRANSFORM_GETTERS_VEC(SPEC, TAIL)                                      \
-  SPEC std::uint32_t GetUnsigned(const std::vector<std::uint32_t>& a) const TAIL;     \
-  SPEC std::uint32_t GetUnsigned(const std::vector<std::int32_t>& a) const TAIL;      \
-  SPEC std::uint32_t GetUnsigned(const std::vector<double>& a) const TAIL;            \
-  SPEC std::uint32_t GetUnsigned(const std::vector<std::string>& a) const TAIL;       \
-  SPEC std::int32_t GetInt(const std::vector<std::uint32_t>& a) const TAIL;           \
-  SPEC std::int32_t GetInt(const std::vector<std::int32_t>& a) const TAIL;            \
-  SPEC std::int32_t GetInt(const std::vector<double>& a) const TAIL;                  \
-  SPEC std::int32_t GetInt(const std::vector<std::string>& a) const TAIL;             \
-  SPEC double GetDouble(const std::vector<std::uint32_t>& a) const TAIL;              \
-  SPEC double GetDouble(const std::vector<std::int32_t>& a) const TAIL;               \
-  SPEC double GetDouble(const std::vector<double>& a) const TAIL;                     \
-  SPEC double GetDouble(const std::vector<std::string>& a) const TAIL;                \
-  SPEC std::string GetString(const std::vector<std::uint32_t>& a) const TAIL;         \
-  SPEC std::string GetString(const std::vector<std::int32_t>& a) const TAIL;          \
-  SPEC std::string GetString(const std::vector<double>& a) const TAIL;                \
-  SPEC std::string GetString(const std::vector<std::string>& a) const TAIL
+#define VARIMO_TRANSFORM_GETTERS_VEC(QUALIFIER, TAIL)                                      \
+  QUALIFIER std::uint32_t GetUnsigned(const std::vector<std::uint32_t>& a) const TAIL;     \
+  QUALIFIER std::uint32_t GetUnsigned(const std::vector<std::int32_t>& a) const TAIL;      \
+  QUALIFIER std::uint32_t GetUnsigned(const std::vector<double>& a) const TAIL;            \
+  QUALIFIER std::uint32_t GetUnsigned(const std::vector<std::string>& a) const TAIL;       \
+  QUALIFIER std::int32_t GetInt(const std::vector<std::uint32_t>& a) const TAIL;           \
+  QUALIFIER std::int32_t GetInt(const std::vector<std::int32_t>& a) const TAIL;            \
+  QUALIFIER std::int32_t GetInt(const std::vector<double>& a) const TAIL;                  \
+  QUALIFIER std::int32_t GetInt(const std::vector<std::string>& a) const TAIL;             \
+  QUALIFIER double GetDouble(const std::vector<std::uint32_t>& a) const TAIL;              \
+  QUALIFIER double GetDouble(const std::vector<std::int32_t>& a) const TAIL;               \
+  QUALIFIER double GetDouble(const std::vector<double>& a) const TAIL;                     \
+  QUALIFIER double GetDouble(const std::vector<std::string>& a) const TAIL;                \
+  QUALIFIER std::string GetString(const std::vector<std::uint32_t>& a) const TAIL;         \
+  QUALIFIER std::string GetString(const std::vector<std::int32_t>& a) const TAIL;          \
+  QUALIFIER std::string GetString(const std::vector<double>& a) const TAIL;                \
+  QUALIFIER std::string GetString(const std::vector<std::string>& a) const TAIL
 
 #define VARIMO_PURE = 0
 #define VARIMO_NONE
