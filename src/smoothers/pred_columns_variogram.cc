@@ -76,7 +76,8 @@ ZqVariogramOnPredColumns::ZqVariogramOnPredColumns(const std::string& responseNa
     return;
   }
   result_ = CheckArguments(similarityThresholdPerDim, fracAveBinCountThreshold);
-  if (result_.IsSuccessful()) result_ = SetupDataTableFromColumnNamesAndTable(responseName, predictorNames, table);
+  if (result_.NotSuccessful()) return;
+  result_ = SetupDataTableFromColumnNamesAndTable(responseName, predictorNames, table);
   if (result_.IsSuccessful()) result_ = FillVariogramBins();
   if (result_.NotSuccessful()) {
     bins_.clear();

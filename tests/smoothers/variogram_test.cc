@@ -291,6 +291,8 @@ TEST(PredColumnsVariogram, Failures) {
   EXPECT_EQ(mismatched.GetResultOfConstruction().GetFailureType(), F::WrongInputVectorSize);
   ZqVariogramOnPredColumns noBins("logP", {"rings"}, table, {0}, false, 0.0, {0.0}, mean, 0.0);
   EXPECT_EQ(noBins.GetResultOfConstruction().GetFailureType(), F::LowerBoundViolated);
+  EXPECT_EQ(VarimoTest::Context(noBins.GetResultOfConstruction()),
+            (std::vector<std::string>{"ZqVariogramOnPredColumns::ZqVariogramOnPredColumns"}));
   // Grids too large to hold or to search are refused, not attempted.
   ZqVariogramOnPredColumns huge("logP", {"rings", "aromatic"}, table, {1UL << 20, 1UL << 20}, false, 0.0, {0.0, 0.0},
                                 mean, 0.0);
