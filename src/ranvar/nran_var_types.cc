@@ -26,36 +26,4 @@ namespace nZqUniVarGaussRanVarsMinorType {
 const char* const TypeName[NumTypes] = {"Unknown Minor Type", "Mean", "Variance", "SampleMean", "SampleVariance"};
 }  // namespace nZqUniVarGaussRanVarsMinorType
 
-namespace nZqPDFType {
-const char* const NameOf[NumTypes] = {
-    "Unknown PDF",
-    "NullPDF",
-    "UniVariate Gaussian",
-    "MultiVariate Gaussian",
-    "Univariate Students-T",
-    "Multivariate Students-T",
-    "Gamma",
-    "Chi-Squared",
-    "Snedecors-F",
-    "Beta",
-    "Dirichlet",
-    "Wishart",
-    "LogNormal",
-    "Gaussian-Gamma",
-    "Gaussian-Wishart",
-    "Gumbel",
-    "Generalized Extreme Value",
-    "Binomial",
-    "Multinomial",
-    "Poisson",
-    "Beta-Binomial",
-    "UniVariate Continuous Valued Random Sample",
-    "UniVariate Integer Valued Random Sample",
-    "MultiVariate Continuous Valued Random Sample",
-    "MultiVariate Integer Valued Random Sample",
-    "UniVariate Mixture",
-    "MultiVariate Mixture",
-};
-}  // namespace nZqPDFType
-
 }  // namespace Varimo

@@ -6,6 +6,9 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
+
+#include "varimo/ranvar/ran_var_types.h"
 
 namespace Varimo {
 
@@ -96,8 +99,10 @@ inline constexpr std::uint32_t UniVarMixture = 25;
 inline constexpr std::uint32_t MultiVarMixture = 26;
 
 inline constexpr std::uint32_t NumTypes = 27;
-// "Unknown PDF", "NullPDF", "UniVariate Gaussian", ...
-extern const char* const NameOf[NumTypes];
+// "Unknown PDF", "NullPDF", "UniVariate Gaussian", ...: both generations of
+// distributions share the codes and so the one table of names.
+inline constexpr const auto& NameOf = ZqPDFType::NameOf;
+static_assert(std::size(ZqPDFType::NameOf) == NumTypes);
 }  // namespace nZqPDFType
 
 }  // namespace Varimo
