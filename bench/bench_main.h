@@ -8,10 +8,24 @@
 
 #include <cstdio>
 #include <exception>
+#include <fstream>
 #include <functional>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace VarimoBench {
+
+// The first `count` raw native-endian doubles of a file written by a
+// comparison script (numpy's tofile).
+inline std::vector<double> ReadDoubles(const std::string& path, std::size_t count) {
+  std::vector<double> values(count);
+  std::ifstream in(path, std::ios::binary);
+  if (!in.read(reinterpret_cast<char*>(values.data()), static_cast<std::streamsize>(count * sizeof(double)))) {
+    throw std::runtime_error("cannot read " + std::to_string(count) + " doubles from " + path);
+  }
+  return values;
+}
 
 inline int MainWithDataFlag(int argc, char** argv, const std::string& flag,
                             const std::function<void(const std::string&)>& load) {

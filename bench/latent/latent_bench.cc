@@ -15,9 +15,7 @@
 #include "bench_main.h"
 
 #include <cmath>
-#include <fstream>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -33,15 +31,6 @@ struct Data {
   std::vector<double> logitX;
   std::vector<int> logitY;
 };
-
-std::vector<double> ReadDoubles(const std::string& path, std::size_t count) {
-  std::vector<double> values(count);
-  std::ifstream in(path, std::ios::binary);
-  if (!in.read(reinterpret_cast<char*>(values.data()), static_cast<std::streamsize>(count * sizeof(double)))) {
-    throw std::runtime_error("cannot read " + std::to_string(count) + " doubles from " + path);
-  }
-  return values;
-}
 
 Data gData;
 
@@ -74,14 +63,14 @@ void Load(const std::string& dir) {
     }
     return;
   }
-  const std::vector<double> x = ReadDoubles(dir + "/pls_x.f64", static_cast<std::size_t>(kPlsRows) * kPlsCols);
+  const std::vector<double> x = VarimoBench::ReadDoubles(dir + "/pls_x.f64", static_cast<std::size_t>(kPlsRows) * kPlsCols);
   for (int i = 0; i < kPlsRows; ++i) {
     for (int j = 0; j < kPlsCols; ++j) gData.plsX(i, j) = x[static_cast<std::size_t>(i) * kPlsCols + j];
   }
-  const std::vector<double> y = ReadDoubles(dir + "/pls_y.f64", kPlsRows);
+  const std::vector<double> y = VarimoBench::ReadDoubles(dir + "/pls_y.f64", kPlsRows);
   for (int i = 0; i < kPlsRows; ++i) gData.plsY(i, 0) = y[i];
-  gData.logitX = ReadDoubles(dir + "/logit_x.f64", gData.logitX.size());
-  const std::vector<double> labels = ReadDoubles(dir + "/logit_y.f64", kLogitRows);
+  gData.logitX = VarimoBench::ReadDoubles(dir + "/logit_x.f64", gData.logitX.size());
+  const std::vector<double> labels = VarimoBench::ReadDoubles(dir + "/logit_y.f64", kLogitRows);
   for (int i = 0; i < kLogitRows; ++i) gData.logitY[i] = labels[i] > 0 ? 1 : -1;
 }
 
