@@ -1,7 +1,7 @@
-// The Gaussian process and the krige on a similarity matrix against numpy
-// and scipy (tests/data/smoothers/make_gp_refs.py): the variances the
-// search finds, the maximum of the profile likelihood, predictions and
-// errors; and their failures.
+// The Gaussian process and the krige on a similarity matrix against numpy,
+// scipy and scikit-learn (tests/data/smoothers/make_gp_refs.py): the
+// variances the search finds, the maximum of the profile likelihood,
+// predictions and errors; and their failures.
 #include "varimo/smoothers/gaussian_process.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +48,7 @@ ZqDataTable Table(const Refs& refs) {
   return table;
 }
 
-TEST(GaussianProcessOnSimilarity, VariancesAndPredictionsAgreeWithNumpy) {
+TEST(GaussianProcessOnSimilarity, VariancesAndPredictionsAgreeWithScipyAndScikitLearn) {
   const Refs refs = ReadRefs();
   ZqGaussianProcessOnSimilarity gp(kGaussian, "sim", "y", Table(refs));
   ASSERT_TRUE(gp.SetModelParams({2.0}).IsSuccessful());

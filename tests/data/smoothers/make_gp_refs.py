@@ -12,8 +12,11 @@ Run with /usr/bin/python3; writes gp_refs.txt beside this script:
                  bisection to 0.001), written again here in numpy, and the
                  maximum of the profile likelihood by scipy's bounded scalar
                  minimiser on the same objective
-  gppred k f e   prediction and error of new item k with those variances:
-                 mean + k* (sigma2 K + tau2 I)^-1 (y - mean), and
+  gppred k f e   prediction and error of new item k with those variances, by
+                 scikit-learn's GaussianProcessRegressor (kernel
+                 sigma2 * precomputed K + tau2 white noise, no optimiser, on
+                 the centred response), checked here against the direct
+                 mean + k* (sigma2 K + tau2 I)^-1 (y - mean) and
                  sqrt(sigma2 + tau2 - k*' (sigma2 K + tau2 I)^-1 k*)
   sk k f e       simple kriging, nugget 0.1, sill 1.5
   ok k f         ordinary kriging, same parameters (bordered system)
@@ -25,6 +28,8 @@ import struct
 
 import numpy as np
 from scipy import optimize
+from sklearn.gaussian_process import GaussianProcessRegressor
+from sklearn.gaussian_process.kernels import ConstantKernel, Kernel, WhiteKernel
 
 C = struct.unpack(">d", bytes.fromhex("3FF000000000000A"))[0]
 P = 2.0
@@ -32,6 +37,36 @@ P = 2.0
 
 def K(s):
     return np.exp(-(P * (C - s)) ** 2)
+
+
+class Precomputed(Kernel):
+    """Rows and columns of a fixed matrix, chosen by the index in X[:, 0]."""
+
+    def __init__(self, matrix):
+        self.matrix = matrix
+
+    def __call__(self, X, Y=None, eval_gradient=False):
+        i = X[:, 0].astype(int)
+        j = i if Y is None else Y[:, 0].astype(int)
+        return self.matrix[np.ix_(i, j)]
+
+    def diag(self, X):
+        i = X[:, 0].astype(int)
+        return self.matrix[i, i]
+
+    def is_stationary(self):
+        return False
+
+
+def sklearn_predictions(x, new_x, y, sigma2, tau2):
+    """Means and standard deviations of the new items, the response centred."""
+    allx = np.concatenate([x, new_x])
+    kernel = ConstantKernel(sigma2, "fixed") * Precomputed(K(np.exp(-np.abs(allx[:, None] - allx[None, :]) / 2.0)))
+    model = GaussianProcessRegressor(kernel=kernel + WhiteKernel(tau2, "fixed"), alpha=0.0, optimizer=None)
+    n = len(x)
+    model.fit(np.arange(n, dtype=float).reshape(-1, 1), y - y.mean())
+    f, sd = model.predict(np.arange(n, n + len(new_x), dtype=float).reshape(-1, 1), return_std=True)
+    return f + y.mean(), sd
 
 
 def main():
@@ -92,11 +127,13 @@ def main():
         lines.append("new %d %s" % (k, " ".join(repr(float(v)) for v in s)))
     lines.append("gp %r %r %r" % (float(sigma2), float(tau2), float(theta_ml)))
     G = sigma2 * M + tau2 * np.eye(n)
+    sk_f, sk_sd = sklearn_predictions(x, np.array(new_x), y, sigma2, tau2)
     for k, s in enumerate(news):
         ks = sigma2 * K(s)
         f = mean + ks @ np.linalg.solve(G, y - mean)
         err = np.sqrt(sigma2 + tau2 - ks @ np.linalg.solve(G, ks))
-        lines.append("gppred %d %r %r" % (k, float(f), float(err)))
+        assert np.isclose(sk_f[k], f, rtol=1e-10) and np.isclose(sk_sd[k], err, rtol=1e-10)
+        lines.append("gppred %d %r %r" % (k, float(sk_f[k]), float(sk_sd[k])))
     nugget, sill = 0.1, 1.5
     Cm = (sill - nugget) * M + nugget * np.eye(n)
     B = np.ones((n + 1, n + 1))

@@ -5,7 +5,8 @@ numpy for tests/smoothers/linear_smoother_test.cc.
 Run with /usr/bin/python3; writes smoother_refs.txt beside this script:
   x ...            the predictor (20 seeded values)
   y ...            the response, y = 1.5 + 0.8 x + noise
-  ols A B          numpy.polyfit(x, y, 1): intercept A, slope B
+  ols A B          numpy.linalg.lstsq on the design [1, x]: intercept A,
+                   slope B
   kernel h q f     Nadaraya-Watson with the Gaussian kernel
                    0.3989422804014327 exp(-u^2 / 2), u = (q - x_i) h, each
                    weight plus 2^-23, at the query q
@@ -31,7 +32,7 @@ def main():
     rng = np.random.default_rng(8)
     x = np.round(rng.uniform(0.0, 10.0, 20), 3)
     y = np.round(1.5 + 0.8 * x + rng.normal(0.0, 0.5, 20), 3)
-    slope, intercept = np.polyfit(x, y, 1)
+    (intercept, slope), *_ = np.linalg.lstsq(np.column_stack([np.ones_like(x), x]), y, rcond=None)
     lines = ["# written by make_smoother_refs.py with numpy %s" % np.__version__,
              "x " + " ".join(repr(float(v)) for v in x),
              "y " + " ".join(repr(float(v)) for v in y),
