@@ -134,8 +134,9 @@ ZqStatModelResult ZqGaussianProcessOnSimilarity::GetPredictedCenteredResponse(do
   double sumK = 0.0;
   for (Eigen::Index i = 0; i < n; ++i) {
     const double s = similarities.GetDouble(rows[i], 0);
-    // The bound is 1 here, though training admits a hair above it.
-    if (s > 1.0 || s < 0.0) {
+    // The bound is 1 here, though training admits a hair above it. Written
+    // as "not inside" so that a NaN is refused too.
+    if (!(s >= 0.0 && s <= 1.0)) {
       return ZqMakeFailedResult(F::MissingOrBadPredictorValue, routine,
                                 ZqMakeString("at row (", rows[i], ")", " similarity value = ", s));
     }

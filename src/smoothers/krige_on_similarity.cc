@@ -26,7 +26,7 @@ ZqStatModelResult CovarianceWithTraining(Eigen::VectorXd& c, double& sumK, const
   sumK = 0.0;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const double s = similarities.GetDouble(rows[i], 0);
-    if (s > kZqSimilarityOrigin || s < 0.0) {
+    if (!(s >= 0.0 && s <= kZqSimilarityOrigin)) {  // a NaN fails too
       return ZqMakeFailedResult(F::MissingOrBadPredictorValue, routine,
                                 ZqMakeString("at row (", rows[i], ")", " similarity value = ", s));
     }

@@ -27,7 +27,8 @@ ZqStatModelResult ZqSimilarityKernelMatrix(Eigen::MatrixXd& matrix, const ZqData
   for (Eigen::Index i = 0; i < n; ++i) {
     for (Eigen::Index j = 0; j < n; ++j) {
       const double s = similarities.GetDouble(rows[i], rows[j]);
-      if (s > kZqSimilarityOrigin || s < 0.0) {
+      // A NaN fails too rather than spread through the decomposition.
+      if (!(s >= 0.0 && s <= kZqSimilarityOrigin)) {
         return ZqMakeFailedResult(F::MissingOrBadPredictorValue, routine,
                                   ZqMakeString("at row, column (", i, ",", j, "),", " similarity value = ", s));
       }

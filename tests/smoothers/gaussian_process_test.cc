@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <map>
 #include <string>
 #include <vector>
@@ -135,6 +136,38 @@ TEST(KrigeOnSimilarity, FailuresLeaveTheModelInvalid) {
                                          Table(refs))
                 .GetTypeOfLinearSmootherOnSimilarity(),
             ZqLinearSmootherOnSimilarityType::GaussianProcess);
+}
+
+// A similarity that is not a number passes neither bound test as written;
+// it must be refused like one out of range, not spread through the fit.
+TEST(SimilarityModels, RefuseSimilaritiesThatAreNotNumbers) {
+  Refs refs = ReadRefs();
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  std::vector<double> query = refs.news[0];
+  query[4] = nan;
+  ZqGaussianProcessOnSimilarity gp(kGaussian, "sim", "y", Table(refs));
+  ZqKrigeOnSimilarity simple(kGaussian, "sim", "y", Table(refs));
+  ZqOrdinaryKrigeOnSimilarity ordinary(kGaussian, "sim", "y", Table(refs));
+  ASSERT_TRUE(gp.SetModelParams({2.0}).IsSuccessful());
+  ASSERT_TRUE(simple.SetModelParams({2.0, 0.1, 1.5}).IsSuccessful());
+  ASSERT_TRUE(ordinary.SetModelParams({2.0, 0.1, 1.5}).IsSuccessful());
+  double predicted, weight, error;
+  for (const ZqLinearSmootherOnSimilarityBase* model :
+       std::vector<const ZqLinearSmootherOnSimilarityBase*>{&gp, &simple, &ordinary}) {
+    const ZqStatModelResult refused = model->GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", query));
+    ASSERT_EQ(refused.GetFailureType(), F::MissingOrBadPredictorValue);
+    EXPECT_EQ(VarimoTest::Comments(refused).back(), "at row (4) similarity value = nan");
+  }
+
+  refs.packed[7] = nan;  // row 3, element 1
+  ZqGaussianProcessOnSimilarity badGp(kGaussian, "sim", "y", Table(refs));
+  ZqKrigeOnSimilarity badSimple(kGaussian, "sim", "y", Table(refs));
+  ZqOrdinaryKrigeOnSimilarity badOrdinary(kGaussian, "sim", "y", Table(refs));
+  for (const ZqStatModelResult& fit : {badGp.SetModelParams({2.0}), badSimple.SetModelParams({2.0, 0.1, 1.5}),
+                                       badOrdinary.SetModelParams({2.0, 0.1, 1.5})}) {
+    ASSERT_EQ(fit.GetFailureType(), F::MissingOrBadPredictorValue);
+    EXPECT_EQ(VarimoTest::Comments(fit).back(), "at row, column (1,3), similarity value = nan");
+  }
 }
 
 }  // namespace
