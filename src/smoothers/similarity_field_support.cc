@@ -1,5 +1,7 @@
 #include "similarity_field_support.h"
 
+#include <cmath>
+
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/foundations/value_conversion.h"
 #include "varimo/platform/corvane/strings.h"
@@ -49,7 +51,9 @@ ZqStatModelResult ZqTrainingResponses(Eigen::VectorXd& responses, const ZqDataTa
   std::vector<double> values;
   for (const ZqDataTableRow& row : table.GetRows()) {
     const double y = column.GetDouble(row.GetRowNumber(), 0);
-    if (y == VarimoBadData::BadIndexDouble || ZqIsMissingOrBad(y)) {
+    // A response that is not finite would turn the mean, and every fitted
+    // value with it, into a NaN behind a successful fit.
+    if (y == VarimoBadData::BadIndexDouble || ZqIsMissingOrBad(y) || !std::isfinite(y)) {
       return ZqMakeFailedResult(F::MissingOrBadResponseValue, routine,
                                 ZqMakeString("at row number(", row.GetRowNumber(), "),", " response value = ",
                                              ZqStringFromDouble(y)));

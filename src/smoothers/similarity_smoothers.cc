@@ -93,7 +93,7 @@ ZqStatModelResult ZqKernelRegressionOnSimilarity::GetPredictedResponse(double& p
       return ZqMakeFailedResult(F::ArgumentOutOfRange, routine,
                                 ZqMakeString("At row num (", r, ")", "; sim value = ", s));
     }
-    if (ZqIsMissingOrBad(y)) {
+    if (ZqIsMissingOrBad(y) || !std::isfinite(y)) {
       return ZqMakeFailedResult(F::ArgumentOutOfRange, routine,
                                 ZqMakeString("At row num ", r, ", response column value = ", y));
     }

@@ -168,6 +168,16 @@ TEST(SimilarityModels, RefuseSimilaritiesThatAreNotNumbers) {
     ASSERT_EQ(fit.GetFailureType(), F::MissingOrBadPredictorValue);
     EXPECT_EQ(VarimoTest::Comments(fit).back(), "at row, column (1,3), similarity value = nan");
   }
+
+  // A response that is not a number fails the fit as a bad one does.
+  Refs nanResponse = ReadRefs();
+  nanResponse.y[5] = nan;
+  ZqGaussianProcessOnSimilarity nanGp(kGaussian, "sim", "y", Table(nanResponse));
+  ZqKrigeOnSimilarity nanSimple(kGaussian, "sim", "y", Table(nanResponse));
+  for (const ZqStatModelResult& fit : {nanGp.SetModelParams({2.0}), nanSimple.SetModelParams({2.0, 0.1, 1.5})}) {
+    ASSERT_EQ(fit.GetFailureType(), F::MissingOrBadResponseValue);
+    EXPECT_EQ(VarimoTest::Comments(fit).back(), "at row number(5), response value = nan");
+  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <map>
 #include <string>
 #include <vector>
@@ -119,6 +120,17 @@ TEST(SimilaritySmoother, FailuresOfTablesAndSimilarities) {
   EXPECT_EQ(VarimoTest::Comments(refused), std::vector<std::string>{"At row num (3); sim value = 1"});
   high[3] = 1.0;
   EXPECT_TRUE(smoother.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high)).IsSuccessful());
+  // Neither a NaN similarity nor a NaN training response reaches the sums.
+  high[3] = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(VarimoTest::Comments(smoother.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high))),
+            std::vector<std::string>{"At row num (3); sim value = nan"});
+  high[3] = 1.0;
+  Refs nanResponse = refs;
+  nanResponse.y[6] = std::numeric_limits<double>::quiet_NaN();
+  ZqLinearSmootherOnSimilarity nanSmoother(T::KernelRegression, 1, "sim", "y", Table(nanResponse));
+  ASSERT_TRUE(nanSmoother.SetModelParams({2.0}).IsSuccessful());
+  EXPECT_EQ(VarimoTest::Comments(nanSmoother.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high))),
+            std::vector<std::string>{"At row num 6, response column value = nan"});
   // With all kernel values 0 the plain mean, each weight the floor.
   ZqLinearSmootherOnSimilarity box(T::KernelRegression, ZqSimilarityKernelType::BoxCar, "sim", "y", Table(refs));
   ASSERT_TRUE(box.SetModelParams({100.0}).IsSuccessful());
