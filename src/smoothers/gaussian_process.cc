@@ -7,15 +7,11 @@
 
 #include "similarity_field_support.h"
 #include "varimo/foundations/stats_data_types.h"
-#include "varimo/platform/corvane/strings.h"
-#include "varimo/tables/data_table_row.h"
 
 namespace Varimo {
 namespace {
 
 namespace F = ZqStatModelFailureType;
-using Corvane::ZqMakeString;
-constexpr double kBad = VarimoBadData::BadDouble;
 constexpr int kMaxSteps = 100;
 
 }  // namespace
@@ -126,24 +122,16 @@ ZqStatModelResult ZqGaussianProcessOnSimilarity::GetPredictedCenteredResponse(do
                                                                               double& estimatedError,
                                                                               const ZqDataTableCol& similarities) const {
   const char* routine = "ZqGaussianProcessOnSimilarity::GetPredictedCenteredResponse";
-  std::vector<std::uint64_t> rows;
-  for (const ZqDataTableRow& row : GetTrainingTable().GetRows()) rows.push_back(row.GetRowNumber());
-  const auto n = static_cast<Eigen::Index>(rows.size());
-  if (n != transformedResponse_.size()) return ZqMakeFailedResult(F::InternalLogicFailure, routine);
-  Eigen::VectorXd k(n);
-  double sumK = 0.0;
-  for (Eigen::Index i = 0; i < n; ++i) {
-    const double s = similarities.GetDouble(rows[i], 0);
-    // The bound is 1 here, though training admits a hair above it. Written
-    // as "not inside" so that a NaN is refused too.
-    if (!(s >= 0.0 && s <= 1.0)) {
-      return ZqMakeFailedResult(F::MissingOrBadPredictorValue, routine,
-                                ZqMakeString("at row (", rows[i], ")", " similarity value = ", s));
-    }
-    const double value = kernel_(s, params_[0]);
-    k(i) = signalVariance_ * value;
-    sumK += value;
+  const std::uint64_t n = GetTrainingTable().GetNumRows();
+  if (n != static_cast<std::uint64_t>(transformedResponse_.size())) {
+    return ZqMakeFailedResult(F::InternalLogicFailure, routine);
   }
+  Eigen::VectorXd k;
+  double sumK = 0.0;
+  // The bound is 1 here, though training admits a hair above it.
+  ZqStatModelResult result = ZqSimilarityKernelVector(k, sumK, GetTrainingTable(), similarities, kernel_, params_[0],
+                                                      signalVariance_, 1.0, routine);
+  if (result.NotSuccessful()) return result;
   averageWeight = sumK / static_cast<double>(n);
   const Eigen::VectorXd t = eigenvectors_ * k;
   const Eigen::ArrayXd d = signalVariance_ * eigenvalues_.array() + noiseVariance_;
@@ -156,17 +144,12 @@ ZqStatModelResult ZqGaussianProcessOnSimilarity::GetPredictedCenteredResponse(do
 ZqStatModelResult ZqGaussianProcessOnSimilarity::GetPredictedResponse(double& predicted, double& averageWeight,
                                                                       double& estimatedError,
                                                                       const ZqDataTableCol& similarities) const {
-  const char* routine = "ZqGaussianProcessOnSimilarity::GetPredictedResponse";
-  predicted = averageWeight = estimatedError = kBad;
-  ZqStatModelResult result = ZqCheckSimilarityColumn(similarities, routine);
-  if (result.NotSuccessful()) return result;
-  if (params_.empty()) return ZqMakeFailedResult(F::ObjectNotValid, routine, "Model Parameter vector is empty!");
-  result = GetPredictedCenteredResponse(predicted, averageWeight, estimatedError, similarities);
-  if (result.NotSuccessful()) {
-    result.AddCallContext(routine);
-    return result;
-  }
-  predicted += responseMean_;
+  ZqStatModelResult result =
+      ZqPredictWithChecks(predicted, averageWeight, estimatedError, similarities, !params_.empty(),
+                          "ZqGaussianProcessOnSimilarity::GetPredictedResponse", [&] {
+                            return GetPredictedCenteredResponse(predicted, averageWeight, estimatedError, similarities);
+                          });
+  if (result.IsSuccessful()) predicted += responseMean_;
   return result;
 }
 

@@ -6,36 +6,12 @@
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/smoothers/gaussian_process.h"
-#include "varimo/tables/data_table_row.h"
 
 namespace Varimo {
 namespace {
 
 namespace F = ZqStatModelFailureType;
 using Corvane::ZqMakeString;
-constexpr double kBad = VarimoBadData::BadDouble;
-
-// The covariances of a new item with the training rows (and the sum of its
-// kernel values), tested as the training similarities are.
-ZqStatModelResult CovarianceWithTraining(Eigen::VectorXd& c, double& sumK, const ZqDataTable& table,
-                                         const ZqDataTableCol& similarities, const ZqSimilarityKernel& kernel,
-                                         double param, double scale, const char* routine) {
-  std::vector<std::uint64_t> rows;
-  for (const ZqDataTableRow& row : table.GetRows()) rows.push_back(row.GetRowNumber());
-  c.resize(static_cast<Eigen::Index>(rows.size()));
-  sumK = 0.0;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const double s = similarities.GetDouble(rows[i], 0);
-    if (!(s >= 0.0 && s <= kZqSimilarityOrigin)) {  // a NaN fails too
-      return ZqMakeFailedResult(F::MissingOrBadPredictorValue, routine,
-                                ZqMakeString("at row (", rows[i], ")", " similarity value = ", s));
-    }
-    const double value = kernel(s, param);
-    c(static_cast<Eigen::Index>(i)) = scale * value;
-    sumK += value;
-  }
-  return ZqStatModelResult(true);
-}
 
 ZqStatModelResult NuggetAboveSill(double nugget, double sill, const char* routine) {
   return ZqMakeFailedResult(F::ArgumentOutOfRange, routine,
@@ -112,8 +88,8 @@ ZqStatModelResult ZqKrigeOnSimilarity::GetPredictedCenteredResponse(double& pred
   }
   Eigen::VectorXd c;
   double sumK = 0.0;
-  ZqStatModelResult result = CovarianceWithTraining(c, sumK, GetTrainingTable(), similarities, kernel_, params_[0],
-                                                    sill - nugget, routine);
+  ZqStatModelResult result = ZqSimilarityKernelVector(c, sumK, GetTrainingTable(), similarities, kernel_, params_[0],
+                                                      sill - nugget, kZqSimilarityOrigin, routine);
   if (result.NotSuccessful()) return result;
   averageWeight = c.size() > 0 ? sumK / static_cast<double>(c.size()) : 1.0;
   predicted = c.dot(transformedResponse_);
@@ -129,17 +105,12 @@ ZqStatModelResult ZqKrigeOnSimilarity::GetPredictedCenteredResponse(double& pred
 ZqStatModelResult ZqKrigeOnSimilarity::GetPredictedResponse(double& predicted, double& averageWeight,
                                                             double& estimatedError,
                                                             const ZqDataTableCol& similarities) const {
-  const char* routine = "ZqKrigeOnSimilarity::GetPredictedResponse";
-  predicted = averageWeight = estimatedError = kBad;
-  ZqStatModelResult result = ZqCheckSimilarityColumn(similarities, routine);
-  if (result.NotSuccessful()) return result;
-  if (params_.empty()) return ZqMakeFailedResult(F::ObjectNotValid, routine, "Model Parameter vector is empty!");
-  result = GetPredictedCenteredResponse(predicted, averageWeight, estimatedError, similarities);
-  if (result.NotSuccessful()) {
-    result.AddCallContext(routine);
-    return result;
-  }
-  predicted += responseMean_;
+  ZqStatModelResult result =
+      ZqPredictWithChecks(predicted, averageWeight, estimatedError, similarities, !params_.empty(),
+                          "ZqKrigeOnSimilarity::GetPredictedResponse", [&] {
+                            return GetPredictedCenteredResponse(predicted, averageWeight, estimatedError, similarities);
+                          });
+  if (result.IsSuccessful()) predicted += responseMean_;
   return result;
 }
 
@@ -210,8 +181,8 @@ ZqStatModelResult ZqOrdinaryKrigeOnSimilarity::GetPredictedResponseAndEstimatedE
   }
   Eigen::VectorXd c;
   double sumK = 0.0;
-  ZqStatModelResult result = CovarianceWithTraining(c, sumK, GetTrainingTable(), similarities, kernel_, params_[0],
-                                                    params_[2] - params_[1], routine);
+  ZqStatModelResult result = ZqSimilarityKernelVector(c, sumK, GetTrainingTable(), similarities, kernel_, params_[0],
+                                                      params_[2] - params_[1], kZqSimilarityOrigin, routine);
   if (result.NotSuccessful()) return result;
   Eigen::VectorXd bordered(c.size() + 1);
   bordered.head(c.size()) = c;
@@ -224,14 +195,9 @@ ZqStatModelResult ZqOrdinaryKrigeOnSimilarity::GetPredictedResponseAndEstimatedE
 ZqStatModelResult ZqOrdinaryKrigeOnSimilarity::GetPredictedResponse(double& predicted, double& averageWeight,
                                                                     double& estimatedError,
                                                                     const ZqDataTableCol& similarities) const {
-  const char* routine = "ZqOrdinaryKrigeOnSimilarity::GetPredictedResponse";
-  predicted = averageWeight = estimatedError = kBad;
-  ZqStatModelResult result = ZqCheckSimilarityColumn(similarities, routine);
-  if (result.NotSuccessful()) return result;
-  if (params_.empty()) return ZqMakeFailedResult(F::ObjectNotValid, routine, "Model Parameter vector is empty!");
-  result = GetPredictedResponseAndEstimatedErrors(predicted, averageWeight, similarities);
-  if (result.NotSuccessful()) result.AddCallContext(routine);
-  return result;
+  return ZqPredictWithChecks(predicted, averageWeight, estimatedError, similarities, !params_.empty(),
+                             "ZqOrdinaryKrigeOnSimilarity::GetPredictedResponse",
+                             [&] { return GetPredictedResponseAndEstimatedErrors(predicted, averageWeight, similarities); });
 }
 
 }  // namespace Varimo

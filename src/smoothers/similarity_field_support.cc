@@ -1,6 +1,8 @@
 #include "similarity_field_support.h"
 
 #include <cmath>
+#include <cstdint>
+#include <vector>
 
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/foundations/value_conversion.h"
@@ -38,6 +40,26 @@ ZqStatModelResult ZqSimilarityKernelMatrix(Eigen::MatrixXd& matrix, const ZqData
     }
   }
   return result;
+}
+
+ZqStatModelResult ZqSimilarityKernelVector(Eigen::VectorXd& values, double& sumK, const ZqDataTable& table,
+                                           const ZqDataTableCol& similarities, const ZqSimilarityKernel& kernel,
+                                           double param, double scale, double upperBound, const char* routine) {
+  std::vector<std::uint64_t> rows;
+  for (const ZqDataTableRow& row : table.GetRows()) rows.push_back(row.GetRowNumber());
+  values.resize(static_cast<Eigen::Index>(rows.size()));
+  sumK = 0.0;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const double s = similarities.GetDouble(rows[i], 0);
+    if (!(s >= 0.0 && s <= upperBound)) {
+      return ZqMakeFailedResult(F::MissingOrBadPredictorValue, routine,
+                                ZqMakeString("at row (", rows[i], ")", " similarity value = ", s));
+    }
+    const double value = kernel(s, param);
+    values(static_cast<Eigen::Index>(i)) = scale * value;
+    sumK += value;
+  }
+  return ZqStatModelResult(true);
 }
 
 ZqStatModelResult ZqTrainingResponses(Eigen::VectorXd& responses, const ZqDataTable& table,
