@@ -1,12 +1,11 @@
 // The matrix helpers of partial least squares.
-#include <Eigen/SVD>
-
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 
 #include "varimo/latent/plskrige.h"
+#include "varimo/numerics/dense_algebra.h"
 
 namespace Varimo {
 
@@ -38,11 +37,14 @@ ZqPLSMatrix Zscore(const ZqPLSMatrix& m) {
 double Matrix_Norm(const ZqPLSMatrix& m) { return m.rows() == 0 ? 0.0 : m.norm(); }
 
 ZqPLSMatrix pinv(const ZqPLSMatrix& m) {
-  const Eigen::JacobiSVD<ZqPLSMatrix> svd(m, Eigen::ComputeThinU | Eigen::ComputeThinV);
+  ZqPLSMatrix u, v;
+  ZqPLSVector singular;
+  // Not converging leaves NaN in the answer, as an infinite value would.
+  if (!ZqThinSvd(m, u, singular, v)) return ZqPLSMatrix::Constant(m.cols(), m.rows(), std::nan(""));
   // No threshold: the weights come from P'W, which is square and of full
   // rank for the latent vectors NIPALS finds.
-  const ZqPLSVector inverted = svd.singularValues().cwiseInverse();
-  return svd.matrixV() * inverted.asDiagonal() * svd.matrixU().transpose();
+  const ZqPLSVector inverted = singular.cwiseInverse();
+  return v * inverted.asDiagonal() * u.transpose();
 }
 
 void RemoveRow(const ZqPLSMatrix& m, unsigned long row, ZqPLSMatrix& out) {

@@ -4,6 +4,7 @@
 #include "varimo/smoothers/gaussian_process.h"
 
 #include <cmath>
+#include <utility>
 
 #include "similarity_field_support.h"
 #include "varimo/foundations/stats_data_types.h"
@@ -57,10 +58,15 @@ ZqStatModelResult ZqGaussianProcessOnSimilarity::GetTrainingSetEigenDecompositio
   ZqStatModelResult result =
       ZqSimilarityKernelMatrix(kernel, GetTrainingTable(), GetPredictorName(), kernel_, params_[0], 1.0, routine);
   if (result.NotSuccessful()) return result;
-  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(kernel);
-  eigenvectors_ = solver.eigenvectors().transpose();
+  if (!ZqSymmetricEigenInPlace(kernel, eigenvalues_)) {
+    return ZqMakeFailedResult(F::SingularScaleOrCovariance, routine,
+                              "the eigen decomposition of the kernel matrix did not converge");
+  }
+  // In place: the eigenvectors replaced the kernel matrix.
+  kernel.transposeInPlace();
+  eigenvectors_ = std::move(kernel);
   // A compact kernel need not give a positive definite matrix.
-  eigenvalues_ = solver.eigenvalues().cwiseMax(0.0);
+  eigenvalues_ = eigenvalues_.cwiseMax(0.0);
   return result;
 }
 

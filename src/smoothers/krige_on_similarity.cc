@@ -1,6 +1,7 @@
 // Simple and ordinary kriging on a similarity matrix with a given nugget
 // and sill: covariance (sill - nugget) K(s), the nugget on the diagonal.
 #include <cmath>
+#include <utility>
 
 #include "similarity_field_support.h"
 #include "varimo/foundations/stats_data_types.h"
@@ -54,8 +55,7 @@ ZqStatModelResult ZqKrigeOnSimilarity::SetModelParams(const std::vector<double>&
                                     sill - nugget, "ZqKrigeOnSimilarity::GetTrainingSetLLTDecomposition");
   if (result.IsSuccessful()) {
     covariance.diagonal().array() += nugget;
-    decomposition_.compute(covariance);
-    if (decomposition_.info() != Eigen::Success) {
+    if (!decomposition_.Compute(covariance)) {
       result = ZqMakeFailedResult(F::SingularScaleOrCovariance, "ZqKrigeOnSimilarity::GetTrainingSetLLTDecomposition",
                                   "eigen ldlt.info() reports a numerical issue");
     }
@@ -67,7 +67,7 @@ ZqStatModelResult ZqKrigeOnSimilarity::SetModelParams(const std::vector<double>&
     if (result.IsSuccessful()) {
       responseMean_ = y.size() > 0 ? y.mean() : 0.0;
       transformedResponse_ = (y.array() - responseMean_).matrix();
-      decomposition_.solveInPlace(transformedResponse_);
+      decomposition_.SolveInPlace(transformedResponse_);
     }
   }
   if (result.NotSuccessful()) {
@@ -83,7 +83,7 @@ ZqStatModelResult ZqKrigeOnSimilarity::GetPredictedCenteredResponse(double& pred
                                                                     const ZqDataTableCol& similarities) const {
   const char* routine = "ZqKrigeOnSimilarity::GetPredictedCenteredResponse";
   const double nugget = params_[1], sill = params_[2];
-  if (GetTrainingTable().GetNumRows() != static_cast<std::uint64_t>(decomposition_.rows())) {
+  if (GetTrainingTable().GetNumRows() != static_cast<std::uint64_t>(decomposition_.Order())) {
     return ZqMakeFailedResult(F::InternalLogicFailure, routine);
   }
   Eigen::VectorXd c;
@@ -93,10 +93,11 @@ ZqStatModelResult ZqKrigeOnSimilarity::GetPredictedCenteredResponse(double& pred
   if (result.NotSuccessful()) return result;
   averageWeight = c.size() > 0 ? sumK / static_cast<double>(c.size()) : 1.0;
   predicted = c.dot(transformedResponse_);
-  const Eigen::VectorXd w = decomposition_.solve(c);
-  if (decomposition_.info() != Eigen::Success) {
+  if (!decomposition_.Valid()) {
     return ZqMakeFailedResult(F::SingularScaleOrCovariance, routine, "eigen ldlt.info() reports a numerical issue");
   }
+  Eigen::VectorXd w = c;
+  decomposition_.SolveInPlace(w);
   // No clamping: a difference below zero by rounding gives NaN.
   estimatedError = std::sqrt(sill - c.dot(w));
   return result;
@@ -144,8 +145,7 @@ ZqStatModelResult ZqOrdinaryKrigeOnSimilarity::SetModelParams(const std::vector<
     bordered.topLeftCorner(n, n) = covariance;
     bordered.topLeftCorner(n, n).diagonal().array() += nugget;
     bordered(n, n) = 0.0;
-    decomposition_.compute(bordered);
-    if (decomposition_.info() != Eigen::Success) {
+    if (!decomposition_.Compute(std::move(bordered))) {
       result = ZqMakeFailedResult(F::SingularScaleOrCovariance,
                                   "ZqOrdinaryKrigeOnSimilarity::GetTrainingSetLDLTDecomposition",
                                   "eigen ldlt.info() reports a numerical issue");
@@ -158,8 +158,8 @@ ZqStatModelResult ZqOrdinaryKrigeOnSimilarity::SetModelParams(const std::vector<
     if (result.IsSuccessful()) {
       Eigen::VectorXd rhs = Eigen::VectorXd::Zero(y.size() + 1);
       rhs.head(y.size()) = y;
-      transformedResponse_ = decomposition_.solve(rhs);
-      if (decomposition_.info() != Eigen::Success) {
+      transformedResponse_ = decomposition_.Solve(rhs);
+      if (!transformedResponse_.allFinite()) {
         result = ZqMakeFailedResult(F::SingularScaleOrCovariance, responseRoutine,
                                     "eigen llt.info() reports a numerical issue");
       }
@@ -176,7 +176,7 @@ ZqStatModelResult ZqOrdinaryKrigeOnSimilarity::GetPredictedResponseAndEstimatedE
     double& predicted, double& averageWeight, const ZqDataTableCol& similarities) const {
   // Reported under the simple kriging's name, as it always has been.
   const char* routine = "ZqKrigeOnSimilarity::GetPredictedCenteredResponse";
-  if (GetTrainingTable().GetNumRows() + 1 != static_cast<std::uint64_t>(decomposition_.rows())) {
+  if (GetTrainingTable().GetNumRows() + 1 != static_cast<std::uint64_t>(decomposition_.Order())) {
     return ZqMakeFailedResult(F::InternalLogicFailure, routine);
   }
   Eigen::VectorXd c;

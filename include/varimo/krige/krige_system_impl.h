@@ -4,7 +4,6 @@
 // filling of a result.
 #pragma once
 
-#include <Eigen/Cholesky>
 #include <Eigen/Core>
 
 #include <cmath>
@@ -13,26 +12,26 @@
 
 #include "varimo/krige/krige_result.h"
 #include "varimo/krige/training_container_impl.h"
+#include "varimo/numerics/dense_algebra.h"
 
 namespace Varimo::krige_detail {
 
-// Factorises the covariance matrix of the container's unique elements in
-// place into its upper Cholesky factor U (C = U' U). Only the upper triangle
-// is filled: its column u is row u of the distance table, so that both are
-// walked in storage order. The storage of `factor` is kept from one kernel
-// to the next. False when the matrix is not positive definite for this
-// kernel, and also when an entry is not finite, which the factorisation
-// would pass through as NaN.
+// Factorises the covariance matrix of the container's unique elements into
+// its upper Cholesky factor U (C = U' U). Only the upper triangle is filled:
+// its column u is row u of the distance table, so that both are walked in
+// storage order. The storage of `factor` is kept from one kernel to the
+// next. False when the matrix is not positive definite for this kernel, and
+// also when an entry is not finite.
 template <class T, class TT>
 bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const ZqKrigeKernelBase& kernel,
-                      Eigen::MatrixXd& factor) {
+                      ZqCholeskyFactor& factor) {
   const auto n = static_cast<Eigen::Index>(container.GetNumUnique());
-  factor.resize(n, n);
+  factor.Reset(n);
   const double sill = kernel.GetSill();
   const double diagonal = sill - kernel.GetValue(0.0);
   bool finite = std::isfinite(diagonal);
   for (Eigen::Index u = 0; u < n; ++u) {
-    double* column = factor.col(u).data();
+    const ZqCholeskyFactor::Column column = factor.UpperColumn(u);
     for (Eigen::Index v = 0; v < u; ++v) {
       column[v] = sill - kernel.GetValue(container.GetUniqueDistance(static_cast<std::size_t>(u),
                                                                      static_cast<std::size_t>(v)));
@@ -40,27 +39,7 @@ bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const Zq
     }
     column[u] = diagonal;
   }
-  if (!finite) return false;
-  Eigen::LLT<Eigen::Ref<Eigen::MatrixXd>, Eigen::Upper> llt(factor);
-  return llt.info() == Eigen::Success;
-}
-
-// Solves U' x = b in place: x = L^-1 b for the lower factor L = U'.
-inline void WhitenInPlace(const Eigen::MatrixXd& factor, Eigen::Ref<Eigen::MatrixXd> b) {
-  factor.triangularView<Eigen::Upper>().transpose().solveInPlace(b);
-}
-
-// Solves C x = b in place with the upper factor of C.
-inline void SolveWithFactor(const Eigen::MatrixXd& factor, Eigen::Ref<Eigen::MatrixXd> b) {
-  WhitenInPlace(factor, b);
-  factor.triangularView<Eigen::Upper>().solveInPlace(b);
-}
-
-// The same for one right-hand side, through Eigen's matrix-vector solves,
-// which run about twice as fast as the blocked path on a single column.
-inline void SolveWithFactor(const Eigen::MatrixXd& factor, Eigen::VectorXd& b) {
-  factor.triangularView<Eigen::Upper>().transpose().solveInPlace(b);
-  factor.triangularView<Eigen::Upper>().solveInPlace(b);
+  return finite && factor.Factorise();
 }
 
 // The covariances sill - kernel(d_i) between a query and each unique

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "varimo/krige/standard_krige.h"
+#include "varimo/numerics/dense_algebra.h"
 
 namespace Varimo {
 
@@ -38,7 +39,7 @@ class ZqOrdinaryKrige final : public ZqStandardKrigeImpl<T, TT> {
   void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const override;
 
  private:
-  Eigen::MatrixXd cholesky_;  // upper factor U of the covariance matrix C = U' U
+  ZqCholeskyFactor cholesky_;  // upper factor U of the covariance matrix C = U' U
   std::vector<double> uniqueResponses_;  // raw
   Eigen::VectorXd unitSolve_;  // z = C^-1 1
   double unitSum_ = 0.0;  // 1' z

@@ -12,7 +12,7 @@ namespace Varimo {
 
 template <class T, class TT>
 void ZqOrdinaryKrige<T, TT>::Clear() {
-  cholesky_.resize(0, 0);
+  cholesky_.Clear();
   uniqueResponses_.clear();
   unitSolve_.resize(0);
   unitSum_ = 0.0;
@@ -35,11 +35,12 @@ bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const C
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
 
   whitenedUnit_ = Eigen::VectorXd::Ones(size);
-  krige_detail::WhitenInPlace(cholesky_, whitenedUnit_);
+  cholesky_.WhitenInPlace(whitenedUnit_);
   unitSum_ = whitenedUnit_.squaredNorm();
-  unitSolve_ = cholesky_.triangularView<Eigen::Upper>().solve(whitenedUnit_);
+  unitSolve_ = whitenedUnit_;
+  cholesky_.BackSolveInPlace(unitSolve_);
   whitenedResponses_ = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size);
-  krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
+  cholesky_.WhitenInPlace(whitenedResponses_);
   // The Schur complement 1' C^-1 1 of the bordered matrix; positive for a
   // positive definite C unless rounding has destroyed it.
   return unitSum_ > 0.0 && std::isfinite(unitSum_);
@@ -49,14 +50,14 @@ template <class T, class TT>
 ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
                                                      const Container& container) const {
   const std::size_t n = container.GetNumUnique();
-  if (uniqueResponses_.size() != n || static_cast<std::size_t>(cholesky_.rows()) != n) return ZqKrigeResult();
+  if (uniqueResponses_.size() != n || static_cast<std::size_t>(cholesky_.Order()) != n) return ZqKrigeResult();
   std::vector<double> distances;
   Eigen::VectorXd weights = krige_detail::QueryCovariances(element, kernel, container, distances);
   const std::size_t under = krige_detail::ElementUnderQuery(weights.data(), kernel, container);
   if (under < n) {
     weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
   } else {
-    krige_detail::SolveWithFactor(cholesky_, weights);
+    cholesky_.SolveInPlace(weights);
     // The Lagrange multiplier that makes the weights sum to one.
     const double multiplier = (weights.sum() - 1.0) / unitSum_;
     weights -= multiplier * unitSolve_;
@@ -85,7 +86,7 @@ void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
     const std::vector<std::size_t> under = krige_detail::ElementsUnderQueries(block, kernel, container);
-    krige_detail::WhitenInPlace(cholesky_, block);
+    cholesky_.WhitenInPlace(block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const double unitQuery = whitenedUnit_.dot(column);

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "varimo/krige/standard_krige.h"
+#include "varimo/numerics/dense_algebra.h"
 
 namespace Varimo {
 
@@ -44,7 +45,7 @@ class ZqSimpleKrige final : public ZqStandardKrigeImpl<T, TT> {
   void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const override;
 
  private:
-  Eigen::MatrixXd cholesky_;  // upper factor U of the covariance matrix C = U' U
+  ZqCholeskyFactor cholesky_;  // upper factor U of the covariance matrix C = U' U
   std::vector<double> uniqueResponses_;  // minus mean_
   double mean_ = 0.0;
   Eigen::VectorXd whitenedResponses_;  // L^-1 uniqueResponses_, for batches

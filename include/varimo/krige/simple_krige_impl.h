@@ -13,7 +13,7 @@ namespace Varimo {
 
 template <class T, class TT>
 void ZqSimpleKrige<T, TT>::Clear() {
-  cholesky_.resize(0, 0);
+  cholesky_.Clear();
   uniqueResponses_.clear();
   mean_ = 0.0;
   whitenedResponses_.resize(0);
@@ -33,7 +33,7 @@ bool ZqSimpleKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const Con
   mean_ = std::accumulate(uniqueResponses_.begin(), uniqueResponses_.end(), 0.0) / static_cast<double>(n);
   for (double& response : uniqueResponses_) response -= mean_;
   whitenedResponses_ = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), static_cast<Eigen::Index>(n));
-  krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
+  cholesky_.WhitenInPlace(whitenedResponses_);
   return true;
 }
 
@@ -41,14 +41,14 @@ template <class T, class TT>
 ZqKrigeResult ZqSimpleKrige<T, TT>::GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
                                                    const Container& container) const {
   const std::size_t n = container.GetNumUnique();
-  if (uniqueResponses_.size() != n || static_cast<std::size_t>(cholesky_.rows()) != n) return ZqKrigeResult();
+  if (uniqueResponses_.size() != n || static_cast<std::size_t>(cholesky_.Order()) != n) return ZqKrigeResult();
   std::vector<double> distances;
   Eigen::VectorXd weights = krige_detail::QueryCovariances(element, kernel, container, distances);
   const std::size_t under = krige_detail::ElementUnderQuery(weights.data(), kernel, container);
   if (under < n) {
     weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
   } else {
-    krige_detail::SolveWithFactor(cholesky_, weights);
+    cholesky_.SolveInPlace(weights);
   }
   // A NaN distance from the functor would otherwise pass as a prediction.
   if (!weights.allFinite()) return ZqKrigeResult();
@@ -75,7 +75,7 @@ void ZqSimpleKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, 
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
     const std::vector<std::size_t> under = krige_detail::ElementsUnderQueries(block, kernel, container);
-    krige_detail::WhitenInPlace(cholesky_, block);
+    cholesky_.WhitenInPlace(block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const bool onElement = under[q] < uniqueResponses_.size();

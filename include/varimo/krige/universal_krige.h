@@ -16,8 +16,8 @@
 //
 // A training element or query without the properties is refused. Training
 // costs one Cholesky factorisation of C per kernel tried, to refuse kernels
-// that are not positive definite, and one LDLT factorisation of the
-// bordered matrix, which is indefinite; a query one solve and n distance
+// that are not positive definite, and one symmetric indefinite (LDL')
+// factorisation of the bordered matrix; a query one solve and n distance
 // calls.
 #pragma once
 
@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "varimo/krige/standard_krige.h"
+#include "varimo/numerics/dense_algebra.h"
 
 namespace Varimo {
 
@@ -60,9 +61,7 @@ class ZqUniversalKrige final : public ZqStandardKrigeImpl<T, TT> {
                                const Container& container) const override;
 
  private:
-  // Behind a pointer (Eigen/Core declares the class), so that users of this
-  // header do not compile Eigen's LDLT.
-  std::unique_ptr<Eigen::LDLT<Eigen::MatrixXd>> ldlt_;
+  std::unique_ptr<ZqSymmetricIndefiniteFactor> ldlt_;
   std::vector<double> uniqueResponses_;  // raw
 };
 

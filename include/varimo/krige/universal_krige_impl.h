@@ -1,9 +1,8 @@
 // Definitions of ZqUniversalKrige.
 #pragma once
 
-#include <Eigen/Cholesky>
-
 #include <memory>
+#include <utility>
 
 #include "varimo/krige/krige_system_impl.h"
 #include "varimo/krige/standard_krige_impl.h"
@@ -17,18 +16,18 @@ ZqUniversalKrige<T, TT>::ZqUniversalKrige(const ZqKrigeDistanceFxn<T>& distFxn, 
                                           double errorValue, unsigned int missingIDValue, bool includeUnmeasured,
                                           unsigned int uniqueResponseMethod)
     : Base(distFxn, propFxn, errorValue, missingIDValue, includeUnmeasured, uniqueResponseMethod),
-      ldlt_(std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>()) {}
+      ldlt_(std::make_unique<ZqSymmetricIndefiniteFactor>()) {}
 
 template <class T, class TT>
 ZqUniversalKrige<T, TT>::ZqUniversalKrige(const Container& container, double errorValue, unsigned int missingIDValue,
                                           bool includeUnmeasured)
     : Base(container, errorValue, missingIDValue, includeUnmeasured),
-      ldlt_(std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>()) {}
+      ldlt_(std::make_unique<ZqSymmetricIndefiniteFactor>()) {}
 
 template <class T, class TT>
 ZqUniversalKrige<T, TT>::ZqUniversalKrige(const ZqUniversalKrige& other)
     : Base(other),
-      ldlt_(std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>(*other.ldlt_)),
+      ldlt_(std::make_unique<ZqSymmetricIndefiniteFactor>(*other.ldlt_)),
       uniqueResponses_(other.uniqueResponses_) {}
 
 template <class T, class TT>
@@ -36,7 +35,7 @@ ZqUniversalKrige<T, TT>::~ZqUniversalKrige() = default;
 
 template <class T, class TT>
 void ZqUniversalKrige<T, TT>::Clear() {
-  ldlt_ = std::make_unique<Eigen::LDLT<Eigen::MatrixXd>>();
+  ldlt_ = std::make_unique<ZqSymmetricIndefiniteFactor>();
   uniqueResponses_.clear();
   Base::Clear();
 }
@@ -55,7 +54,7 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
   if (!ZqFillCovarianceMatrix(system, container, kernel)) return false;
   // The kernel is refused on the covariance block alone: the bordered
   // matrix is indefinite by construction.
-  if (!system.allFinite() || Eigen::LLT<Eigen::MatrixXd>(system).info() != Eigen::Success) return false;
+  if (!ZqCholeskyFactor().Compute(system)) return false;
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
 
@@ -70,8 +69,7 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
       system(row, i) = system(i, row) = properties[k];
     }
   }
-  ldlt_->compute(system);
-  return ldlt_->info() == Eigen::Success;
+  return ldlt_->Compute(std::move(system));
 }
 
 template <class T, class TT>
@@ -91,7 +89,7 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   rightHand(size) = 1.0;
   for (std::size_t k = 0; k < m; ++k)
     rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
-  if (ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHand.size()) return ZqKrigeResult();
+  if (!ldlt_->Valid() || ldlt_->Order() != rightHand.size()) return ZqKrigeResult();
   Eigen::VectorXd weights;
   const std::size_t under = krige_detail::ElementUnderQuery(rightHand.data(), kernel, container);
   if (under < n && rightHand.tail(static_cast<Eigen::Index>(m)) ==
@@ -101,7 +99,7 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
     // the system exactly.
     weights = Eigen::VectorXd::Unit(rightHand.size(), static_cast<Eigen::Index>(under));
   } else {
-    weights = ldlt_->solve(rightHand);
+    weights = ldlt_->Solve(rightHand);
   }
   for (Eigen::Index i = 0; i < weights.size(); ++i) {
     if (Tessik::ZqIsNaN(weights(i))) {

@@ -11,8 +11,9 @@
 // The fit happens in SetModelParams, cubic in the number of rows.
 #pragma once
 
-#include <Eigen/Dense>
+#include <Eigen/Core>
 
+#include "varimo/numerics/dense_algebra.h"
 #include "varimo/smoothers/similarity_smoother.h"
 
 namespace Varimo {
@@ -82,7 +83,7 @@ class ZqKrigeOnSimilarity final : public ZqLinearSmootherOnSimilarityBase {
   ZqSimilarityKernel kernel_;
   std::vector<double> params_;
   std::vector<std::string> paramNames_;
-  Eigen::LLT<Eigen::MatrixXd> decomposition_;
+  ZqCholeskyFactor decomposition_;
   double responseMean_ = 0.0;
   Eigen::VectorXd transformedResponse_;
 };
@@ -112,7 +113,7 @@ class ZqOrdinaryKrigeOnSimilarity final : public ZqLinearSmootherOnSimilarityBas
   ZqSimilarityKernel kernel_;
   std::vector<double> params_;
   std::vector<std::string> paramNames_;
-  Eigen::LDLT<Eigen::MatrixXd> decomposition_;
+  ZqSymmetricIndefiniteFactor decomposition_;
   Eigen::VectorXd transformedResponse_;
 };
 
