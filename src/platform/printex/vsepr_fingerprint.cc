@@ -66,13 +66,15 @@ VARIMO_POPCNT_CLONES std::uint32_t CommonBits(const std::uint64_t* a, const std:
   return sum;
 }
 
-// The byte weights of the molecule's features that `select` takes.
+// The byte weights of the molecule's features that `select` takes; with
+// `members`, the features carry their atoms and bonds for `select` to look at.
 template <class Select>
-std::vector<std::uint8_t> FeatureBytes(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options, Select select) {
+std::vector<std::uint8_t> FeatureBytes(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options, bool members,
+                                       Select select) {
   std::vector<std::uint8_t> bytes(kBins, 0);
-  for (const ZqVseprFeature& feature : ZqFindVseprFeatures(mol.GetGraph().mol, options)) {
+  ZqVisitVseprFeatures(mol.GetGraph().mol, options, members, [&](const ZqVseprFeature& feature) {
     if (select(feature)) Mark(bytes, feature);
-  }
+  });
   return bytes;
 }
 
@@ -112,7 +114,7 @@ bool ZqVseprFingerprint::Setup(const Molkit::ZqMolBase& mol, const ZqVseprOption
     SetBytes({}, options);
     return false;
   }
-  SetBytes(FeatureBytes(mol, options, [](const ZqVseprFeature&) { return true; }), options);
+  SetBytes(FeatureBytes(mol, options, false, [](const ZqVseprFeature&) { return true; }), options);
   return true;
 }
 
@@ -122,7 +124,7 @@ bool ZqVseprFingerprint::Setup(const Molkit::ZqAtomBase& atom, const ZqVseprOpti
     return false;
   }
   const int index = static_cast<int>(atom.GetIdx());
-  SetBytes(FeatureBytes(atom.GetParent(), options,
+  SetBytes(FeatureBytes(atom.GetParent(), options, true,
                        [index](const ZqVseprFeature& path) {
                          return std::find(path.atoms.begin(), path.atoms.end(), index) != path.atoms.end();
                        }),
@@ -138,7 +140,7 @@ bool ZqVseprFingerprint::Setup(const Molkit::ZqBondBase& bond, const ZqVseprOpti
     return false;
   }
   const int index = static_cast<int>(bond.GetIdx());
-  SetBytes(FeatureBytes(mol, options,
+  SetBytes(FeatureBytes(mol, options, true,
                        [index](const ZqVseprFeature& path) {
                          return std::find(path.bonds.begin(), path.bonds.end(), index) != path.bonds.end();
                        }),
@@ -238,9 +240,9 @@ std::vector<ZqVseprFingerprint> ZqMakeVseprAtomFingerprints(const Molkit::ZqMolB
                                                             const ZqVseprOptions& options) {
   std::vector<ZqVseprFingerprint> atoms(mol.GetNumAtoms());
   std::vector<std::vector<std::uint8_t>> bytes(mol.GetNumAtoms(), std::vector<std::uint8_t>(kBins, 0));
-  for (const ZqVseprFeature& feature : ZqFindVseprFeatures(mol.GetGraph().mol, options)) {
-    for (int atom : feature.atoms) Mark(bytes[atom], feature);
-  }
+  ZqVisitVseprFeatures(mol.GetGraph().mol, options, true, [&](const ZqVseprFeature& feature) {
+    for (int atom : feature.atoms) Mark(bytes[static_cast<std::size_t>(atom)], feature);
+  });
   for (std::size_t a = 0; a < atoms.size(); ++a) atoms[a].SetBytes(std::move(bytes[a]), options);
   return atoms;
 }
