@@ -14,15 +14,17 @@ Timed (median of 3 runs each):
          ZqCalculateAUC(actives, decoys, true).
   peer   DBSCAN(eps=1.0, min_samples=10) on the points, the closest density
          clustering scikit-learn has (another method: a scale, not a race),
-         also with the neighbour search it needs; roc_auc_score.
-Prints the times, ours / peer, and the clusters each finds.
+         also with the neighbour search it needs; roc_auc_score; in a
+         process on OpenBLAS.
+Prints the BLAS of each side, the times, ours / peer, and the clusters each
+finds.
 """
 import os
 import sys
 import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-from peer_timing import run_benchmark, timed  # noqa: E402
+from peer_timing import PeerProcess, print_blas, run_benchmark, timed_call  # noqa: E402
 
 import numpy as np
 from sklearn.cluster import DBSCAN
@@ -43,6 +45,10 @@ def make_data():
     return points, lists.astype(np.uint32), actives, decoys
 
 
+def dbscan(points):
+    return DBSCAN(eps=1.0, min_samples=10).fit(points).labels_
+
+
 def main(program):
     points, lists, actives, decoys = make_data()
     with tempfile.TemporaryDirectory() as tmp:
@@ -51,15 +57,17 @@ def main(program):
         runs = run_benchmark(program, "cluster_data", tmp)
     ours = {name: b["real_time"] / 1e3 for name, b in runs.items()}
     snn_clusters = runs["BM_SNNCluster"]["clusters"]
-    labels = DBSCAN(eps=1.0, min_samples=10).fit(points).labels_
     y = np.r_[np.ones(2000), np.zeros(2000)]
     s = np.r_[actives, decoys]
-    rows = [("BM_SNNCluster", "DBSCAN(eps 1, min 10)", lambda: DBSCAN(eps=1.0, min_samples=10).fit(points)),
-            ("BM_AUCFromScores", "roc_auc_score", lambda: roc_auc_score(y, s))]
-    print("%-18s %10s  %-24s %10s %8s" % ("ours", "s", "peer", "s", "ratio"))
-    for name, label, call in rows:
-        theirs = timed(call)
-        print("%-18s %10.5f  %-24s %10.5f %8.2f" % (name[3:], ours[name], label, theirs, ours[name] / theirs))
+    rows = [("BM_SNNCluster", "DBSCAN(eps 1, min 10)", dbscan, (points,)),
+            ("BM_AUCFromScores", "roc_auc_score", roc_auc_score, (y, s))]
+    with PeerProcess("openblas") as peer:
+        print_blas(run_benchmark.last_context.get("dense_backend", "not reported"), {"scikit-learn": peer})
+        labels = peer.call(dbscan, points)
+        print("%-18s %10s  %-24s %10s %8s" % ("ours", "s", "peer", "s", "ratio"))
+        for name, label, function, arguments in rows:
+            theirs = peer.call(timed_call, function, arguments)
+            print("%-18s %10.5f  %-24s %10.5f %8.2f" % (name[3:], ours[name], label, theirs, ours[name] / theirs))
     print("clusters: SNN %d, DBSCAN %d" % (snn_clusters, len(set(labels)) - (1 if -1 in labels else 0)))
 
 

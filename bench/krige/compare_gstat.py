@@ -13,7 +13,10 @@ nugget 0 (gstat: vgm(1, "Sph", 10); ours: ZqKrigeKernel Spherical).
 Timed, the median of R runs (default 3):
   ours  BM_LocalOrdinaryQueries/N/tree:1, the 1000 queries (k-d tree)
   peer  krige(z ~ 1, train, queries, model, nmax = 100) in gstat, timed
-        inside R around the krige() call alone
+        inside R around the krige() call alone; R runs on OpenBLAS (its
+        libblas.so.3 and liblapack.so.3 taken from OpenBLAS's folder through
+        LD_LIBRARY_PATH, as the Python peers of the other scripts), and
+        prints the BLAS and LAPACK it loaded
 Checked: our predictions against gstat's, elementwise |ours - gstat| / |gstat|,
 limit 1e-8 (the neighbourhoods agree: continuous random points have no tied
 distances). Variances are not compared: gstat's include the Lagrange
@@ -21,10 +24,14 @@ multiplier, ours are sill - w'b. Exits with status 1 when a check fails.
 """
 import argparse
 import json
+import os
 import statistics
 import subprocess
 import sys
 import tempfile
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import BLAS_FOLDERS  # noqa: E402
 
 import numpy as np
 
@@ -44,6 +51,7 @@ for (r in seq_len(as.integer(args[4]))) {
   times <- c(times, t[["elapsed"]])
 }
 write.csv(data.frame(prediction = k$var1.pred), args[3], row.names = FALSE)
+cat("BLAS", extSoftVersion()[["BLAS"]], "LAPACK", La_library(), "\n")
 cat(median(times), "\n")
 """
 
@@ -53,8 +61,10 @@ def ours_seconds(program, size, repeats):
         [program, f"--benchmark_filter=BM_LocalOrdinaryQueries/N:{size}/tree:1/",
          f"--benchmark_repetitions={repeats}", "--benchmark_format=json"],
         check=True, capture_output=True, text=True)
-    runs = [b["real_time"] for b in json.loads(result.stdout)["benchmarks"] if b.get("run_type") == "iteration"]
-    return statistics.median(runs) / 1000.0  # milliseconds to seconds
+    report = json.loads(result.stdout)
+    runs = [b["real_time"] for b in report["benchmarks"] if b.get("run_type") == "iteration"]
+    # milliseconds to seconds
+    return statistics.median(runs) / 1000.0, report["context"].get("dense_backend", "not reported")
 
 
 def main():
@@ -71,9 +81,13 @@ def main():
         for size in SIZES:
             r = subprocess.run(["Rscript", "-e", R_SCRIPT, f"{scratch}/train_{size}.csv", f"{scratch}/queries.csv",
                                 f"{scratch}/gstat_{size}.csv", str(args.repeats)],
-                               check=True, capture_output=True, text=True)
+                               check=True, capture_output=True, text=True,
+                               env=dict(os.environ, LD_LIBRARY_PATH=BLAS_FOLDERS["openblas"]))
             peer = float(r.stdout.split()[-1])
-            ours = ours_seconds(args.program, size, args.repeats)
+            ours, blas = ours_seconds(args.program, size, args.repeats)
+            if size == SIZES[0]:
+                print("BLAS, ours: " + blas)
+                print("BLAS, gstat: " + r.stdout.strip().splitlines()[0])
             mine = np.loadtxt(f"{scratch}/ours_{size}.csv", skiprows=1)
             theirs = np.loadtxt(f"{scratch}/gstat_{size}.csv", skiprows=1, delimiter=",")
             diff = float(np.max(np.abs(mine - theirs) / np.abs(theirs)))

@@ -3,15 +3,20 @@
 on 10^4 and 10^5 points: ours (varimo_mixture_bench) beside scikit-learn's
 BayesianGaussianMixture (Dirichlet weights, full covariances of one
 dimension, max_iter=100 with a tolerance that never stops it early, one
-initialisation from random data points) on draws of the same law.
+initialisation from random data points) on draws of the same law, in a
+process on OpenBLAS. Prints the BLAS of each side.
 
     /usr/bin/python3 bench/mixture/compare_sklearn.py build/bench-release/bench/mixture/varimo_mixture_bench
 """
 import json
+import os
 import subprocess
 import sys
 import time
 import warnings
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import PeerProcess, print_blas  # noqa: E402
 
 import numpy as np
 from sklearn.exceptions import ConvergenceWarning
@@ -44,13 +49,16 @@ def main(program):
     out = subprocess.run([program, "--benchmark_format=json", "--benchmark_repetitions=3",
                           "--benchmark_report_aggregates_only=true"],
                          check=True, capture_output=True, text=True).stdout
+    report = json.loads(out)
     ours = {}
-    for b in json.loads(out)["benchmarks"]:
+    for b in report["benchmarks"]:
         if b.get("aggregate_name") == "median":
             ours[int(b["run_name"].split("/")[1])] = b["real_time"]
-    for n in (10000, 100000):
-        theirs = sklearn_ms(n)
-        print("n=%-7d ours %9.1f ms  scikit-learn %9.1f ms  ratio %.2f" % (n, ours[n], theirs, ours[n] / theirs))
+    with PeerProcess("openblas") as peer:
+        print_blas(report["context"].get("dense_backend", "not reported"), {"scikit-learn": peer})
+        for n in (10000, 100000):
+            theirs = peer.call(sklearn_ms, n)
+            print("n=%-7d ours %9.1f ms  scikit-learn %9.1f ms  ratio %.2f" % (n, ours[n], theirs, ours[n] / theirs))
 
 
 if __name__ == "__main__":

@@ -8,15 +8,20 @@ second and fingerprints per second.
 Molecules: RDKit's Data/NCI/first_5K.smi (4999 lines "SMILES<tab>id", no
 header; a first line whose first column is "smiles" is taken as a header;
 tabs or spaces separate the columns).
-  RDKit  Morgan bit vectors, radius 2, 2048 bits (GetMorganFingerprintAsBitVect):
+  RDKit  Morgan bit vectors, radius 2, 2048 bits (GetMorganFingerprintAsBitVect),
+         and RDKit's own path fingerprint at our path length
+         (Chem.RDKFingerprint(m, maxPath=6), 2048 bits), the closer peer of
+         ours, which is made of paths of 1 to 6 bonds too:
          fingerprints/s = N / (time to make all N); comparisons/s = Q N / (time
          of BulkTanimotoSimilarity of each of the first Q against all N);
-         the best of --repeats runs each
+         the best of --repeats runs each, in a process of its own (on
+         OpenBLAS, as every peer of the benchmarks; RDKit's fingerprints do
+         not use it)
   ours   the Google Benchmark program fingerprint_bench, run with the same file
          in VARIMO_FIRST5K: the items_per_second of BM_VseprTanimoto
          (comparisons/s) and BM_VseprFingerprint (fingerprints/s)
-Our fingerprints are not Morgan bit vectors: the figures compare the cost of
-the same operations on the same molecules, not the same bits.
+Our fingerprints are neither: the figures compare the cost of the same
+operations on the same molecules, not the same bits.
 """
 import argparse
 import json
@@ -27,6 +32,9 @@ import time
 
 from rdkit import Chem, DataStructs, RDLogger
 from rdkit.Chem import AllChem
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import PeerProcess, print_blas  # noqa: E402
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 DEFAULT_BENCH = os.path.join(ROOT, "build/bench-release/bench/mol/fingerprint_bench")
@@ -55,13 +63,16 @@ def best_seconds(work, repeats):
     return best, result
 
 
-def rdkit_figures(mols, queries, repeats):
+def rdkit_figures(smiles, queries, repeats):
+    """RDKit's figures, in the peer's process."""
+    mols, unreadable = read_molecules(smiles)
     fp_seconds, fps = best_seconds(
         lambda: [AllChem.GetMorganFingerprintAsBitVect(m, 2, nBits=2048) for m in mols], repeats)
+    path_seconds, _ = best_seconds(lambda: [Chem.RDKFingerprint(m, maxPath=6) for m in mols], repeats)
     q = min(queries, len(fps))
     cmp_seconds, _ = best_seconds(lambda: [DataStructs.BulkTanimotoSimilarity(f, fps) for f in fps[:q]], repeats)
-    return {"molecules": len(fps), "queries": q, "fingerprints": len(fps) / fp_seconds,
-            "comparisons": q * len(fps) / cmp_seconds}
+    return {"molecules": len(fps), "unreadable": unreadable, "queries": q, "fingerprints": len(fps) / fp_seconds,
+            "path fingerprints": len(fps) / path_seconds, "comparisons": q * len(fps) / cmp_seconds}
 
 
 def our_figures(bench, smiles, regex):
@@ -77,7 +88,9 @@ def our_figures(bench, smiles, regex):
         print(f"{bench} failed (status {r.returncode}): {r.stderr.strip()}", file=sys.stderr)
         return {}
     figures = {}
-    for b in json.loads(r.stdout)["benchmarks"]:
+    report = json.loads(r.stdout)
+    figures["blas"] = report["context"].get("dense_backend", "not reported")
+    for b in report["benchmarks"]:
         # The name may carry arguments (BM_VseprTanimoto/200); with repetitions,
         # keep the best iteration run, as on RDKit's side.
         base = b.get("run_name", b["name"]).split("/")[0]
@@ -100,17 +113,20 @@ def main():
     parser.add_argument("--repeats", type=int, default=3, help="RDKit runs, the best kept")
     args = parser.parse_args()
 
-    mols, unreadable = read_molecules(args.smiles)
-    theirs = rdkit_figures(mols, args.queries, args.repeats)
-    ours = our_figures(args.bench, args.smiles, args.filter)
-    print(f"{args.smiles}: {theirs['molecules']} molecules read by RDKit ({unreadable} unreadable), "
+    with PeerProcess("openblas") as peer:
+        theirs = peer.call(rdkit_figures, args.smiles, args.queries, args.repeats)
+        ours = our_figures(args.bench, args.smiles, args.filter)
+        print_blas("not used" if ours is None else ours.pop("blas"), {"RDKit": peer})
+    print(f"{args.smiles}: {theirs['molecules']} molecules read by RDKit ({theirs['unreadable']} unreadable), "
           f"Q = {theirs['queries']} queries on RDKit's side")
-    print(f"{'':<15} {'RDKit':>12}" + ("" if ours is None else f" {'ours':>12} {'ours/RDKit':>11}"))
-    for what in ("comparisons", "fingerprints"):
-        line = f"{what + '/s':<15} {theirs[what]:>12.4g}"
+    print(f"{'':<15} {'RDKit':<28} {'RDKit /s':>12}" + ("" if ours is None else f" {'ours /s':>12} {'ours/RDKit':>11}"))
+    rows = (("comparisons", "comparisons", "BulkTanimoto, Morgan"), ("fingerprints", "fingerprints", "Morgan r=2"),
+            ("fingerprints", "path fingerprints", "RDKFingerprint maxPath=6"))
+    for what, peer_what, label in rows:
+        line = f"{what + '/s':<15} {label:<28} {theirs[peer_what]:>12.4g}"
         if ours is not None:
             mine = ours.get(what)
-            line += f" {'-':>12} {'-':>11}" if mine is None else f" {mine:>12.4g} {mine / theirs[what]:>11.2f}"
+            line += f" {'-':>12} {'-':>11}" if mine is None else f" {mine:>12.4g} {mine / theirs[peer_what]:>11.2f}"
         print(line)
     return 0 if ours is None or len(ours) == len(OURS) else 1
 

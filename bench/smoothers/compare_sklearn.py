@@ -15,19 +15,27 @@ all in one run:
 
 The kernel matrix is handed to scikit-learn precomputed (a kernel class that
 looks the rows up by index); the response is centred, as our fit centres it.
+The peers run in a process of their own on OpenBLAS (and with
+--reference-blas once more on Debian's reference BLAS, for a second column);
+the script prints the BLAS of each side.
 The script prints the fitted variances of each and the times with ours /
 peer. It exits with status 1 when the numpy peer's variances differ from ours
 by more than 1e-8 relative, or scikit-learn's estimates by more than 2% (our
 search brackets the noise ratio to 0.001 absolute, about 0.6% here).
 
     /usr/bin/python3 bench/smoothers/compare_sklearn.py build/bench-release/bench/smoothers/varimo_smoothers_bench
+                     [--reference-blas]
 """
+import argparse
 import json
 import os
 import subprocess
 import sys
 import tempfile
 import time
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import PeerProcess, print_blas  # noqa: E402
 
 import numpy as np
 import scipy.linalg
@@ -76,13 +84,22 @@ def timed(fit, predict):
     return middle - start, time.perf_counter() - middle
 
 
-def sklearn_peer(kernel, y):
+def sklearn_peer(k, y, signal=None, noise=None):
+    """scikit-learn given the variances ("fixed") or estimating them;
+    returns (signal, noise, fit seconds, predict seconds)."""
+    if signal is None:
+        kernel = ConstantKernel(1.0, (1e-6, 1e6)) * Precomputed(k) + WhiteKernel(0.05, (1e-10, 1e3))
+    else:
+        kernel = ConstantKernel(signal, "fixed") * Precomputed(k) + WhiteKernel(noise, "fixed")
     model = GaussianProcessRegressor(kernel=kernel, alpha=1e-10 if kernel.n_dims else 0.0,
                                      optimizer="fmin_l_bfgs_b" if kernel.n_dims else None)
     train = np.arange(N, dtype=float).reshape(-1, 1)
     queries = np.arange(N, N + QUERIES, dtype=float).reshape(-1, 1)
     fit, predict = timed(lambda: model.fit(train, y), lambda: model.predict(queries, return_std=True))
-    return model, fit, predict
+    if signal is None:
+        params = model.kernel_.get_params()
+        signal, noise = params["k1__k1__constant_value"], params["k2__noise_level"]
+    return signal, noise, fit, predict
 
 
 def numpy_peer(k, y):
@@ -140,17 +157,23 @@ def numpy_peer(k, y):
         return mean, sd
 
     fit_s, predict_s = timed(fit, predict)
-    return state, fit_s, predict_s
+    return state["signal"], state["noise"], fit_s, predict_s
 
 
-def main(program):
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("program", help="path to the built varimo_smoothers_bench")
+    parser.add_argument("--reference-blas", action="store_true")
+    args = parser.parse_args()
+    program = args.program
     x, y, k = make_data()
     with tempfile.TemporaryDirectory() as tmp:
         x.tofile(os.path.join(tmp, "x.f64"))
         y.tofile(os.path.join(tmp, "y.f64"))
         out = subprocess.run([program, "--gp_data=" + tmp, "--benchmark_format=json"],
                              check=True, capture_output=True, text=True).stdout
-    runs = {b["run_name"]: b for b in json.loads(out)["benchmarks"]}
+    report = json.loads(out)
+    runs = {b["run_name"]: b for b in report["benchmarks"]}
     fit_run = runs["BM_GaussianProcessFit2000/iterations:3"]
     ours_fit = fit_run["real_time"] / 1e3
     ours_predict = runs["BM_GaussianProcessPredict100"]["real_time"] / 1e3
@@ -158,21 +181,22 @@ def main(program):
     yc = y - y.mean()
 
     rows = [("ours", signal, noise, ours_fit, ours_predict)]
-    _, fit_s, predict_s = sklearn_peer(ConstantKernel(signal, "fixed") * Precomputed(k) +
-                                       WhiteKernel(noise, "fixed"), yc)
-    rows.append(("fixed", signal, noise, fit_s, predict_s))
-    model, fit_s, predict_s = sklearn_peer(ConstantKernel(1.0, (1e-6, 1e6)) * Precomputed(k) +
-                                           WhiteKernel(0.05, (1e-10, 1e3)), yc)
-    params = model.kernel_.get_params()
-    rows.append(("estimated", params["k1__k1__constant_value"], params["k2__noise_level"], fit_s, predict_s))
-    state, fit_s, predict_s = numpy_peer(k, yc)
-    rows.append(("numpy", state["signal"], state["noise"], fit_s, predict_s))
+    peers = {"peers": PeerProcess("openblas")}
+    if args.reference_blas:
+        peers["peers, reference"] = PeerProcess("reference")
+    print_blas(report["context"].get("dense_backend", "not reported"), peers)
+    for label, process in peers.items():
+        suffix = "" if label == "peers" else " (ref)"
+        rows.append(("fixed" + suffix, *process.call(sklearn_peer, k, yc, signal, noise)))
+        rows.append(("estimated" + suffix, *process.call(sklearn_peer, k, yc)))
+        rows.append(("numpy" + suffix, *process.call(numpy_peer, k, yc)))
+        process.close()
 
-    print("%-10s %12s %12s %9s %9s %10s %10s" % ("", "signal var", "noise var", "fit s", "predict s",
+    print("%-16s %12s %12s %9s %9s %10s %10s" % ("", "signal var", "noise var", "fit s", "predict s",
                                                  "ours/fit", "ours/pred"))
     for name, s, t, f, p in rows:
-        print("%-10s %12.6g %12.6g %9.3f %9.3f %10.2f %10.2f" % (name, s, t, f, p, ours_fit / f, ours_predict / p))
-    tolerance = {"numpy": 1e-8, "estimated": 2e-2}
+        print("%-16s %12.6g %12.6g %9.3f %9.3f %10.2f %10.2f" % (name, s, t, f, p, ours_fit / f, ours_predict / p))
+    tolerance = {"numpy": 1e-8, "estimated": 2e-2, "numpy (ref)": 1e-8, "estimated (ref)": 2e-2}
     bad = [name for name, s, t, _, _ in rows if name in tolerance and
            not (np.isclose(s, signal, rtol=tolerance[name], atol=0) and np.isclose(t, noise, rtol=tolerance[name], atol=0))]
     if bad:
@@ -181,4 +205,4 @@ def main(program):
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    main()

@@ -6,9 +6,11 @@ pandas.read_csv on the same file, in one run.
 
 Writes a CSV of ROWS rows (default 1 000 000, about 100 MB): a unique name,
 a category of five values and 8 numeric columns with about 0.1% empty cells.
-Each loader runs in a fresh process, three times; the best time counts.
-Prints MB/s of both, their ratio, and Varimo's peak memory against the bytes
-its loaded table holds.
+Each loader runs in a fresh process, three times; the best time counts;
+pandas's process runs on OpenBLAS, as every peer of the benchmarks (reading
+a CSV file does not use it). Prints the BLAS of each side, MB/s of both,
+their ratio, and Varimo's peak memory against the bytes its loaded table
+holds.
 """
 import os
 import random
@@ -17,6 +19,9 @@ import subprocess
 import sys
 import tempfile
 import time
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import BLAS_FOLDERS, linked_blas  # noqa: E402
 
 
 def write_file(path, rows):
@@ -37,17 +42,23 @@ def run_varimo(binary, path):
 
 PANDAS_CHILD = """
 import sys, time, pandas, resource
+sys.path.insert(0, sys.argv[2])
+from peer_timing import blas_in_use
 start = time.perf_counter()
 frame = pandas.read_csv(sys.argv[1])
 seconds = time.perf_counter() - start
 print(seconds, len(frame), resource.getrusage(resource.RUSAGE_SELF).ru_maxrss / 1e3)
+print(blas_in_use())
 """
 
 
 def run_pandas(path):
-    out = subprocess.run(["/usr/bin/python3", "-c", PANDAS_CHILD, path], check=True, capture_output=True,
-                         text=True).stdout.split()
-    return float(out[0]), int(out[1]), float(out[2])
+    env = dict(os.environ, LD_LIBRARY_PATH=BLAS_FOLDERS["openblas"])
+    bench = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+    lines = subprocess.run(["/usr/bin/python3", "-c", PANDAS_CHILD, path, bench], check=True, capture_output=True,
+                           text=True, env=env).stdout.splitlines()
+    out = lines[0].split()
+    return float(out[0]), int(out[1]), float(out[2]), lines[1]
 
 
 def main():
@@ -62,6 +73,8 @@ def main():
         pandas_runs = [run_pandas(path) for _ in range(3)]
         pandas_seconds = min(r[0] for r in pandas_runs)
         assert int(varimo["rows"]) == rows == pandas_runs[0][1]
+    print(f"BLAS, ours: {linked_blas(binary)}")
+    print(f"BLAS, pandas: {pandas_runs[0][3]}")
     print(f"file: {rows} rows, {megabytes:.1f} MB")
     print(f"varimo: {varimo['seconds']:.3f} s, {megabytes / varimo['seconds']:.1f} MB/s, "
           f"peak RSS {varimo['peak_rss_MB']:.1f} MB for a table of {varimo['table_MB']:.1f} MB "

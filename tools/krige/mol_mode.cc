@@ -15,6 +15,7 @@
 #include "mol_model.h"
 #include "progress.h"
 #include "varimo/mol/krige_report.h"
+#include "varimo/numerics/dense_algebra.h"
 
 namespace VarimoKrige {
 namespace {
@@ -65,9 +66,13 @@ struct Prediction {
 
 // Every query through the const model, `threads` at a time; each result
 // depends on its query alone, so the numbers do not depend on the threads.
+// The BLAS runs single-threaded throughout, with one worker as with many
+// (the rule of varimo/numerics/dense_algebra.h): its own threads would
+// contend with ours, and would split its sums by a count that is not ours.
 std::vector<Prediction> PredictAll(const Varimo::ZqMolKrige& model,
                                    const std::vector<std::unique_ptr<Molkit::ZqMolBase>>& queries,
                                    bool contributions, double baseline, unsigned int threads, bool quiet) {
+  const Varimo::ZqSingleThreadedBlas singleThreadedBlas;
   std::vector<Prediction> predictions(queries.size());
   std::atomic<std::size_t> next{0};
   std::atomic<std::size_t> done{0};
