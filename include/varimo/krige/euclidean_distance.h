@@ -9,10 +9,8 @@
 
 namespace Varimo {
 
-// sqrt(sum over k of (x[k] - y[k])^2), summed in a fixed order so that the
-// result does not depend on the build: four partial sums over k = 0, 1, 2,
-// 3 (mod 4) in index order, then (s0 + s1) + (s2 + s3). NaN for vectors of
-// different sizes.
+// sqrt(sum over k of (x[k] - y[k])^2), summed in index order so that the
+// result does not depend on the build. NaN for vectors of different sizes.
 //
 // With a number of dimensions d, over the first d coordinates only, and NaN
 // for a vector shorter than d: elements may then carry more values than
