@@ -5,7 +5,7 @@
 //   tables the N(N-1)/2 distances), TrainFixed with a fixed Gaussian kernel
 //   (range 1.5, sill 2, nugget 0: the covariance matrix of 4000 points has a
 //   condition number near 2e4) and PredictMany of 500 queries with their
-//   variances. From N = 192 on, the factorisation and the solves run on
+//   variances. From N = 128 on, the factorisation and the solves run on
 //   LAPACK (OpenBLAS, its threads), see varimo/numerics/dense_algebra.h.
 //   Peer: scikit-learn's GaussianProcessRegressor with the same fixed kernel
 //   (ConstantKernel(2) * RBF(1.5 / sqrt(2 ln 10)), optimizer=None, alpha=0),

@@ -7,10 +7,10 @@
 
 namespace Varimo::DenseDetail {
 
-inline constexpr Eigen::Index kCholeskyOrder = 192;
-inline constexpr Eigen::Index kIndefiniteOrder = 384;
-inline constexpr Eigen::Index kEigenOrder = 512;
-inline constexpr Eigen::Index kSvdSide = 32;
+inline constexpr Eigen::Index kCholeskyOrder = 128;
+inline constexpr Eigen::Index kIndefiniteOrder = 256;
+inline constexpr Eigen::Index kEigenOrder = 384;
+inline constexpr Eigen::Index kSvdSide = 16;
 
 // Whether a factorisation of this order goes to LAPACK.
 bool UseLapack(Eigen::Index order, Eigen::Index threshold);

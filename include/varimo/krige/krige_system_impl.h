@@ -16,12 +16,13 @@
 
 namespace Varimo::krige_detail {
 
-// Factorises the covariance matrix of the container's unique elements into
-// its upper Cholesky factor U (C = U' U). Only the upper triangle is filled:
-// its column u is row u of the distance table, so that both are walked in
-// storage order. The storage of `factor` is kept from one kernel to the
-// next. False when the matrix is not positive definite for this kernel, and
-// also when an entry is not finite.
+// Factorises the covariance matrix of the container's unique elements in
+// place into its upper Cholesky factor U (C = U' U). Only the upper triangle
+// is filled: its column u is row u of the distance table, so that both are
+// walked in storage order. The storage of `factor` is kept from one kernel
+// to the next. False when the matrix is not positive definite for this
+// kernel, and also when an entry is not finite, which the factorisation
+// would pass through as NaN.
 template <class T, class TT>
 bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const ZqKrigeKernelBase& kernel,
                       ZqCholeskyFactor& factor) {
@@ -41,6 +42,12 @@ bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const Zq
   }
   return finite && factor.Factorise();
 }
+
+// Solves U' x = b in place: x = L^-1 b for the lower factor L = U'.
+inline void WhitenInPlace(const ZqCholeskyFactor& factor, Eigen::Ref<Eigen::MatrixXd> b) { factor.WhitenInPlace(b); }
+
+// Solves C x = b in place with the factor of C.
+inline void SolveWithFactor(const ZqCholeskyFactor& factor, Eigen::Ref<Eigen::MatrixXd> b) { factor.SolveInPlace(b); }
 
 // The covariances sill - kernel(d_i) between a query and each unique
 // element, with the distances d_i kept for the result.

@@ -35,12 +35,12 @@ bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const C
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
 
   whitenedUnit_ = Eigen::VectorXd::Ones(size);
-  cholesky_.WhitenInPlace(whitenedUnit_);
+  krige_detail::WhitenInPlace(cholesky_, whitenedUnit_);
   unitSum_ = whitenedUnit_.squaredNorm();
   unitSolve_ = whitenedUnit_;
   cholesky_.BackSolveInPlace(unitSolve_);
   whitenedResponses_ = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size);
-  cholesky_.WhitenInPlace(whitenedResponses_);
+  krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
   // The Schur complement 1' C^-1 1 of the bordered matrix; positive for a
   // positive definite C unless rounding has destroyed it.
   return unitSum_ > 0.0 && std::isfinite(unitSum_);
@@ -57,7 +57,7 @@ ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqK
   if (under < n) {
     weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
   } else {
-    cholesky_.SolveInPlace(weights);
+    krige_detail::SolveWithFactor(cholesky_, weights);
     // The Lagrange multiplier that makes the weights sum to one.
     const double multiplier = (weights.sum() - 1.0) / unitSum_;
     weights -= multiplier * unitSolve_;
@@ -86,7 +86,7 @@ void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
     const std::vector<std::size_t> under = krige_detail::ElementsUnderQueries(block, kernel, container);
-    cholesky_.WhitenInPlace(block);
+    krige_detail::WhitenInPlace(cholesky_, block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const double unitQuery = whitenedUnit_.dot(column);

@@ -33,7 +33,7 @@ bool ZqSimpleKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const Con
   mean_ = std::accumulate(uniqueResponses_.begin(), uniqueResponses_.end(), 0.0) / static_cast<double>(n);
   for (double& response : uniqueResponses_) response -= mean_;
   whitenedResponses_ = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), static_cast<Eigen::Index>(n));
-  cholesky_.WhitenInPlace(whitenedResponses_);
+  krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
   return true;
 }
 
@@ -48,7 +48,7 @@ ZqKrigeResult ZqSimpleKrige<T, TT>::GetKrigeResult(const T& element, const ZqKri
   if (under < n) {
     weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
   } else {
-    cholesky_.SolveInPlace(weights);
+    krige_detail::SolveWithFactor(cholesky_, weights);
   }
   // A NaN distance from the functor would otherwise pass as a prediction.
   if (!weights.allFinite()) return ZqKrigeResult();
@@ -75,7 +75,7 @@ void ZqSimpleKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, 
     const std::size_t count = std::min(krige_detail::kQueryBlock, queries.size() - first);
     Eigen::MatrixXd block = krige_detail::QueryCovarianceBlock(queries, first, count, kernel, container);
     const std::vector<std::size_t> under = krige_detail::ElementsUnderQueries(block, kernel, container);
-    cholesky_.WhitenInPlace(block);
+    krige_detail::WhitenInPlace(cholesky_, block);
     for (std::size_t q = 0; q < count; ++q) {
       const auto column = block.col(static_cast<Eigen::Index>(q));
       const bool onElement = under[q] < uniqueResponses_.size();

@@ -2,13 +2,17 @@
 // symmetric indefinite factorisation of bordered systems, the symmetric eigen
 // decomposition and the thin singular value decomposition. Each chooses by
 // the order of its matrix between Eigen's own kernels, which win on small
-// matrices, and LAPACK on OpenBLAS, which wins on large ones (measured on a
-// 2-core Zen machine, bench/numerics/dense_bench.cc; LAPACK from):
+// matrices, and LAPACK on OpenBLAS, which wins on large ones. LAPACK takes
+// over at
 //
-//   Cholesky and its solves     order 192    (blocked, multi-threaded dpotrf)
-//   symmetric indefinite        order 384    (dsytrf, Bunch-Kaufman)
-//   symmetric eigen             order 512    (dsyevd, divide and conquer)
-//   thin SVD                    smaller side 32 (dgesdd; Jacobi is slow)
+//   Cholesky and its solves     order 128    (dpftrf, dtfsm: blocked, on the BLAS's threads)
+//   symmetric indefinite        order 256    (dsytrf, Bunch-Kaufman)
+//   symmetric eigen             order 384    (dsyevd, divide and conquer)
+//   thin SVD                    smaller side 16 (dgesdd; Eigen's Jacobi SVD is slow)
+//
+// where the two paths crossed on a shared 2-core Zen machine
+// (bench/numerics/dense_bench.cc, medians of interleaved runs); at twice
+// these orders LAPACK was 1.5 to 4 times as fast.
 //
 // The choice depends on the order alone, never on timing or load, so a
 // given matrix always takes the same path. The two paths agree to rounding:
@@ -69,7 +73,7 @@ class ZqSingleThreadedBlas {
 
 // The upper Cholesky factor U of a symmetric positive definite matrix
 // C = U' U, and the solves with it. Small matrices are held whole; from
-// order 192 on, the factor is held in LAPACK's rectangular full packed form,
+// order 128 on, the factor is held in LAPACK's rectangular full packed form,
 // which keeps the one triangle in n (n + 1) / 2 doubles at the speed of the
 // full-storage factorisation.
 //
@@ -120,7 +124,7 @@ class ZqCholeskyFactor {
 
 // A factorisation of a symmetric matrix that may be indefinite, such as the
 // bordered systems [C B; B' 0] of kriging with constraints: Eigen's LDLT
-// with diagonal pivoting below order 384, LAPACK's Bunch-Kaufman LDL' from
+// with diagonal pivoting below order 256, LAPACK's Bunch-Kaufman LDL' from
 // there on. A copy shares the (immutable) factors.
 class ZqSymmetricIndefiniteFactor {
  public:
