@@ -129,6 +129,7 @@ ZqKrigeTrainingContainer<T, TT>::ZqKrigeTrainingContainer(const ZqKrigeTrainingC
       uniquePropFxn_(other.uniquePropFxn_->CreateCopy()),
       data_(other.data_),
       uniqueMembers_(other.uniqueMembers_),
+      representatives_(other.representatives_),
       uniqueOfData_(other.uniqueOfData_),
       distances_(other.distances_) {}
 
@@ -159,6 +160,7 @@ bool ZqKrigeTrainingContainer<T, TT>::AddElement(Record record) {
   distances_.push_back(std::move(row));
   uniqueOfData_.push_back(uniqueMembers_.size());
   uniqueMembers_.push_back({index});
+  representatives_.push_back(index);
   data_.push_back(std::move(record));
   return true;
 }
@@ -178,6 +180,7 @@ template <class T, class TT>
 void ZqKrigeTrainingContainer<T, TT>::Clear() {
   data_.clear();
   uniqueMembers_.clear();
+  representatives_.clear();
   uniqueOfData_.clear();
   distances_.clear();
 }
