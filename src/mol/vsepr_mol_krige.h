@@ -48,6 +48,11 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
   ZqVariogram GetVariogram() const override { return krige_.GetVariogram(); }
   ZqKrigeKernel GetKernel() override { return krige_.GetKernel(); }
   ZqKrigeKernel GetKernel() const override { return krige_.GetKernel(); }
+  ZqKrigeTrainedKernels GetTrainedKernels() const override { return krige_.GetTrainedKernels(); }
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override {
+    training_.GetView();
+    return krige_.TrainWithKernels(trained);
+  }
   void Clear() override;
   ZqMolKrigeImpl* CreateCopy() const override { return new ZqVseprMolKrigeImpl(*this); }
 

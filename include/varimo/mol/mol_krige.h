@@ -25,6 +25,7 @@
 #include <utility>
 #include <vector>
 
+#include "varimo/krige/krige_base.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/krige_options.h"
 #include "varimo/krige/krige_result.h"
@@ -131,6 +132,9 @@ class ZqMolKrigeImpl {
   // const call trains a copy when needed.
   virtual ZqKrigeKernel GetKernel() = 0;
   virtual ZqKrigeKernel GetKernel() const = 0;
+  // The training state as kernels, and its restoration (see ZqKrigeBase).
+  virtual ZqKrigeTrainedKernels GetTrainedKernels() const = 0;
+  virtual bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) = 0;
 };
 
 using ZqMolDistanceFxn = ZqKrigeDistanceFxn<Molkit::ZqMolBase>;
@@ -184,6 +188,11 @@ class ZqMolKrige {
   ZqVariogram GetVariogram() const { return std::as_const(*impl_).GetVariogram(); }
   ZqKrigeKernel GetKernel() { return impl_->GetKernel(); }
   ZqKrigeKernel GetKernel() const { return std::as_const(*impl_).GetKernel(); }
+  // What a trained model predicts with, as it can be saved; restoring it on
+  // a model made the same way with the same records in the same order fits
+  // nothing and predicts the same to the last bit.
+  ZqKrigeTrainedKernels GetTrainedKernels() const { return impl_->GetTrainedKernels(); }
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) { return impl_->TrainWithKernels(trained); }
   // Removes the training data; results made before stay valid.
   void Clear() { impl_->Clear(); }
 
