@@ -153,7 +153,8 @@ TEST_F(BzrModel, DamagedFilesAreRefusedWithTheirReason) {
   const std::string kernelLine = "kernel " + model.GetKernel().GetName() + "\t";
   std::string flipped = text;
   flipped[text.size() / 2] ^= 0x01;
-  std::string unknownKernel = text, badFit = text, otherFingerprint = text, noKernels = text;
+  std::string unknownKernel = text, badFit = text, otherFingerprint = text, noKernels = text, newer = text;
+  Replace(newer, "fingerprint-version 1\n", "fingerprint-version 99\n");
   Replace(unknownKernel, kernelLine, "kernel Wiggly\t");
   Replace(badFit, "kernel-fit all", "kernel-fit Wiggly");
   Replace(noKernels, "kernels 1 fixed", "kernels 0 fixed");
@@ -167,6 +168,7 @@ TEST_F(BzrModel, DamagedFilesAreRefusedWithTheirReason) {
       {Resealed(unknownKernel), "bad kernel line 1 of 1"},
       {Resealed(badFit), "bad kernel-fit line"},
       {Resealed(noKernels), "bad kernels line"},
+      {Resealed(newer), "fingerprints of version 99, this library makes version 1: train the model again"},
       {Resealed(otherFingerprint), "record 1: the molecule gives another fingerprint than the saved one"},
       {extra + Varimo::ZqMolModelChecksumLine(extra), "unexpected text after the records"},
   };

@@ -157,7 +157,7 @@ TEST_F(BzrSplit, SavedModelsAndThreadsGiveTheSameBytes) {
   // Training only, to save; the model file is versioned text.
   ASSERT_EQ(Krige("--train " + trainPath_ + " --response ACTIVITY --save " + model).status, 0);
   const std::string text = Slurp(model);
-  EXPECT_THAT(text, ::testing::StartsWith("varimo molecule model 2\nfingerprint 6 1 1 0 0\nlocal 0\ndrift\n"
+  EXPECT_THAT(text, ::testing::StartsWith("varimo molecule model 2\nfingerprint 6 1 1 0 0\nfingerprint-version 1\nlocal 0\ndrift\n"
                                          "kernel-fit all\nresponse-name ACTIVITY\nkernels 1 fixed\n"));
 
   std::string corrupt = text;

@@ -35,6 +35,7 @@
 #include "varimo/platform/corvane/iter.h"
 #include "varimo/platform/molkit/mol_property.h"
 #include "varimo/platform/molkit/molecule.h"
+#include "varimo/platform/printex/vsepr_fingerprint.h"
 
 namespace Varimo {
 
@@ -132,6 +133,11 @@ class ZqMolKrigeImpl {
   // const call trains a copy when needed.
   virtual ZqKrigeKernel GetKernel() = 0;
   virtual ZqKrigeKernel GetKernel() const = 0;
+  // A training molecule with its fingerprint made already (of the model's
+  // fingerprint options); false for a model whose distance is not on
+  // fingerprints.
+  virtual bool AddTrainingWithFingerprint(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp,
+                                          double response) = 0;
   // The training state as kernels, and its restoration (see ZqKrigeBase).
   virtual ZqKrigeTrainedKernels GetTrainedKernels() const = 0;
   virtual bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) = 0;
@@ -174,6 +180,13 @@ class ZqMolKrige {
   }
   bool AddUnmeasuredTraining(const Molkit::ZqMCMolBase& mol, double response) {
     return impl_->AddUnmeasuredTraining(mol, response);
+  }
+  // As AddTraining, with the molecule's fingerprint made already, as a
+  // model file keeps it: false, adding nothing, for a fingerprint of other
+  // options or a model on a caller's distance.
+  bool AddTrainingWithFingerprint(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp,
+                                  double response) {
+    return impl_->AddTrainingWithFingerprint(mol, fp, response);
   }
   bool Train() { return impl_->Train(); }
   bool Train(ZqKrigeKernelBase& kernel) { return impl_->Train(kernel); }

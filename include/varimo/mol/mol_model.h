@@ -79,6 +79,9 @@ class ZqMolModel {
   // is not finite or a molecule that lacks a drift field. The model must
   // be trained again afterwards.
   bool AddTraining(const Molkit::ZqMolBase& mol, double response);
+  // The same with the molecule's fingerprint made already (with the
+  // settings' options), as a model file keeps it.
+  bool AddTraining(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp, double response);
   // Fits the kernels (or the one named in the settings) and trains; false,
   // with the engine's warnings, when no kernel trains.
   bool Train();

@@ -3,6 +3,7 @@
 //
 //   varimo molecule model 2
 //   fingerprint MAX MIN FORCE WEIGHT STEREO      the fingerprint options
+//   fingerprint-version V                        of the fingerprint's features
 //   local K                                      0 for a global model
 //   drift TAG<TAB>TAG...                         nothing after "drift" without drift
 //   kernel-fit NAME                              the candidate asked for; "all" for the best
@@ -15,16 +16,19 @@
 //   checksum H                                   FNV-1a 64 of all bytes before this line
 //
 // Numbers are C hexadecimal floats (%a), exact. Loading adds the records in
-// order and restores the saved kernels without fitting anything, so that a
-// load costs the distances and one factorisation, and the model predicts
-// what the saved one did to the last bit. The saved fingerprints check the
-// molecules: a molecule read back with another fingerprint means another
-// version of the fingerprint, and the file is refused.
+// order with their saved fingerprints and restores the saved kernels,
+// making no fingerprint and fitting nothing: a load costs reading the
+// molecules, the distances and one factorisation, and the model predicts
+// what the saved one did to the last bit. Fingerprints of another version
+// are refused, and a sample of the molecules (the first, and every 50th)
+// is fingerprinted again as a check of the file.
 //
-// Version 1 files ("varimo-krige molecule model 1", without the kernel-fit,
-// response-name and kernels lines and with one "kernel" line) still load: a
-// global model trains with its kernel as saved, a local one fits its
-// kernels again and must find the saved one first.
+// Version 1 files ("varimo-krige molecule model 1", without the
+// fingerprint-version, kernel-fit, response-name and kernels lines and with
+// one "kernel" line) still load: every molecule is fingerprinted again and
+// must give its saved fingerprint; a global model trains with its kernel
+// as saved, a local one fits its kernels again and must find the saved one
+// first.
 #pragma once
 
 #include <cstdint>

@@ -78,6 +78,14 @@ bool ZqMolModel::AddTraining(const Molkit::ZqMolBase& mol, double response) {
   return true;
 }
 
+bool ZqMolModel::AddTraining(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp, double response) {
+  if (!std::isfinite(response) || !krige_->AddTrainingWithFingerprint(mol, fp, response)) return false;
+  mols_.emplace_back(mol.CreateCopy());
+  responses_.push_back(response);
+  trained_ = false;
+  return true;
+}
+
 bool ZqMolModel::Train() {
   if (settings_.kernel.empty()) {
     trained_ = krige_->Train();

@@ -14,6 +14,9 @@ namespace {
 
 constexpr const char* kMagic = "varimo molecule model 2";
 constexpr const char* kMagicVersion1 = "varimo-krige molecule model 1";
+// Every this many records, the saved fingerprint is checked against the
+// molecule's own.
+constexpr std::size_t kCheckEvery = 50;
 
 std::string Hex(double value) {
   char text[64];
@@ -51,6 +54,26 @@ std::string Bins(const Molkit::ZqMolBase& mol, const Printex::ZqVseprOptions& op
     bins += std::to_string(bin) + ':' + std::to_string(static_cast<int>(fp.GetWeight(bin)));
   }
   return bins;
+}
+
+// The fingerprint of saved bins ("BIN:WEIGHT ..."); nothing for text that
+// is not such a list.
+std::optional<Printex::ZqVseprFingerprint> FingerprintFromBins(const std::string& bins,
+                                                               const Printex::ZqVseprOptions& options) {
+  std::vector<std::uint8_t> bytes(Printex::ZqVseprFingerprint::kNumBins, 0);
+  const char* at = bins.c_str();
+  while (*at != '\0') {
+    char* end = nullptr;
+    const unsigned long bin = std::strtoul(at, &end, 10);
+    if (end == at || *end != ':' || bin >= bytes.size()) return std::nullopt;
+    at = end + 1;
+    const unsigned long weight = std::strtoul(at, &end, 10);
+    if (end == at || weight == 0 || weight > 255 || bytes[bin] != 0) return std::nullopt;
+    bytes[bin] = static_cast<std::uint8_t>(weight);
+    at = end;
+    if (*at == ' ') ++at;
+  }
+  return Printex::ZqVseprFingerprint::FromBytes(std::move(bytes), options);
 }
 
 std::string KernelLine(const ZqKrigeKernelBase& kernel) {
@@ -110,6 +133,7 @@ class LineReader {
 
 struct Header {
   ZqMolModelSettings settings;
+  unsigned int fingerprintVersion = 0;  // 0 in version 1 files, which do not say
   ZqKrigeTrainedKernels kernels;
   std::size_t numRecords = 0;
   bool version1 = false;
@@ -129,6 +153,18 @@ bool ReadHeader(LineReader& lines, bool version1, Header& header, std::string& w
   }
   settings.fingerprint.SetMaxPathLength(max).SetMinPathLength(min).SetForcePathsOut(force != 0)
       .SetWeightByLength(weight != 0).SetStereoAware(stereo != 0);
+  if (!version1) {
+    if (!lines.Field("fingerprint-version", value) ||
+        !Corvane::ZqStringToNumber(value, header.fingerprintVersion)) {
+      why = "bad fingerprint-version line";
+      return false;
+    }
+    if (header.fingerprintVersion != Printex::ZqVseprFingerprint::kVersion) {
+      why = "fingerprints of version " + value + ", this library makes version " +
+            std::to_string(Printex::ZqVseprFingerprint::kVersion) + ": train the model again";
+      return false;
+    }
+  }
   if (!lines.Field("local", value) || !Corvane::ZqStringToNumber(value, settings.numLocal)) {
     why = "bad local line";
     return false;
@@ -194,6 +230,7 @@ std::string ZqWriteMolModel(const ZqMolModel& model) {
   out << kMagic << '\n';
   out << "fingerprint " << fp.GetMaxPathLength() << ' ' << fp.GetMinPathLength() << ' ' << fp.GetForcePathsOut()
       << ' ' << fp.GetWeightByLength() << ' ' << fp.GetStereoAware() << '\n';
+  out << "fingerprint-version " << Printex::ZqVseprFingerprint::kVersion << '\n';
   out << "local " << settings.numLocal << '\n';
   out << "drift";
   for (std::size_t k = 0; k < settings.drift.size(); ++k) out << (k == 0 ? ' ' : '\t') << settings.drift[k];
@@ -301,10 +338,19 @@ std::optional<ZqMolModel> ZqReadMolModel(const std::string& text, const std::str
     if (!ended) return fail(where + ": cut short");
     std::unique_ptr<Molkit::ZqMolBase> mol = Molkit::ZqMolFromMolBlock(block, &why);
     if (!mol) return fail(where + ": " + why);
-    if (Bins(*mol, options) != bins) {
+    // Fingerprinting is most of the cost of adding a molecule: the saved
+    // fingerprint is used, and a sample checks that it is the molecule's.
+    const bool check = header.version1 || i % kCheckEvery == 0;
+    if (check && Bins(*mol, options) != bins) {
       return fail(where + ": the molecule gives another fingerprint than the saved one (another version?)");
     }
-    if (!model.AddTraining(*mol, response)) return fail(where + ": refused by the model");
+    if (header.version1) {
+      if (!model.AddTraining(*mol, response)) return fail(where + ": refused by the model");
+      continue;
+    }
+    const std::optional<Printex::ZqVseprFingerprint> fp = FingerprintFromBins(bins, options);
+    if (!fp) return fail(where + ": bad fingerprint bins");
+    if (!model.AddTraining(*mol, *fp, response)) return fail(where + ": refused by the model");
   }
   if (lines.Next(line)) return fail("unexpected text after the records at line " + std::to_string(lines.GetNumber()));
   if (model.GetNumRecords() == 0) return fail("no records");
