@@ -180,6 +180,21 @@ bool ZqMCMolBase::SetActiveConf(std::size_t index) {
 std::unique_ptr<ZqMolBase> ZqMolFromSmiles(const std::string& smiles, std::string* error) {
   ZqSilenceRDKitLogs();
   try {
+    // Every atom takes a character: only a longer text can hold too many,
+    // and then a parse without perception, which is linear, counts them.
+    if (smiles.size() > ZqMaxMoleculeAtoms) {
+      RDKit::SmilesParserParams plain;
+      plain.sanitize = false;
+      plain.removeHs = false;
+      const std::unique_ptr<RDKit::RWMol> counted(RDKit::SmilesToMol(smiles, plain));
+      if (counted && counted->getNumAtoms() > ZqMaxMoleculeAtoms) {
+        if (error) {
+          *error = "too large: " + std::to_string(counted->getNumAtoms()) + " atoms, at most " +
+                   std::to_string(ZqMaxMoleculeAtoms);
+        }
+        return nullptr;
+      }
+    }
     std::unique_ptr<RDKit::RWMol> parsed(RDKit::SmilesToMol(smiles));
     if (!parsed) {
       if (error) *error = "cannot parse SMILES '" + smiles + "'";
