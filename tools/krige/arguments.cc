@@ -1,6 +1,9 @@
 #include "arguments.h"
 
+#include <cctype>
 #include <cstddef>
+#include <cstdlib>
+#include <cmath>
 #include <fstream>
 
 #include "varimo/platform/corvane/strings.h"
@@ -118,19 +121,31 @@ bool ParseNames(const std::string& flag, const std::string& value, std::vector<s
   return true;
 }
 
-// A whole number of at least 1 into `number`; false, with `error` set,
-// otherwise.
-bool ParseCount(const std::string& flag, const std::string& value, unsigned int& number, std::string& error) {
-  if (Corvane::ZqStringToNumber(value, number) && number > 0) return true;
-  error = flag + " must be a whole number of at least 1, not " + value;
+bool AllDigits(const std::string& value) {
+  return !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// A whole number from `least` to `most` into `number`; false, with `error`
+// set, otherwise: too large a number is said to be too large, not to be no
+// number.
+bool ParseCount(const std::string& flag, const std::string& value, unsigned int& number, std::string& error,
+                unsigned int least = 1, unsigned int most = 4294967295u) {
+  if (Corvane::ZqStringToNumber(value, number) && number >= least && number <= most) return true;
+  const std::string range = "from " + std::to_string(least) + " to " + std::to_string(most);
+  error = flag + " must be a whole number " + range + ", not " + value;
+  if (AllDigits(value) && !(Corvane::ZqStringToNumber(value, number) && number < least)) {
+    error = flag + " " + value + " is too large: it must be " + range;
+  }
   return false;
 }
 
 }  // namespace
 
 bool IsMoleculeFile(const std::string& path) {
+  std::string lower = path;
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   auto endsWith = [&](const std::string& suffix) {
-    return path.size() >= suffix.size() && path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
+    return lower.size() >= suffix.size() && lower.compare(lower.size() - suffix.size(), suffix.size(), suffix) == 0;
   };
   if (endsWith(".sdf") || endsWith(".sdf.gz") || endsWith(".smi") || endsWith(".smi.gz")) return true;
   if (!endsWith(".csv")) return false;
@@ -156,6 +171,8 @@ std::string MoleculeConflict(const Arguments& parsed) {
   if (!parsed.kernelName.empty()) return "--kernel is only for CSV files of numbers";
   if (!parsed.variogramPath.empty()) return "--variogram is only for CSV files of numbers";
   if (parsed.universal && parsed.drift.empty()) return "--model universal needs --drift TAG,...";
+  if (parsed.numLocal == 0 && parsed.predictTraining) return "--predict-training is only for --local K";
+  if (parsed.numLocal == 0 && parsed.maxVariogramSize) return "--max-variogram-size is only for --local K";
   if (parsed.crossValidate) {
     if (parsed.trainPath.empty()) return "missing --train (see --help)";
     if (parsed.responseName.empty()) return "missing --response (see --help)";
@@ -164,7 +181,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "cv takes no --predict, --out, --contributions, --save or --load";
     }
     if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) return "cv takes no --report or --report-format";
-    if (parsed.folds < 2) return "--folds must be at least 2";
+    if (parsed.threshold) return "cv takes no --threshold";
     return {};
   }
   if (!parsed.reportFormat.empty() && parsed.reportDir.empty()) return "--report-format needs --report DIR";
@@ -173,6 +190,9 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "--load replaces --train and --response";
     }
     if (!parsed.drift.empty() || parsed.numLocal > 0) return "--load takes the model's own --drift and --local";
+    if (parsed.predictTraining || parsed.maxVariogramSize) {
+      return "--load takes the model's own --predict-training and --max-variogram-size";
+    }
   } else {
     if (parsed.trainPath.empty()) return "missing --train (see --help)";
     if (parsed.responseName.empty()) return "missing --response (see --help)";
@@ -181,6 +201,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
   if (parsed.predictPath.empty() && parsed.outPath.empty() && !parsed.savePath.empty()) {
     if (!parsed.contributionsPath.empty()) return "--contributions needs --predict";
     if (!parsed.reportDir.empty()) return "--report needs --predict";
+    if (parsed.threshold) return "--threshold needs --predict";
     return {};
   }
   if (parsed.predictPath.empty()) return "missing --predict (see --help)";
@@ -220,7 +241,7 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (flag == "--report") target = &parsed.reportDir;
     const bool known = target || flag == "--features" || flag == "--drift" || flag == "--model" ||
                        flag == "--local" || flag == "--max-variogram-size" || flag == "--threads" ||
-                       flag == "--folds" || flag == "--seed" || flag == "--report-format";
+                       flag == "--folds" || flag == "--seed" || flag == "--report-format" || flag == "--threshold";
     if (!known) {
       error = "unknown option " + flag + " (see --help)";
       return std::nullopt;
@@ -237,11 +258,21 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       valid = ParseNames(flag, value, flag == "--drift" ? parsed.drift : parsed.features, error);
     } else if (flag == "--local") {
       valid = ParseCount(flag, value, parsed.numLocal, error);
-    } else if (flag == "--threads" || flag == "--folds") {
-      valid = ParseCount(flag, value, flag == "--threads" ? parsed.threads : parsed.folds, error);
+    } else if (flag == "--threads") {
+      valid = ParseCount(flag, value, parsed.threads, error, 1, kMaxThreads);
+    } else if (flag == "--folds") {
+      valid = ParseCount(flag, value, parsed.folds, error, 2);
     } else if (flag == "--seed") {
-      valid = Corvane::ZqStringToNumber(value, parsed.seed);
-      if (!valid) error = "--seed must be a whole number, not " + value;
+      valid = ParseCount(flag, value, parsed.seed, error, 0);
+    } else if (flag == "--threshold") {
+      double threshold = 0.0;
+      valid = Corvane::ZqStringToNumber(value, threshold) && std::isfinite(threshold);
+      if (valid) {
+        parsed.threshold = threshold;
+        parsed.thresholdText = value;
+      } else {
+        error = "--threshold must be a number, not " + value;
+      }
     } else if (flag == "--max-variogram-size") {
       unsigned int size = 0;
       valid = ParseCount(flag, value, size, error);
@@ -265,8 +296,8 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (!error.empty()) return std::nullopt;
     return parsed;
   }
-  if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1) {
-    error = "--contributions, --save and --threads are only for molecule files (see --help)";
+  if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1 || parsed.threshold) {
+    error = "--contributions, --save, --threads and --threshold are only for molecule files (see --help)";
     return std::nullopt;
   }
   if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) {

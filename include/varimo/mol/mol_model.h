@@ -30,6 +30,12 @@ struct ZqMolModelSettings {
   ZqDefaultKrigeDistanceOptions fingerprint;
   // Neighbours per query; 0 for a global model.
   unsigned int numLocal = 0;
+  // Local models only: a query that is a training molecule leaves itself
+  // (and its copies) out of its neighbours; and the number of variogram
+  // pairs above which the variogram comes from a sample of pairs (0: the
+  // library's default).
+  bool predictTraining = false;
+  unsigned int maxVariogramSize = 0;
   // The SD data fields whose values are the drift of universal kriging;
   // none for ordinary kriging.
   std::vector<std::string> drift;

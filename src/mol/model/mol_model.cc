@@ -14,7 +14,8 @@ namespace Varimo {
 
 std::unique_ptr<ZqMolKrige> ZqMakeMolKrige(const ZqMolModelSettings& settings) {
   ZqLocalKrigeOptions local;
-  local.SetNumLocal(settings.numLocal);
+  local.SetNumLocal(settings.numLocal).SetPredictTraining(settings.predictTraining);
+  if (settings.maxVariogramSize > 0) local.SetMaxVariogramSize(settings.maxVariogramSize);
   if (settings.drift.empty()) {
     if (settings.numLocal > 0) return std::make_unique<ZqMolKrige>(settings.fingerprint, local);
     return std::make_unique<ZqMolKrige>(settings.fingerprint, ZqGlobalKrigeOptions());

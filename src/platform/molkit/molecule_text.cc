@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
 #include <exception>
 
 #include "mol_graph.h"
+#include "varimo/platform/corvane/strings.h"
 
 namespace Molkit {
 namespace {
@@ -17,6 +19,29 @@ namespace {
 std::size_t DeclaredAtoms(const std::string& counts) {
   if (counts.find("V3000") != std::string::npos) return 0;  // counted in its own block, see below
   return static_cast<std::size_t>(std::strtoul(counts.substr(0, 3).c_str(), nullptr, 10));
+}
+
+// Whether a V2000 atom block (the lines after the counts line, up to
+// `end`) or a V3000 one has a hydrogen atom.
+bool HasHydrogenAtom(const std::vector<std::string>& lines, std::ptrdiff_t end) {
+  const std::size_t last = static_cast<std::size_t>(end);
+  if (lines.size() < 4) return false;
+  if (lines[3].find("V3000") != std::string::npos) {
+    for (std::size_t i = 4; i < last; ++i) {
+      // "M  V30 index symbol x y z ..."
+      if (lines[i].rfind("M  V30 ", 0) != 0) continue;
+      char symbol[8] = {};
+      int index = 0;
+      if (std::sscanf(lines[i].c_str() + 7, "%d %7s", &index, symbol) == 2 && std::string(symbol) == "H") return true;
+    }
+    return false;
+  }
+  const std::size_t atoms = DeclaredAtoms(lines[3]);
+  for (std::size_t i = 4; i < 4 + atoms && i < last; ++i) {
+    // The symbol is in columns 32 to 34.
+    if (lines[i].size() > 32 && Corvane::ZqStringStripWhiteSpace(lines[i].substr(31, 3)) == "H") return true;
+  }
+  return false;
 }
 
 }  // namespace
@@ -52,7 +77,14 @@ std::unique_ptr<ZqMolBase> ZqMolFromRecordLines(const std::vector<std::string>& 
   ZqSilenceRDKitLogs();
   std::unique_ptr<RDKit::RWMol> parsed;
   try {
-    parsed.reset(RDKit::MolBlockToMol(block, true, true));
+    if (HasHydrogenAtom(lines, end - lines.begin())) {
+      // Read with the hydrogens, which are then taken out with the heavy
+      // atoms' places in the record kept.
+      parsed.reset(RDKit::MolBlockToMol(block, true, false));
+      if (parsed) ZqRemoveHydrogensKeepingRecordIndices(*parsed);
+    } else {
+      parsed.reset(RDKit::MolBlockToMol(block, true, true));
+    }
   } catch (const std::exception& e) {
     error = std::string("cannot read the mol block: ") + e.what();
     return nullptr;

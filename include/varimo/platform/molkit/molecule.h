@@ -115,6 +115,11 @@ class ZqMolBase : public Corvane::ZqBase {
   void SetSDData(const std::string& tag, std::string text);
   const std::vector<std::pair<std::string, std::string>>& GetSDDataFields() const { return sdData_; }
 
+  // The index the atom had in the file record the molecule was read from:
+  // its own index, unless the reader took explicit hydrogens out of the
+  // graph, which moves the heavy atoms after them.
+  std::size_t GetRecordAtomIndex(std::size_t atom) const;
+
   // RDKit's canonical SMILES of the graph.
   std::string GetCanonicalSmiles() const;
 
