@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "program_support.h"
 #include "varimo/mol/mol_krige.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/platform/molkit/molecule_files.h"
@@ -27,41 +28,15 @@
 namespace {
 
 using ::testing::HasSubstr;
+using VarimoTest::Krige;
+using VarimoTest::Lines;
+using VarimoTest::Outcome;
+using VarimoTest::Scratch;
+using VarimoTest::Slurp;
+using VarimoTest::Write;
 using Mols = std::vector<std::unique_ptr<Molkit::ZqMolBase>>;
 
 constexpr const char* kBzr = "/usr/share/RDKit/Projects/DbCLI/testData/bzr.sdf";
-
-struct Outcome {
-  int status;
-  std::string out, err;
-};
-
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-void Write(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-
-std::string Scratch(const std::string& name) {
-  const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-  return ::testing::TempDir() + "varimo_krige_mol_" + test + "_" + std::to_string(getpid()) + "_" + name;
-}
-
-Outcome Krige(const std::string& args) {
-  const std::string out = Scratch("stdout"), err = Scratch("stderr");
-  const int raw = std::system((std::string(VARIMO_KRIGE_PROGRAM) + " " + args + " >" + out + " 2>" + err).c_str());
-  return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 std::string SeventeenDigits(double value) {
   char text[40];

@@ -89,7 +89,8 @@ std::string ZqPredictionCsvHeader(const ZqMolPredictionFormat& format);
 // escaped with '\'); fields are quoted as CSV needs.
 std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredictionFormat& format);
 // One SD record: the query molecule as read, its own data fields kept,
-// then "prediction", "std", "neighbours" (and "P(>T)", "kernel" as asked),
+// then "prediction", "std", "neighbours" (and "P(above T)", since an SD
+// tag cannot hold a '>', and "kernel" as asked),
 // and for a row without a prediction "failure" with the reason. A record
 // that could not be read is written as an empty molecule with its name, so
 // that the records of the output match those of the input one to one.

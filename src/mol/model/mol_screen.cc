@@ -155,7 +155,8 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
     record += SDField("neighbours", predicted ? Neighbours(result) : std::string());
   }
   if (format.threshold) {
-    record += SDField("P(>" + format.thresholdText + ")",
+    // A '>' would end the tag early for SD readers, RDKit's among them.
+    record += SDField("P(above " + format.thresholdText + ")",
                       Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold) : kFailed));
   }
   if (format.kernel) record += SDField("kernel", predicted ? result.GetKernel().GetName() : std::string());
