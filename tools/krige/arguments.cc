@@ -16,8 +16,9 @@ const char* HelpText() {
                     [--drift C1,C2,...] [--kernel NAME] [--variogram VARIOGRAM.csv]
                     [--local K [--predict-training] [--max-variogram-size M]]
                     [--quiet]
-       varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv
-                    [--contributions CONTRIB.csv] [--local K] [--drift TAG,...]
+       varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv|PRED.sdf
+                    [--contributions CONTRIB.csv] [--local K [--predict-training]
+                    [--max-variogram-size M]] [--drift TAG,...] [--threshold T]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
                     [--report DIR [--report-format png|svg|pdf]]
        varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
@@ -70,30 +71,56 @@ optional header line starting "smiles" that names them; or a CSV file with a
 are molecules and the distance is one minus the Tanimoto coefficient of their
 Vsepr path fingerprints. The response and the drift are SD data fields (or
 columns) of that name.
-  --out PRED.csv         "row,name,prediction,variance,neighbours" per read
-                         record of QUERY (row: the record's number in QUERY from
-                         0); neighbours: the names of the three training
-                         molecules of largest weight, separated by ';'
+  --out PRED.csv         "row,name,prediction,variance,neighbours" per record of
+                         QUERY (row: the record's number in QUERY from 0), every
+                         record a row: one that cannot be read or predicted has
+                         the error value 1.7976931348623157e+308 and no
+                         neighbours; neighbours: the names of the three training
+                         molecules of largest weight, separated by ';' (a ';' or
+                         '\' in a name is escaped with '\'); with a local model a
+                         last column "kernel" names the kernel of each row
+  --out PRED.sdf         (or .sdf.gz) SD records instead: each query molecule with
+                         its own data fields and "prediction", "std", "neighbours"
+                         (a row without a prediction: the error value, and
+                         "failure" with the reason; an unreadable record: an
+                         empty molecule with its name)
+  --threshold T          also the probability of a true value above T: a column
+                         "P(>T)", or the SD field "P(above T)"
   --contributions FILE   "row,atom,contribution" for each heavy atom of each
-                         query (atom: its index in the record from 0): how much
-                         the atom moves the prediction away from the mean of the
-                         training responses
+                         query (atom: its index in the record from 0, explicit
+                         hydrogens counted): how much the atom moves the
+                         prediction away from the mean of the training responses
   --drift TAG,...        universal kriging around a drift linear in these fields
+  --local K              as for CSV files, with --predict-training and
+                         --max-variogram-size; prints "kernels: A, B, ..." (the
+                         order each query tries them) instead of the kernel line
   --save MODEL.vkm       write the trained model (format described in the README)
   --load MODEL.vkm       read a saved model instead of --train and --response
-  --threads N            predict N queries at a time; the same numbers as one
+  --threads N            predict N queries at a time (1 to 1024); the same numbers
+                         as one
   --report DIR           write one report image per query, DIR/ROW.png (ROW as
                          in PRED.csv; DIR made if missing): the molecule with
                          its atoms coloured by their contributions, the
                          predicted distribution and the training molecules of
-                         largest weight; none for a failed prediction
+                         largest weight; none for a row that fails, whose image
+                         of an earlier run is removed
   --report-format png|svg|pdf  with --report: the images' format (default png)
   cv                     K-fold cross-validation (--folds K, default 5; records
                          shuffled with --seed S, default 1); ends with the lines
                          "RMSE x", "R2 x" and "coverage95 x" (the fraction of
-                         held-out values within prediction +- 1.96 sqrt(variance))
-Records that cannot be read, or lack a numeric response, are left out with a
-message naming the record.
+                         held-out values within prediction +- 1.96 sqrt(variance));
+                         R2 is nan, and said to be undefined, when fewer than two
+                         predictions count or their measured values are equal
+The query file is read, predicted and written a chunk of records at a time, so
+files of any size take little memory. A row that cannot be predicted is named on
+standard error with its row, its name and the reason, and the run ends with one
+line counting them. Records that cannot be read: control bytes, a field more than
+a SMILES file's header names, an SD record without its "$$$$" line (it and the
+next are named), more than 1000 atoms. Training records that cannot be read, or
+lack a numeric response, are left out with a message naming the record (counted
+from 1). Outputs are written whole or not at all: to a scratch file beside each,
+renamed into place when the run succeeds; an output that is also an input or
+another output is refused.
 
 Training rows with a missing response, feature or drift value are left out.
 Prints "kernel: NAME sill=S nugget=N range=R" for the trained kernel. With more
