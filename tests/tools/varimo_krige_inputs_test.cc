@@ -147,6 +147,17 @@ TEST_F(Inputs, TrainingThatCannotWorkSaysWhyInOneLine) {
   run = Krige("--train " + one + " --response pIC50 --save " + Scratch("m.vkm"));
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.err, HasSubstr("no kernel could be trained on " + one + ": all 5 records are one molecule"));
+  // A drift field with one value everywhere is the intercept again.
+  std::string constant = kTraining;
+  constant.replace(constant.find("pIC50\n"), 6, "pIC50 logp\n");
+  for (std::size_t at = constant.find('\n') + 1; at < constant.size(); at = constant.find('\n', at) + 1) {
+    constant.insert(constant.find('\n', at), " 1.5");
+  }
+  Write(same, constant);
+  run = Krige("--train " + same + " --response pIC50 --drift logp --save " + Scratch("m.vkm"));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr(": the drift field \"logp\" has one value in every training record\n"));
+  EXPECT_EQ(Krige(Train() + " --drift logp,logp --save m.vkm").err, "varimo-krige: --drift names logp twice\n");
 }
 
 TEST_F(Inputs, ContributionsNumberTheRecordsAtomsAndNamesSplitBack) {

@@ -1,5 +1,6 @@
 #include "arguments.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdlib>
@@ -139,9 +140,14 @@ namespace {
 bool ParseNames(const std::string& flag, const std::string& value, std::vector<std::string>& names,
                 std::string& error) {
   Corvane::ZqStringTokenize(names, value, ",", false);
-  for (const std::string& name : names) {
-    if (name.empty()) {
+  for (std::size_t k = 0; k < names.size(); ++k) {
+    if (names[k].empty()) {
       error = flag + " has an empty column name: " + value;
+      return false;
+    }
+    if (std::find(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(k), names[k]) !=
+        names.begin() + static_cast<std::ptrdiff_t>(k)) {
+      error = flag + " names " + names[k] + " twice";
       return false;
     }
   }

@@ -32,7 +32,12 @@ std::string WhyNoKernel(const Varimo::ZqMolModel& model, const std::vector<std::
   std::set<std::string> smiles;
   for (std::size_t i = 0; i < model.GetNumRecords(); ++i) smiles.insert(model.GetRecord(i).GetCanonicalSmiles());
   if (smiles.size() == 1) return "all " + std::to_string(y.size()) + " records are one molecule";
-  if (!warnings.empty()) return warnings.back();
+  if (!warnings.empty()) {
+    // The model's own reasons come without the routine that found them.
+    const std::string prefix = "ZqMolModel::Train, ";
+    const std::string& last = warnings.back();
+    return last.rfind(prefix, 0) == 0 ? last.substr(prefix.size()) : last;
+  }
   return "no candidate kernel gives a covariance matrix that factorises";
 }
 

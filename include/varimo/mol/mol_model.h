@@ -89,7 +89,9 @@ class ZqMolModel {
   // settings' options), as a model file keeps it.
   bool AddTraining(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp, double response);
   // Fits the kernels (or the one named in the settings) and trains; false,
-  // with the engine's warnings, when no kernel trains.
+  // with the engine's warnings, when no kernel trains, and false with an
+  // error when the drift fields cannot make a drift (one named twice, or
+  // one with the same value in every record).
   bool Train();
   // Trains with a saved state (ZqKrigeBase::TrainWithKernels), fitting
   // nothing.
@@ -113,6 +115,8 @@ class ZqMolModel {
   double GetMeanResponse() const;
 
  private:
+  std::string DriftProblem() const;
+
   ZqMolModelSettings settings_;
   std::unique_ptr<ZqMolKrige> krige_;
   std::vector<std::unique_ptr<Molkit::ZqMolBase>> mols_;
