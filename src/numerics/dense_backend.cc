@@ -6,6 +6,7 @@
 #include <dlfcn.h>
 
 #include <atomic>
+#include <mutex>
 #include <string>
 
 #include "varimo/numerics/dense_algebra.h"
@@ -68,8 +69,29 @@ std::string ZqDenseBackendDescription() {
          ", SVD " + std::to_string(DenseDetail::kSvdSide) + ")";
 }
 
-ZqSingleThreadedBlas::ZqSingleThreadedBlas() : previous_(openblas_get_num_threads()) { openblas_set_num_threads(1); }
+namespace {
 
-ZqSingleThreadedBlas::~ZqSingleThreadedBlas() { openblas_set_num_threads(previous_); }
+// The scopes alive in the process and the thread count the first found.
+// Scopes on several threads at once (two callers predicting side by side)
+// must not hand the BLAS its threads back while another still runs: the
+// last one out restores the count. The lock is held for the count alone.
+std::mutex gScopesMutex;
+int gScopes = 0;
+int gThreadsBefore = 1;
+
+}  // namespace
+
+ZqSingleThreadedBlas::ZqSingleThreadedBlas() {
+  const std::lock_guard<std::mutex> lock(gScopesMutex);
+  if (gScopes++ == 0) {
+    gThreadsBefore = openblas_get_num_threads();
+    openblas_set_num_threads(1);
+  }
+}
+
+ZqSingleThreadedBlas::~ZqSingleThreadedBlas() {
+  const std::lock_guard<std::mutex> lock(gScopesMutex);
+  if (--gScopes == 0) openblas_set_num_threads(gThreadsBefore);
+}
 
 }  // namespace Varimo

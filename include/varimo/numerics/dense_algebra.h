@@ -34,8 +34,9 @@
 //     are joined, with one worker exactly as with many. Inside it every BLAS
 //     call runs on the thread that makes it: N workers do not start N pools
 //     of BLAS threads on the same cores, and the results do not depend on N.
-// varimo-krige --threads follows this rule, so --threads N gives the bits of
-// --threads 1.
+// ZqPredictMolecules and ZqPredictVectorRows follow this rule, and with them
+// varimo-krige --threads and the Python package's predictions: N threads give
+// the bits of one.
 #pragma once
 
 #include <Eigen/Core>
@@ -56,19 +57,17 @@ ZqDenseBackend ZqGetDenseBackend();
 // and thread count, and the thresholds; for benchmark reports.
 std::string ZqDenseBackendDescription();
 
-// While one exists, the BLAS runs every call on the calling thread (see
-// Threads above). Scopes nest; each restores the thread count it found.
-// The thread count is the process's, so a scope must not overlap with
-// factorisations on other threads that expect the BLAS's threads.
+// While one exists anywhere in the process, the BLAS runs every call on
+// the calling thread (see Threads above): the BLAS's thread count is the
+// process's. Scopes nest and may live on several threads at once; when the
+// last one ends, the count it found comes back. Factorisations on other
+// threads while a scope lives run single-threaded too.
 class ZqSingleThreadedBlas {
  public:
   ZqSingleThreadedBlas();
   ~ZqSingleThreadedBlas();
   ZqSingleThreadedBlas(const ZqSingleThreadedBlas&) = delete;
   ZqSingleThreadedBlas& operator=(const ZqSingleThreadedBlas&) = delete;
-
- private:
-  int previous_;
 };
 
 // The upper Cholesky factor U of a symmetric positive definite matrix
