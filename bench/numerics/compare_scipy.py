@@ -2,7 +2,7 @@
 """One Cholesky factorisation and one symmetric eigen decomposition with
 eigenvectors, ours (varimo_dense_bench, the path chosen by order: LAPACK on
 OpenBLAS at these sizes) beside scipy on OpenBLAS, at n = 2000 and 4000, in
-one run.
+one run, ours and scipy's runs alternating.
 
     /usr/bin/python3 bench/numerics/compare_scipy.py BUILD/bench/numerics/varimo_dense_bench [--repeats R]
                      [--reference-blas]
@@ -21,10 +21,9 @@ import argparse
 import os
 import statistics
 import sys
-import time
 
 sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-from peer_timing import PeerProcess, benchmark_json, medians, our_blas, print_blas  # noqa: E402
+from peer_timing import PeerProcess, benchmark_json, our_blas, print_blas, timed  # noqa: E402
 
 import numpy as np
 
@@ -44,16 +43,8 @@ def scipy_times(n, repeats):
     """Median seconds of scipy's Cholesky and eigh on the matrix of order n."""
     import scipy.linalg
     c = covariance(n)
-    times = {}
-    for name, call in (("cholesky", lambda: scipy.linalg.cholesky(c, check_finite=False)),
-                       ("eigh", lambda: scipy.linalg.eigh(c, driver="evd", check_finite=False))):
-        runs = []
-        for _ in range(repeats):
-            start = time.perf_counter()
-            call()
-            runs.append(time.perf_counter() - start)
-        times[name] = statistics.median(runs)
-    return times
+    return {"cholesky": timed(lambda: scipy.linalg.cholesky(c, check_finite=False), repeats),
+            "eigh": timed(lambda: scipy.linalg.eigh(c, driver="evd", check_finite=False), repeats)}
 
 
 def main():
@@ -63,20 +54,28 @@ def main():
     parser.add_argument("--reference-blas", action="store_true")
     args = parser.parse_args()
 
-    report = benchmark_json(args.program, "--benchmark_filter=BM_(Cholesky|SymmetricEigen)/path:0/n:(2000|4000)/",
-                            "--benchmark_repetitions=%d" % args.repeats, "--benchmark_report_aggregates_only=true")
-    ours = {name: b["real_time"] / 1e3 for name, b in medians(report).items()}
     peers = {"scipy": PeerProcess("openblas")}
     if args.reference_blas:
         peers["scipy, reference BLAS"] = PeerProcess("reference")
-    theirs = {label: {n: process.call(scipy_times, n, args.repeats if label == "scipy" else 1) for n in SIZES}
-              for label, process in peers.items()}
-    print_blas(our_blas(report), peers)
+    # Ours and scipy's runs alternate, so that the load of a shared machine,
+    # which drifts over minutes, weighs on both alike.
+    ours, theirs, reference, blas = {}, {}, {}, None
+    for n in SIZES:
+        for _ in range(args.repeats):
+            report = benchmark_json(args.program, "--benchmark_filter=BM_(Cholesky|SymmetricEigen)/path:0/n:%d/" % n)
+            blas = our_blas(report)
+            for b in report["benchmarks"]:
+                ours.setdefault((b["run_name"].split("/")[0], n), []).append(b["real_time"] / 1e3)
+            for name, seconds in peers["scipy"].call(scipy_times, n, 1).items():
+                theirs.setdefault((name, n), []).append(seconds)
+        if args.reference_blas:
+            reference[n] = peers["scipy, reference BLAS"].call(scipy_times, n, 1)
+    print_blas(blas, peers)
     for process in peers.values():
         process.close()
 
-    print("seconds, median of %d:" % args.repeats)
-    header = "  %-22s %6s %9s %9s %9s" % ("", "n", "ours", "scipy", "ours/sp")
+    print("seconds, medians of %d, and ours / scipy: median (range of the runs)" % args.repeats)
+    header = "  %-22s %6s %9s %9s %20s" % ("", "n", "ours", "scipy", "ours/scipy")
     if args.reference_blas:
         header += " %12s" % "scipy (ref)"
     print(header)
@@ -84,12 +83,15 @@ def main():
     for ours_name, peer_name, label in (("BM_Cholesky", "cholesky", "Cholesky"),
                                         ("BM_SymmetricEigen", "eigh", "eigen (evd)")):
         for n in SIZES:
-            o = ours["%s/path:0/n:%d/real_time" % (ours_name, n)]
-            p = theirs["scipy"][n][peer_name]
-            met = met and o / p <= TARGET
-            line = "  %-22s %6d %9.3f %9.3f %9.2f" % (label, n, o, p, o / p)
+            mine, peer = ours[(ours_name, n)], theirs[(peer_name, n)]
+            ratios = [a / b for a, b in zip(mine, peer)]
+            ratio = statistics.median(ratios)
+            met = met and ratio <= TARGET
+            line = "  %-22s %6d %9.3f %9.3f %8.2f (%.2f-%.2f)" % (label, n, statistics.median(mine),
+                                                               statistics.median(peer), ratio, min(ratios),
+                                                               max(ratios))
             if args.reference_blas:
-                line += " %12.3f" % theirs["scipy, reference BLAS"][n][peer_name]
+                line += " %12.3f" % reference[n][peer_name]
             print(line)
     print("target ours / scipy <= %.1f: %s" % (TARGET, "met" if met else "MISSED"))
 

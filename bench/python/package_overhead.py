@@ -3,18 +3,24 @@
 fit + predict of CHEMBL2321810 (rdkit-data's Free-Wilson series of 1017
 sulfonamides, pIC50 as given), SMILES in, predictions with standard
 deviations out, in the package and in C++ (mol_model_bench's
-BM_FoldsFitPredict, the same folds and calls), in one run.
+BM_FoldsFitPredict, the same folds and calls), in one run. Both sides run
+the library's dense factorisations on the OpenBLAS it links; the script
+prints what each loaded.
 
     PYTHONPATH=build/release/python bench/python/package_overhead.py build/release/bench/mol/mol_model_bench
 """
 
 import json
+import os
 import statistics
 import subprocess
 import sys
 import time
 
 import numpy as np
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from peer_timing import blas_in_use  # noqa: E402
 
 import varimo
 from varimo import _core
@@ -48,16 +54,19 @@ def package_seconds(smiles, y, repetitions):
 def cpp_seconds(program, repetitions):
     done = subprocess.run([program, "--benchmark_filter=FoldsFitPredict", "--benchmark_format=json",
                            f"--benchmark_repetitions={repetitions}"], capture_output=True, text=True, check=True)
-    runs = json.loads(done.stdout)["benchmarks"]
-    return [r["real_time"] for r in runs if r.get("run_type") == "iteration"]
+    report = json.loads(done.stdout)
+    runs = report["benchmarks"]
+    return [r["real_time"] for r in runs if r.get("run_type") == "iteration"], report["context"].get("dense_backend")
 
 
 def main():
     program = sys.argv[1]
     repetitions = int(sys.argv[2]) if len(sys.argv) > 2 else 3
     smiles, y = load()
-    cpp = cpp_seconds(program, repetitions)
+    cpp, blas = cpp_seconds(program, repetitions)
     py = package_seconds(smiles, y, repetitions)
+    print(f"BLAS, C++: {blas}")
+    print(f"BLAS, Python package's process: {blas_in_use()}")
     c, p = statistics.median(cpp), statistics.median(py)
     print(f"5-fold fit + predict of CHEMBL2321810 ({len(y)} molecules), medians of {repetitions}:")
     print(f"  C++ library calls: {c:.3f} s  (runs {', '.join(f'{t:.3f}' for t in cpp)})")

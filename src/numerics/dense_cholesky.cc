@@ -84,31 +84,28 @@ void ZqCholeskyFactor::Clear() {
   rfp_.resize(0);
 }
 
-void ZqCholeskyFactor::WhitenInPlace(Eigen::Ref<Eigen::MatrixXd> b) const {
+void ZqCholeskyFactor::TriangularSolveInPlace(Eigen::Ref<Eigen::MatrixXd> b, bool transposed) const {
   if (packed_) {
-    LAPACKE_dtfsm_work(LAPACK_COL_MAJOR, 'N', 'L', 'U', 'T', 'N', static_cast<lapack_int>(order_),
-                       static_cast<lapack_int>(b.cols()), 1.0, rfp_.data(), b.data(),
-                       Leading(b, order_));
+    LAPACKE_dtfsm_work(LAPACK_COL_MAJOR, 'N', 'L', 'U', transposed ? 'T' : 'N', 'N', static_cast<lapack_int>(order_),
+                       static_cast<lapack_int>(b.cols()), 1.0, rfp_.data(), b.data(), Leading(b, order_));
   } else if (b.cols() == 1) {
     // Eigen's matrix-vector solve runs about twice as fast as its blocked
     // path on a single column.
-    full_.triangularView<Eigen::Upper>().transpose().solveInPlace(b.col(0));
-  } else {
+    if (transposed) {
+      full_.triangularView<Eigen::Upper>().transpose().solveInPlace(b.col(0));
+    } else {
+      full_.triangularView<Eigen::Upper>().solveInPlace(b.col(0));
+    }
+  } else if (transposed) {
     full_.triangularView<Eigen::Upper>().transpose().solveInPlace(b);
-  }
-}
-
-void ZqCholeskyFactor::BackSolveInPlace(Eigen::Ref<Eigen::MatrixXd> b) const {
-  if (packed_) {
-    LAPACKE_dtfsm_work(LAPACK_COL_MAJOR, 'N', 'L', 'U', 'N', 'N', static_cast<lapack_int>(order_),
-                       static_cast<lapack_int>(b.cols()), 1.0, rfp_.data(), b.data(),
-                       Leading(b, order_));
-  } else if (b.cols() == 1) {
-    full_.triangularView<Eigen::Upper>().solveInPlace(b.col(0));
   } else {
     full_.triangularView<Eigen::Upper>().solveInPlace(b);
   }
 }
+
+void ZqCholeskyFactor::WhitenInPlace(Eigen::Ref<Eigen::MatrixXd> b) const { TriangularSolveInPlace(b, true); }
+
+void ZqCholeskyFactor::BackSolveInPlace(Eigen::Ref<Eigen::MatrixXd> b) const { TriangularSolveInPlace(b, false); }
 
 void ZqCholeskyFactor::SolveInPlace(Eigen::Ref<Eigen::MatrixXd> b) const {
   WhitenInPlace(b);

@@ -114,6 +114,9 @@ class ZqCholeskyFactor {
   void SolveInPlace(Eigen::Ref<Eigen::MatrixXd> b) const;
 
  private:
+  // U'^-1 b when transposed, U^-1 b otherwise.
+  void TriangularSolveInPlace(Eigen::Ref<Eigen::MatrixXd> b, bool transposed) const;
+
   Eigen::Index order_ = 0;
   bool valid_ = false;
   bool packed_ = false;
