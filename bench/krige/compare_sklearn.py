@@ -120,16 +120,23 @@ def max_relative(ours, ref):
     return float(np.max(np.abs(ours - ref) / np.abs(ref)))
 
 
+def data_flags(folder):
+    return [f"--krige_train={os.path.join(folder, 'train.f64')}", f"--krige_queries={os.path.join(folder, 'queries.f64')}",
+            f"--krige_range={RANGE!r}", f"--krige_sill={SILL!r}"]
+
+
+def write_our_predictions(program, folder):
+    """Has the benchmark write its predictions and variances into the folder
+    (it does so before benchmarking; listing the benchmarks runs none)."""
+    subprocess.run([program, *data_flags(folder), f"--krige_output={folder}", "--benchmark_list_tests=true"],
+                   check=True, capture_output=True)
+
+
 def run_ours(program, folder, selection):
     """One run of the benchmarks that `selection` (a regular expression)
-    picks; the predictions are written to the folder when `selection` is
-    None. Returns seconds and labels by run name, and our BLAS."""
-    train, queries = os.path.join(folder, "train.f64"), os.path.join(folder, "queries.f64")
-    flags = [f"--benchmark_filter={selection}"] if selection else [f"--krige_output={folder}", "--benchmark_filter=NONE"]
-    out = subprocess.run(
-        [program, f"--krige_train={train}", f"--krige_queries={queries}", f"--krige_range={RANGE!r}",
-         f"--krige_sill={SILL!r}", "--benchmark_format=json", *flags],
-        check=True, capture_output=True, text=True).stdout
+    picks. Returns seconds and labels by run name, and our BLAS."""
+    out = subprocess.run([program, *data_flags(folder), "--benchmark_format=json", f"--benchmark_filter={selection}"],
+                         check=True, capture_output=True, text=True).stdout
     report = json.loads(out)
     times, labels = {}, {}
     for b in report["benchmarks"]:
@@ -179,7 +186,8 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         np.hstack([x, y[:, None]]).astype("<f8").tofile(os.path.join(folder, "train.f64"))
         q.astype("<f8").tofile(os.path.join(folder, "queries.f64"))
-        _, _, our_blas = run_ours(args.program, folder, None)
+        write_our_predictions(args.program, folder)
+        our_blas = run_ours(args.program, folder, "Cholesky/2000/")[2]
 
         print(f"data: 16-D uniform points, {QUERIES} queries; Gaussian kernel range {RANGE}, sill {SILL}, "
               f"nugget 0; medians of {args.repeats} runs, ours and the peer's alternating")
