@@ -117,6 +117,7 @@ class ZqDataTableColBase {
   std::uint64_t GetElementIndex(std::uint64_t row, std::uint64_t col) const;
 
   // Names, kinds, shape and flags, one per line, after a rule of 52 '$'.
+  // The forms without a stream print through Corvane's output sink.
   void PrintSummary(std::ostream& out) const;
   void PrintSummary() const;
   // The summary, then the first `numRows` rows and `numCols` columns as text.
