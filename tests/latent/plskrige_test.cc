@@ -261,7 +261,7 @@ TEST(PartialLeastSquares, HelperFunctions) {
     EXPECT_GE(r, -2.0);
     EXPECT_LE(r, 3.0);
   }
-  VarimoTest::CaptureStdout capture;
+  VarimoTest::CaptureOutput capture;
   EXPECT_EQ(GetRandomDoubleWithinBounds(1.5, 1.5), 1.5);
   EXPECT_EQ(capture.Text(), "lb >= ub in GetRandomDoubleWithinBounds!   1.500000 1.500000 \n");
 }

@@ -135,7 +135,7 @@ TEST_F(ColumnResamplingTest, IndependenceStatisticsMatchNumpyForPointsAndSimilar
 
 TEST_F(ColumnResamplingTest, PValueOfEqualColumnsIsNearZeroAndRepeatsWithTheSeed) {
   Numarc::ZqRanNumEngine engine(17);
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   const double p = ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(
       result, engine, 400, Indep::DistanceCorrelationTestStat, table, "u", "u");
   const std::string text = out.Text();
@@ -145,7 +145,7 @@ TEST_F(ColumnResamplingTest, PValueOfEqualColumnsIsNearZeroAndRepeatsWithTheSeed
   EXPECT_NE(text.find("\n90th percentile = "), std::string::npos) << text;
 
   Numarc::ZqRanNumEngine again(17);
-  VarimoTest::CaptureStdout quiet;
+  VarimoTest::CaptureOutput quiet;
   EXPECT_EQ(ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(
                 result, again, 400, Indep::DistanceCorrelationTestStat, table, "u", "u"),
             p);
