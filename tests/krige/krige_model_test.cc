@@ -135,20 +135,26 @@ TEST(KrigeModels, QueriesOnTrainingElementsReturnTheirResponses) {
   for (std::size_t u = 0; u < ordinary->GetContainer().GetNumUnique(); ++u) {
     unique.push_back(ordinary->GetContainer().GetRepresentative(u));
   }
-  for (const char* name : {"Gaussian", "Spherical"}) {
-    const ZqKrigeKernel kernel = KernelNamed(name, 2.0, 1.5, 0.0);
-    for (ZqStandardKrigeImpl<Element, ZqVectorStorage>* model :
-         {static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(simple.get()),
-          static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(ordinary.get())}) {
-      ASSERT_TRUE(model->TrainFixed(kernel));
-      std::vector<double> predictions, variances;
-      model->PredictMany(unique, predictions, variances);
-      for (std::size_t u = 0; u < unique.size(); ++u) {
-        const double response = model->GetContainer().GetUniqueResponse(u);
-        EXPECT_NEAR(model->Predict(unique[u]), response, 1e-14 * (1.0 + std::fabs(response))) << name << u;
-        EXPECT_EQ(model->GetVariance(unique[u]), 0.0);
-        EXPECT_NEAR(predictions[u], response, 1e-14 * (1.0 + std::fabs(response)));
-        EXPECT_EQ(variances[u], 0.0);
+  // Nuggets of 0, below the rounding unit of the sill, and just above it:
+  // every one valid, with the variance sill - (sill - nugget) as doubles
+  // give it (0 for the first three), never on the wrong side by rounding.
+  for (const double nugget : {0.0, 1e-20, 3e-17, 1e-15, 1e-10}) {
+    for (const char* name : {"Gaussian", "Spherical"}) {
+      const ZqKrigeKernel kernel = KernelNamed(name, 2.0, 1.5, nugget);
+      const double variance = 1.5 - (1.5 - nugget);
+      for (ZqStandardKrigeImpl<Element, ZqVectorStorage>* model :
+           {static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(simple.get()),
+            static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(ordinary.get())}) {
+        ASSERT_TRUE(model->TrainFixed(kernel));
+        std::vector<double> predictions, variances;
+        model->PredictMany(unique, predictions, variances);
+        for (std::size_t u = 0; u < unique.size(); ++u) {
+          const double response = model->GetContainer().GetUniqueResponse(u);
+          EXPECT_NEAR(model->Predict(unique[u]), response, 1e-14 * (1.0 + std::fabs(response))) << name << u;
+          EXPECT_EQ(model->GetVariance(unique[u]), variance) << name << nugget;
+          EXPECT_NEAR(predictions[u], response, 1e-14 * (1.0 + std::fabs(response)));
+          EXPECT_EQ(variances[u], variance) << name << nugget;
+        }
       }
     }
   }

@@ -99,6 +99,28 @@ TEST(MolKrige, HeldOutBzrPredictionsAndTheirProbabilities) {
   EXPECT_LT(krigeError, 0.8 * meanError);
 }
 
+TEST(MolKrige, AtVarianceZeroTheProbabilitiesAreThoseOfAPointMass) {
+  const Mols mols = ReadBzr();
+  ZqMolKrige model{ZqGlobalKrigeOptions()};
+  for (std::size_t i = 0; i < 20; ++i) ASSERT_TRUE(model.AddTraining(*mols[i], Activity(*mols[i])));
+  ZqKrigeKernel kernel(ZqKrigeKernelType::Exponential);
+  kernel.SetSill(1.0);
+  kernel.SetRange(0.5);
+  kernel.SetNugget(0.0);
+  ASSERT_TRUE(model.TrainFixed(kernel));
+  // A training molecule under a kernel without nugget: no uncertainty left.
+  const ZqMolKrigeResult r = model.GetResult(*mols[3]);
+  ASSERT_TRUE(r.Valid());
+  ASSERT_EQ(r.GetVariance(), 0.0);
+  const double y = r.GetResponse();
+  EXPECT_EQ(ZqProbabilityLessThan(r, y - 1e-9), 0.0);
+  EXPECT_EQ(ZqProbabilityLessThan(r, y), 0.5);
+  EXPECT_EQ(ZqProbabilityLessThan(r, y + 1e-9), 1.0);
+  EXPECT_EQ(ZqProbabilityGreaterThan(r, y), 0.5);
+  EXPECT_EQ(ZqProbabilityBetween(r, y + 1.0, y - 1.0), 1.0);
+  EXPECT_EQ(ZqProbabilityBetween(r, y, y + 1.0), 0.5);
+}
+
 TEST(MolKrige, ElementsAreTaggedCopiesThatOutliveClear) {
   const Mols mols = ReadBzr();
   std::map<std::string, const Molkit::ZqMolBase*> byName;  // bzr's names are unique

@@ -46,7 +46,12 @@ class ZqKrigeBase : public ZqDataModelBase<T> {
   virtual bool TrainFixed(const ZqKrigeKernelBase& kernel) = 0;
   virtual double GetVariance(const T& element) = 0;
   virtual double GetVariance(const T& element) const = 0;
-  // Not valid on failure.
+  // Not valid on failure. A query equal to a training element (distance 0
+  // to it) gets weight exactly 1 on that element and 0 on the others, and
+  // is valid with every trained kernel, whatever the size of its nugget: its
+  // variance is the nugget as sill - (sill - nugget) comes out in doubles,
+  // which is 0 for a nugget below the rounding unit of the sill, and never
+  // negative.
   virtual ZqKrigeResult GetKrigeResult(const T& element) = 0;
   virtual ZqKrigeResult GetKrigeResult(const T& element) const = 0;
   virtual ZqKrigeKernel GetKernel() = 0;

@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 #include "varimo/krige/krige_result.h"
@@ -99,9 +100,15 @@ Eigen::MatrixXd QueryCovarianceBlock(const std::vector<const T*>& queries, std::
 
 // The variance check of the ordinary and universal models: a kriging
 // variance outside [nugget, sill], with a margin of 1e-6 relative, comes
-// from a numerically broken solve. Written so that NaN fails too.
+// from a numerically broken solve. The lower bound also allows the rounding
+// of sill - sum w_i (sill - kernel(d_i)), about one unit of the sill: a
+// query on a training element has the variance sill - (sill - nugget),
+// which a nugget far below the sill (1e-10 of it, say) would otherwise put
+// on either side of the bound by the luck of rounding. Written so that NaN
+// fails too.
 inline bool VarianceInRange(double variance, const ZqKrigeKernelBase& kernel) {
-  return variance >= kernel.GetNugget() * 0.999999 && variance <= kernel.GetSill() * 1.000001;
+  const double rounding = 2.0 * std::numeric_limits<double>::epsilon() * std::fabs(kernel.GetSill());
+  return variance >= kernel.GetNugget() * 0.999999 - rounding && variance <= kernel.GetSill() * 1.000001;
 }
 
 // The unique element whose column of the covariance matrix the query's
