@@ -125,7 +125,10 @@ ZqSimilarityRegressionResult ZqLinearSmootherOnSimilarityBase::GetTestSetResults
   }
   ZqStatModelResult result(true);
   const ZqDataTableCol& response = table.GetColumnFromName(result, responseName);
-  const ZqDataTableCol& predictor = table_.GetColumnFromName(result, predictorName_);
+  // Each lookup reports on itself alone: the first failure is the one kept.
+  ZqStatModelResult predictorLookup(true);
+  const ZqDataTableCol& predictor = table_.GetColumnFromName(predictorLookup, predictorName_);
+  if (result.IsSuccessful()) result = predictorLookup;
   ZqDataTable test = table;
   test.ClearColumns();
   if (result.IsSuccessful()) result = test.AddColumn(predictor);

@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -163,6 +164,12 @@ class ZqDataTableCol {
   // column. A numCols of 0 is taken as 1.
   ZqDataTableCol(const std::string& name, const std::vector<double>& values, std::uint64_t numCols = 1,
                  bool lowerTriangular = false);
+  // The same from a braced list, ZqDataTableCol("x", {1, 2, 3}): without
+  // this form the list could make a std::string (of chars) as well as a
+  // vector, and the call would be ambiguous.
+  ZqDataTableCol(const std::string& name, std::initializer_list<double> values, std::uint64_t numCols = 1,
+                 bool lowerTriangular = false)
+      : ZqDataTableCol(name, std::vector<double>(values), numCols, lowerTriangular) {}
   // A sparse ratio column of numRows rows; unstored elements read as
   // missing. Any type but Ratio gives a null column. The column is read
   // only from the start.
