@@ -2,7 +2,7 @@
 // against numpy lstsq, predictions and variances against numpy direct
 // solves of the bordered system (tests/data/krige/make_drift_local_refs.py),
 // the model selection of ZqCreateKrige, and the failures of queries and
-// training elements without properties.
+// training elements without properties or with a drift that is not finite.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -119,21 +119,47 @@ class FirstCoordinate final : public ZqPropertyListFxn<Element> {
   ZqPropertyListFxn<Element>* CreateCopy() const override { return new FirstCoordinate(*this); }
 };
 
-TEST(UniversalKrige, ElementsWithoutPropertiesAreRefusedAndNaNWeightsFail) {
+TEST(UniversalKrige, ElementsWithoutFiniteDriftAreRefusedAndSuchQueriesInvalid) {
+  using Corvane::ZqThrowLevel;
   Corvane::ZqScopedThrowCapture capture;
   auto model = UniversalOnReferences(FirstCoordinate());
-  EXPECT_FALSE(model->AddTraining({-200.0, 0.0, 0.0}, 1.0));  // no properties: refused
+  EXPECT_FALSE(model->AddTraining({-200.0, 0.0, 0.0}, 1.0));  // no properties: refused quietly
+  EXPECT_TRUE(capture.Messages().empty());
+  // A drift that reads NaN (an SD field "nan") is refused with a warning,
+  // before it can make the drift fit and every solve NaN.
+  EXPECT_FALSE(model->AddTraining({60.0, 0.0, 0.0}, 1.0));
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            std::vector<std::string>{
+                "ZqKrigeTrainingContainer::AddElement, drift property 0 is not finite (nan): the training element is "
+                "refused"});
   EXPECT_EQ(model->GetContainer().GetNumData(), 42u);
   ASSERT_TRUE(model->TrainFixed(VarimoTest::ReferenceKernel("Spherical", "4.0", "5.0", "0.02")));
-  // A query without the properties is invalid at once; the training stays.
-  EXPECT_FALSE(model->GetKrigeResult({-200.0, 1.0, 1.0}).Valid());
-  EXPECT_EQ(model->Predict({-200.0, 1.0, 1.0}), kError);
+  // Queries without the properties, or with a NaN drift, are invalid at
+  // once and quietly; the training stays.
+  capture.Clear();
+  for (const Element& query : {Element{-200.0, 1.0, 1.0}, Element{60.0, 1.0, 1.0}}) {
+    EXPECT_FALSE(model->GetKrigeResult(query).Valid());
+    EXPECT_EQ(model->Predict(query), kError);
+  }
   EXPECT_TRUE(model->IsTrained());
-  EXPECT_TRUE(capture.Texts(Corvane::ZqThrowLevel::Warning).empty());
-  // A NaN property passes into the weights.
-  EXPECT_EQ(model->Predict({60.0, 1.0, 1.0}), kError);
-  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
-            std::vector<std::string>{"Universal kriging failed, NaN weights"});
+  EXPECT_TRUE(capture.Messages().empty());
+
+  // The local model refuses the same element and stays as it was.
+  ZqLocalUniversalKrige<Element> local(ZqEuclideanDistance(), FirstCoordinate(), 10, kError, 0u, false, false, 1000,
+                                       ZqKrigeUniqueResponseMethod::Mean);
+  const auto& data = DriftLocalReferences();
+  for (std::size_t i = 0; i < data.points.size(); ++i) ASSERT_TRUE(local.AddTraining(data.points[i], data.responses[i]));
+  ASSERT_TRUE(local.Train());
+  EXPECT_FALSE(local.AddTraining({70.0, 0.0, 0.0}, 1.0));
+  EXPECT_TRUE(local.IsTrained());
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning).back(),
+            "ZqLocalKrigeImpl::AddTraining, drift property 0 is not finite (nan): the training element is refused");
+
+  // The least-squares drift itself refuses to fit what is not finite.
+  ZqSVD<Element> fit{ZqVecPropertyListFxn(1)};
+  for (const double a : {1.0, 2.0, std::numeric_limits<double>::infinity()}) ASSERT_TRUE(fit.AddTraining({a}, a));
+  EXPECT_FALSE(fit.Train());
+  EXPECT_EQ(fit.Predict({1.0}), std::numeric_limits<double>::max());
 
   capture.Clear();
   Universal empty(ZqEuclideanDistance(), FirstCoordinate(), kError, 0u, false, ZqKrigeUniqueResponseMethod::Mean);

@@ -36,6 +36,9 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   ZqStandardKrigeImpl(const ZqStandardKrigeImpl& other);
   ZqStandardKrigeImpl& operator=(const ZqStandardKrigeImpl&) = delete;
 
+  // False, adding nothing, for a NaN response, an element without the drift
+  // properties, or one whose drift properties are not all finite (with a
+  // warning); the model is left untrained all the same.
   bool AddTraining(const T& element, double response) override;
   bool AddTrainingWithID(const T& element, double response, unsigned int id) override;
   bool AddUnmeasuredTraining(const T& element, double response) override;

@@ -91,6 +91,9 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   rightHand(size) = 1.0;
   for (std::size_t k = 0; k < m; ++k)
     rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
+  // A query whose drift is not finite has no properties to krige with, as
+  // one without them.
+  if (!rightHand.tail(static_cast<Eigen::Index>(m)).allFinite()) return ZqKrigeResult();
   if (ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHand.size()) return ZqKrigeResult();
   Eigen::VectorXd weights;
   const std::size_t under = krige_detail::ElementUnderQuery(rightHand.data(), kernel, container);
