@@ -5,11 +5,9 @@
 #include <GraphMol/FileParsers/FileParsers.h>
 #include <GraphMol/SmilesParse/SmilesParse.h>
 #include <GraphMol/SmilesParse/SmilesWrite.h>
-#include <RDGeneral/RDLog.h>
 
 #include <algorithm>
 #include <exception>
-#include <mutex>
 
 #include "mol_graph.h"
 
@@ -25,11 +23,6 @@ const RDKit::Bond& RDBond(const ZqMolBase& mol, unsigned int index) {
 }
 
 }  // namespace
-
-void ZqSilenceRDKitLogs() {
-  static std::once_flag once;
-  std::call_once(once, [] { boost::logging::disable_logs("rdApp.*"); });
-}
 
 unsigned int ZqAtomBase::GetAtomicNum() const {
   return static_cast<unsigned int>(RDAtom(*parent_, index_).getAtomicNum());
@@ -145,7 +138,13 @@ void ZqMolBase::SetSDData(const std::string& tag, std::string text) {
   sdData_.emplace_back(tag, std::move(text));
 }
 
-std::string ZqMolBase::GetCanonicalSmiles() const { return RDKit::MolToSmiles(graph_->mol); }
+std::string ZqMolBase::GetCanonicalSmiles() const {
+  // RDKit's writer stores atom ranks and the output order as properties of
+  // the molecule it writes, through a const reference: on the shared graph
+  // that would be a race between threads reading one molecule.
+  const RDKit::ROMol copy(graph_->mol);
+  return RDKit::MolToSmiles(copy);
+}
 
 ZqMCMolBase::ZqMCMolBase(const ZqMolBase& first) : ZqMolBase(first) { confs_.emplace_back(first.CreateCopy()); }
 
@@ -178,7 +177,6 @@ bool ZqMCMolBase::SetActiveConf(std::size_t index) {
 }
 
 std::unique_ptr<ZqMolBase> ZqMolFromSmiles(const std::string& smiles, std::string* error) {
-  ZqSilenceRDKitLogs();
   try {
     std::unique_ptr<RDKit::RWMol> parsed(RDKit::SmilesToMol(smiles));
     if (!parsed) {

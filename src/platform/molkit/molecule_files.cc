@@ -60,7 +60,6 @@ std::unique_ptr<ZqMolBase> RecordToMol(const std::vector<std::string>& lines, st
   }
   std::string block;
   for (auto it = lines.begin(); it != end + 1; ++it) block += *it + "\n";
-  ZqSilenceRDKitLogs();
   std::unique_ptr<RDKit::RWMol> parsed;
   try {
     parsed.reset(RDKit::MolBlockToMol(block, true, true));

@@ -115,7 +115,9 @@ class ZqMolBase : public Corvane::ZqBase {
   void SetSDData(const std::string& tag, std::string text);
   const std::vector<std::pair<std::string, std::string>>& GetSDDataFields() const { return sdData_; }
 
-  // RDKit's canonical SMILES of the graph.
+  // RDKit's canonical SMILES of the graph, written from a copy: the writer
+  // leaves properties on the molecule it writes, and this one may be read
+  // by several threads at once.
   std::string GetCanonicalSmiles() const;
 
   // The RDKit molecule behind it; for the library's own code.
