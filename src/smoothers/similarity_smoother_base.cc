@@ -29,7 +29,8 @@ ZqLinearSmootherOnSimilarityBase::ZqLinearSmootherOnSimilarityBase(const std::st
                                                                    const std::string& responseName,
                                                                    const ZqDataTable& table)
     : predictorName_(predictorName), responseName_(responseName), table_(table) {
-  // This set-up has always reported under the predictor-column smoothers' name.
+  // This set-up reports under the name of the predictor-column smoothers'
+  // set-up, which does the same work on a plain predictor.
   const char* routine = "ZqUniVarLinearSmootherBase::SetupDataTableFromTrainingSetNamesAndDataTable";
   table_.ClearColumns();
   ZqStatModelResult result(true);

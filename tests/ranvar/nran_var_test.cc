@@ -242,7 +242,7 @@ TEST(nZqRanVarStorage, NullStorageRefusesEverythingAsAnEmptyModel) {
   for (const Request& request : CheckedRequests()) {
     ZqStatModelResult result(true);
     request.call(null, result);
-    // A refused double load has always been reported under LoadRanVarVec.
+    // A refused double load is reported under LoadRanVarVec.
     const std::string method = std::string(request.method) == "LoadRanVarVal" ? "LoadRanVarVec" : request.method;
     EXPECT_EQ(Report(result), (ResultReport{false, F::EmptyStatModel, {"nZqNullRanVar::" + method}, {}}));
   }

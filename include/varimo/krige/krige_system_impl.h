@@ -154,7 +154,8 @@ inline constexpr std::size_t kQueryBlock = 256;
 // distance to the query and the unique response, and the copy lists of the
 // elements with several records. The copy lists are filled from the first
 // records of the whole training list, not from the element's own records:
-// that is how results have always reported copies, and reports rely on it.
+// a result's copy k of an element is record k of the training list, which
+// the reports read by that number.
 template <class T, class TT>
 void FillResultElements(ZqKrigeResultImpl& result, const ZqKrigeTrainingContainer<T, TT>& container,
                         const std::vector<double>& distances, const Eigen::VectorXd& weights,

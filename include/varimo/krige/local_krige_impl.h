@@ -269,9 +269,9 @@ ZqFullVariogram ZqLocalKrigeImpl<T, TT>::GetFullVariogram() {
   std::vector<std::pair<double, double>> pairs;
   // The outcome lands in variogramValid_, not in fullVariogramValid_: the
   // full variogram is rebuilt on every call, and a later GetVariogram()
-  // finds the plain one marked valid even when it is still empty. Models
-  // have always behaved so, and callers that ask for the full variogram
-  // before training rely on it.
+  // finds the plain one marked valid even when it is still empty: a model
+  // asked for its full variogram before training then fails to train, for
+  // want of bins, until a record is added or the model cleared.
   variogramValid_ = FillDistAndDiffImpl(pairs) && ZqSetupVariogram(fullVariogram_, pairs, true);
   return ZqFullVariogram(fullVariogram_.CreateCopy());
 }
