@@ -6,7 +6,7 @@
 #include <ostream>
 #include <sstream>
 
-#include "varimo/latent/logisticregression.h"
+#include "varimo/latent/logistic_regression.h"
 #include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/corvane/output_sink.h"
 

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/pls_krige.h"
 #include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {

@@ -3,7 +3,7 @@
 #include <ostream>
 #include <sstream>
 
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/pls_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/corvane/output_sink.h"
 

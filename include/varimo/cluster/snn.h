@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "varimo/cluster/nnstrength.h"
+#include "varimo/cluster/nn_strength.h"
 
 namespace Varimo {
 

@@ -1,4 +1,4 @@
-#include "varimo/latent/logisticregression.h"
+#include "varimo/latent/logistic_regression.h"
 
 #include <sstream>
 

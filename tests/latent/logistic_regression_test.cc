@@ -3,7 +3,7 @@
 // unpenalised LogisticRegression for the logit, a scipy.optimize fit of the
 // probit likelihood, and scipy.stats.norm for the link functions, all on the
 // breast-cancer table bundled with scikit-learn.
-#include "varimo/latent/logisticregression.h"
+#include "varimo/latent/logistic_regression.h"
 
 #include <gtest/gtest.h>
 

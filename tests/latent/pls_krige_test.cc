@@ -3,7 +3,7 @@
 // PLSRegression with scaling (and numpy least squares for the full model),
 // all written by tests/data/latent/make_pls_refs.py.
 // Latent vectors carry no fixed sign, so they are compared up to sign.
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/pls_krige.h"
 
 #include <gtest/gtest.h>
 
