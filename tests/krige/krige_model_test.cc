@@ -160,6 +160,26 @@ TEST(KrigeModels, QueriesOnTrainingElementsReturnTheirResponses) {
   }
 }
 
+// A semivariance that rises past the sill far away: a query there gets
+// negative covariances and an ordinary kriging variance of 3, outside
+// [nugget, sill]: the mark of a broken model, refused as invalid.
+class OvershootingKernel final : public ZqKrigeKernelImpl {
+ public:
+  std::string GetName() const override { return "Overshooting"; }
+  double GetValue(double distance) const override { return distance < 1.5 ? 0.5 * distance : 3.0; }
+  ZqKrigeKernelBase* CreateCopy() const override { return new OvershootingKernel(*this); }
+};
+
+TEST(KrigeModels, VariancesOutsideTheKernelsWindowAreInvalid) {
+  auto model = MakeModel<Ordinary>();
+  model->AddTraining({0.0}, 1.0);
+  model->AddTraining({1.0}, 2.0);
+  ASSERT_TRUE(model->TrainFixed(OvershootingKernel()));
+  EXPECT_TRUE(model->GetKrigeResult({0.5}).Valid());
+  EXPECT_FALSE(model->GetKrigeResult({10.0}).Valid());
+  EXPECT_EQ(model->GetVariance({10.0}), kError);
+}
+
 TEST(KrigeModels, TrainWalksTheCandidatesFromTheBestFit) {
   auto model = TrainedOnReferences<Ordinary>();
   ASSERT_TRUE(model->Train());

@@ -191,6 +191,73 @@ TEST(MolKrige, OneFingerprintAddedTwiceIsOneElementWithTwoCopies) {
   EXPECT_EQ(folded, 1u);
 }
 
+TEST(MolKrige, UnmeasuredAndConformerSetRoutes) {
+  const std::vector<std::pair<std::string, double>> series = {
+      {"CCO", 5.0}, {"CCCO", 5.5}, {"CCN", 4.0}, {"CCCCO", 6.5}, {"OCCO", 3.0}, {"CCCN", 4.5}};
+  ZqMolKrige plain{ZqGlobalKrigeOptions()}, conformers{ZqGlobalKrigeOptions()};
+  for (const auto& [smiles, y] : series) {
+    ASSERT_TRUE(plain.AddTraining(*Smiles(smiles), y));
+    ASSERT_TRUE(conformers.AddTraining(Molkit::ZqMCMolBase(*Smiles(smiles)), y));
+  }
+  ASSERT_TRUE(plain.AddUnmeasuredTraining(*Smiles("CCCCN"), 9.0));
+  ASSERT_TRUE(conformers.AddUnmeasuredTraining(Molkit::ZqMCMolBase(*Smiles("CCCCN")), 9.0));
+  const ZqKrigeKernel kernel(ZqKrigeKernelType::Exponential);
+  ASSERT_TRUE(plain.TrainFixed(kernel));
+  ASSERT_TRUE(conformers.TrainFixed(kernel));
+  const std::unique_ptr<Molkit::ZqMolBase> query = Smiles("CC(C)O");
+  const ZqMolKrigeResult a = plain.GetResult(*query);
+  const ZqMolKrigeResult b = conformers.GetResult(Molkit::ZqMCMolBase(*query));
+  ASSERT_TRUE(a.Valid() && b.Valid());
+  // A conformer set krieges as its molecule; its training copy is a molecule.
+  EXPECT_EQ(a.GetResponse(), b.GetResponse());
+  EXPECT_EQ(a.GetVariance(), b.GetVariance());
+  ASSERT_EQ(b.GetNumElements(), 7u);
+  unsigned int unmeasured = 0;
+  for (unsigned int e = 0; e < b.GetNumElements(); ++e) {
+    EXPECT_EQ(b.GetElement(e).GetCanonicalSmiles(), a.GetElement(e).GetCanonicalSmiles());
+    if (!b.GetElementIsUnmeasured(e)) continue;
+    ++unmeasured;
+    EXPECT_EQ(b.GetElement(e).GetCanonicalSmiles(), "CCCCN");
+    EXPECT_EQ(b.GetElementResponse(e), 9.0);
+  }
+  EXPECT_EQ(unmeasured, 1u);
+  EXPECT_EQ(b.GetTrainingResponses(true).Count(), 7u);
+  EXPECT_EQ(b.GetTrainingResponses(false).Count(), 6u);
+}
+
+// Tanimoto distances of small molecules take few values, so bin boundaries
+// fall inside runs of equal distance. A global model (pairs i < j) and a
+// local one that reaches every element (pairs later, earlier) bin the same
+// pairs, fit the same kernel and predict alike.
+TEST(MolKrige, GlobalAndAllReachingLocalModelsAgreeOnTiedDistances) {
+  const std::vector<std::string> smiles = {"CC",     "CCC",    "CCCC",   "CCCCC", "CO",    "CCO",   "CCCO",
+                                           "CCCCO",  "CN",     "CCN",    "CCCN",  "CC(C)C", "CC(C)O", "CC(C)N",
+                                           "C=C",    "C=CC",   "CCl",    "CCCl",  "CBr",   "CCBr",  "OCCO",
+                                           "NCCN",   "OCCN",   "CC(=O)O"};
+  ZqMolKrige global{ZqGlobalKrigeOptions()};
+  ZqMolKrige local{ZqLocalKrigeOptions().SetNumLocal(100)};
+  for (std::size_t i = 0; i < smiles.size(); ++i) {
+    const double y = std::sin(1.0 + static_cast<double>(i)) + 0.1 * static_cast<double>(smiles[i].size());
+    ASSERT_TRUE(global.AddTraining(*Smiles(smiles[i]), y));
+    ASSERT_TRUE(local.AddTraining(*Smiles(smiles[i]), y));
+  }
+  ASSERT_TRUE(global.Train());
+  ASSERT_TRUE(local.Train());
+  const ZqVariogram a = global.GetVariogram(), b = local.GetVariogram();
+  ASSERT_EQ(a.GetNumBins(), b.GetNumBins());
+  for (unsigned int bin = 0; bin < a.GetNumBins(); ++bin) {
+    EXPECT_EQ(a.GetDistance(bin), b.GetDistance(bin)) << bin;
+    EXPECT_EQ(a.GetSemivariance(bin), b.GetSemivariance(bin)) << bin;
+  }
+  EXPECT_EQ(global.GetKernel().GetName(), local.GetKernel().GetName());
+  for (const char* query : {"CCCCCO", "CC(C)CO", "ClCCCl"}) {
+    const ZqMolKrigeResult g = global.GetResult(*Smiles(query)), l = local.GetResult(*Smiles(query));
+    ASSERT_TRUE(g.Valid() && l.Valid()) << query;
+    EXPECT_EQ(g.GetKernel().GetName(), l.GetKernel().GetName()) << query;
+    EXPECT_NEAR(g.GetResponse(), l.GetResponse(), 1e-9) << query;
+  }
+}
+
 TEST(MolKrige, DriftPropertiesAreRequiredAndHonoured) {
   Mols mols = ReadBzr();
   for (std::size_t i = 1; i < mols.size(); ++i) {
