@@ -70,7 +70,8 @@ void BreakTies(Pairs& pairs) {
   };
   for (auto run = pairs.begin(); run != pairs.end();) {
     const double distance = run->first;
-    const auto end = std::find_if(run + 1, pairs.end(), [distance](const auto& pair) { return pair.first != distance; });
+    const auto end =
+        std::find_if(run + 1, pairs.end(), [distance](const auto& pair) { return pair.first != distance; });
     if (end - run > 1) std::sort(run, end, TieLess());
     run = end;
   }

@@ -199,7 +199,8 @@ void ZqKrigeReportOptions::ClearProperties() {
 void ZqKrigeReportOptions::PushClassificationBoundry(double boundary) {
   // A NaN would break the ordering of the set, and with it every class.
   if (std::isnan(boundary)) {
-    Corvane::ZqThrow.Warning("ZqKrigeReportOptions::PushClassificationBoundry, a boundary that is not a number is refused");
+    Corvane::ZqThrow.Warning(
+        "ZqKrigeReportOptions::PushClassificationBoundry, a boundary that is not a number is refused");
     return;
   }
   // The two ends of the scale (and beyond) bound the outer classes already.

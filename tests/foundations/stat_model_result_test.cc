@@ -122,7 +122,8 @@ TEST(ZqStatModelResult, EveryFailureTypeHasATextOfItsOwn) {
   EXPECT_EQ(F::NumFailureTypes, 54u);
   EXPECT_EQ(texts.size(), 54u);
   for (const char* text : {"Column Not Found! \n", "Matrix is singular!\n", "No data to work with!\n",
-                           "Attempting Write Acess to a readonly Variable !\n", "An Invalid Failure type is given!\n"}) {
+                           "Attempting Write Acess to a readonly Variable !\n",
+                           "An Invalid Failure type is given!\n"}) {
     EXPECT_EQ(texts.count(text), 1u) << text;
   }
   EXPECT_EQ(F::NoData, 18u);

@@ -148,7 +148,9 @@ TEST(UniversalKrige, ElementsWithoutFiniteDriftAreRefusedAndSuchQueriesInvalid) 
   ZqLocalUniversalKrige<Element> local(ZqEuclideanDistance(), FirstCoordinate(), 10, kError, 0u, false, false, 1000,
                                        ZqKrigeUniqueResponseMethod::Mean);
   const auto& data = DriftLocalReferences();
-  for (std::size_t i = 0; i < data.points.size(); ++i) ASSERT_TRUE(local.AddTraining(data.points[i], data.responses[i]));
+  for (std::size_t i = 0; i < data.points.size(); ++i) {
+    ASSERT_TRUE(local.AddTraining(data.points[i], data.responses[i]));
+  }
   ASSERT_TRUE(local.Train());
   EXPECT_FALSE(local.AddTraining({70.0, 0.0, 0.0}, 1.0));
   EXPECT_TRUE(local.IsTrained());
