@@ -1,6 +1,7 @@
 // Simple and ordinary kriging: predictions and variances against numpy
 // direct solves of the kriging systems (tests/data/krige/make_kriging_refs.py),
 // the kernel walk of Train(), every warning, and degenerate training sets.
+#include <Eigen/Dense>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,6 +12,7 @@
 
 #include "reference_file.h"
 #include "test_support.h"
+#include "varimo/krige/condition_estimate.h"
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/vector_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
@@ -178,6 +180,38 @@ TEST(KrigeModels, VariancesOutsideTheKernelsWindowAreInvalid) {
   EXPECT_TRUE(model->GetKrigeResult({0.5}).Valid());
   EXPECT_FALSE(model->GetKrigeResult({10.0}).Valid());
   EXPECT_EQ(model->GetVariance({10.0}), kError);
+}
+
+TEST(KrigeModels, NearlySingularCovariancesWarnAndStillTrain) {
+  // [[1, 1 - e], [1 - e, 1]]: |A|_1 = 2 - e and |A^-1|_1 = 1 / e, so the
+  // reciprocal condition is e / (2 - e); the identity's is 1.
+  for (const double e : {0.5, 1e-3, 1e-9}) {
+    Eigen::Matrix2d a;
+    a << 1.0, 1.0 - e, 1.0 - e, 1.0;
+    const double estimate =
+        ZqEstimateReciprocalCondition(2.0 - e, 2, [&a](Eigen::VectorXd& b) { b = a.ldlt().solve(b); });
+    EXPECT_TRUE(VarimoTest::WithinRelative(estimate, e / (2.0 - e), 1e-6)) << e;
+  }
+  EXPECT_EQ(ZqEstimateReciprocalCondition(1.0, 3, [](Eigen::VectorXd&) {}), 1.0);
+
+  // Two training elements 1e-13 apart: the matrix factorises, with a
+  // reciprocal condition near 1e-13.
+  Corvane::ZqScopedThrowCapture capture;
+  auto model = MakeModel<Ordinary>();
+  for (const double x : {0.0, 1e-13, 1.0}) model->AddTraining({x}, 1.0 + x);
+  ASSERT_TRUE(model->TrainFixed(KernelNamed("Exponential", 1.0, 1.0, 0.0)));
+  const std::vector<std::string> warnings = capture.Texts(ZqThrowLevel::Warning);
+  ASSERT_EQ(warnings.size(), 1u);
+  EXPECT_EQ(warnings[0].rfind("ZqOrdinaryKrige::TrainFixed, the covariance matrix is nearly singular (reciprocal "
+                              "condition ",
+                              0),
+            0u)
+      << warnings[0];
+  EXPECT_TRUE(model->GetKrigeResult({0.5}).Valid());
+  // Elements well apart train quietly.
+  capture.Clear();
+  ASSERT_TRUE(TrainedOnReferences<Ordinary>()->TrainFixed(KernelNamed("Exponential", 1.0, 1.0, 0.0)));
+  EXPECT_TRUE(capture.Messages().empty());
 }
 
 TEST(KrigeModels, TrainWalksTheCandidatesFromTheBestFit) {

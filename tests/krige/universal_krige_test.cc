@@ -171,6 +171,34 @@ TEST(UniversalKrige, ElementsWithoutFiniteDriftAreRefusedAndSuchQueriesInvalid) 
                 "ZqUniversalKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data"});
 }
 
+// The second coordinate as the drift: 1 on every training element, so that
+// it is collinear with the drift's constant term.
+class SecondCoordinate final : public ZqPropertyListFxn<Element> {
+ public:
+  bool HasProperties(const Element& e) const override { return e.size() == 2; }
+  std::size_t GetSize() const override { return 1; }
+  double GetProperty(const Element& e, std::size_t) const override { return e[1]; }
+  ZqPropertyListFxn<Element>* CreateCopy() const override { return new SecondCoordinate(*this); }
+};
+
+TEST(UniversalKrige, CollinearDriftSolvesWhereConsistentAndFailsWhereNot) {
+  Universal model(ZqEuclideanDistance(), SecondCoordinate(), kError, 0u, false, ZqKrigeUniqueResponseMethod::Mean);
+  for (const double x : {0.0, 1.0, 2.5, 4.0}) model.AddTraining({x, 1.0}, std::sin(x));
+  ASSERT_TRUE(model.TrainFixed(VarimoTest::ReferenceKernel("Exponential", "3.0", "1.0", "0.0")));
+  Corvane::ZqScopedThrowCapture capture;
+  // A query with the training drift: the singular system is consistent.
+  const ZqKrigeResult consistent = model.GetKrigeResult({1.7, 1.0});
+  ASSERT_TRUE(consistent.Valid());
+  EXPECT_NEAR(ZqSumWeights(consistent, kError), 1.0, 1e-12);
+  EXPECT_TRUE(capture.Messages().empty());
+  // A drift of 2 asks for weights that sum to 1 and to 2 at once.
+  EXPECT_FALSE(model.GetKrigeResult({1.7, 2.0}).Valid());
+  const std::vector<std::string> warnings = capture.Texts(Corvane::ZqThrowLevel::Warning);
+  ASSERT_EQ(warnings.size(), 1u);
+  EXPECT_EQ(warnings[0].rfind("Universal kriging failed, the weights miss the drift constraints (residual ", 0), 0u)
+      << warnings[0];
+}
+
 TEST(UniversalKrige, AsManyRecordsAsDriftColumnsLeaveNoResiduals) {
   Universal model(ZqEuclideanDistance(), ZqVecPropertyListFxn(3), kError, 0u, false,
                   ZqKrigeUniqueResponseMethod::Mean);

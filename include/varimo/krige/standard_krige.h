@@ -93,6 +93,9 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   virtual void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const;
 
   const ZqKrigeKernelBase& TrainedKernel() const { return *kernel_; }
+  // Whether a nearly singular covariance matrix is worth a warning: not for
+  // the per-query models of a local model, which would warn per query.
+  bool WarnsOfConditioning() const { return warnsOfConditioning_; }
 
  private:
   bool AddRecord(const T& element, double response, bool isUnmeasured, unsigned int id, bool hasID);
@@ -101,6 +104,7 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   double errorValue_;
   unsigned int missingIDValue_;
   bool includeUnmeasured_;
+  bool warnsOfConditioning_ = true;
   Container container_;
   bool trained_ = false;
   std::unique_ptr<ZqKrigeKernelBase> kernel_;

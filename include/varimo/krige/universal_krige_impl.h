@@ -55,7 +55,15 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
   if (!ZqFillCovarianceMatrix(system, container, kernel)) return false;
   // The kernel is refused on the covariance block alone: the bordered
   // matrix is indefinite by construction.
-  if (!system.allFinite() || Eigen::LLT<Eigen::MatrixXd>(system).info() != Eigen::Success) return false;
+  if (!system.allFinite()) return false;
+  {
+    const Eigen::LLT<Eigen::MatrixXd> covariance(system);
+    if (covariance.info() != Eigen::Success) return false;
+    if (this->WarnsOfConditioning()) {
+      krige_detail::WarnIfNearlySingular("ZqUniversalKrige::TrainFixed", system.cwiseAbs().colwise().sum().maxCoeff(),
+                                         size, [&covariance](Eigen::VectorXd& b) { covariance.solveInPlace(b); });
+    }
+  }
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
 
@@ -111,6 +119,15 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
       Corvane::ZqThrow.Warning("Universal kriging failed, NaN weights");
       return ZqKrigeResult();
     }
+  }
+  // A singular bordered matrix (drift properties collinear on the training
+  // data) still gets a solve; the weights are only usable when they meet
+  // the constraints of the border: a sum of one, and the query's drift.
+  const double residual = krige_detail::WorstBorderResidual(weights.head(size), rightHand.tail(1 + m), container);
+  if (!(residual <= krige_detail::kBorderTolerance)) {
+    Corvane::ZqThrow.Warning("Universal kriging failed, the weights miss the drift constraints (residual %.3g)",
+                             residual);
+    return ZqKrigeResult();
   }
 
   auto result = std::make_unique<ZqKrigeResultImpl>();
