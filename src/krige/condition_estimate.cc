@@ -1,5 +1,6 @@
 #include "varimo/krige/condition_estimate.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Varimo {
@@ -28,6 +29,17 @@ double ZqEstimateReciprocalCondition(double normOne, Eigen::Index n,
     if (step > 0 && largest <= z.dot(x)) break;
     x = Eigen::VectorXd::Unit(n, j);
   }
+  // Higham's safeguard, as LAPACK's xLACN2: a vector of alternating signs
+  // and growing size, which the steps above can miss when the matrix is
+  // symmetric about the start (two near-duplicate elements, say).
+  Eigen::VectorXd alternating(n);
+  for (Eigen::Index i = 0; i < n; ++i) {
+    const double growth = n > 1 ? static_cast<double>(i) / static_cast<double>(n - 1) : 0.0;
+    alternating(i) = (i % 2 == 0 ? 1.0 : -1.0) * (1.0 + growth);
+  }
+  solveInPlace(alternating);
+  if (!alternating.allFinite()) return 0.0;
+  inverseNorm = std::max(inverseNorm, 2.0 * alternating.lpNorm<1>() / (3.0 * static_cast<double>(n)));
   return inverseNorm > 0.0 ? 1.0 / (normOne * inverseNorm) : 0.0;
 }
 
