@@ -69,6 +69,7 @@
 
 #include "varimo/grid/two_dim_function_grid.h"
 
+#include "varimo/krige/cross_validation.h"
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/variogram.h"
@@ -76,6 +77,7 @@
 #include "varimo/krige/krige_result.h"
 #include "varimo/krige/property_list.h"
 #include "varimo/krige/vector_krige.h"
+#include "varimo/krige/vector_model.h"
 
 #include "varimo/cluster/calc_auc.h"
 #include "varimo/cluster/nn_strength.h"

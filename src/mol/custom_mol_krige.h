@@ -59,6 +59,15 @@ class ZqCustomMolKrigeImpl final : public ZqMolKrigeImpl {
   ZqVariogram GetVariogram() const override { return std::as_const(*krige_).GetVariogram(); }
   ZqKrigeKernel GetKernel() override { return krige_->GetKernel(); }
   ZqKrigeKernel GetKernel() const override { return std::as_const(*krige_).GetKernel(); }
+  // The caller's distance does not read fingerprints.
+  bool AddTrainingWithFingerprint(const Molkit::ZqMolBase&, const Printex::ZqVseprFingerprint&, double) override {
+    return false;
+  }
+  ZqKrigeTrainedKernels GetTrainedKernels() const override { return krige_->GetTrainedKernels(); }
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override {
+    training_.GetView();
+    return krige_->TrainWithKernels(trained);
+  }
   void Clear() override;
   ZqMolKrigeImpl* CreateCopy() const override { return new ZqCustomMolKrigeImpl(*this); }
 

@@ -20,17 +20,33 @@ ZqVseprMolKrigeImpl::ZqVseprMolKrigeImpl(const ZqVseprMolKrigeImpl& other)
       options_(other.options_) {}
 
 template <class M>
-ZqVseprPropFP ZqVseprMolKrigeImpl::GetFP(const M& mol) const {
-  if (!propertyList_) return ZqVseprPropFP(mol, options_);
+std::vector<double> ZqVseprMolKrigeImpl::GetProperties(const M& mol) const {
   std::vector<double> properties;
   for (unsigned long k = 0; k < propertyList_->GetSize(); ++k) properties.push_back(propertyList_->GetProperty(mol, k));
-  return ZqVseprPropFP(mol, std::move(properties), options_);
+  return properties;
+}
+
+template <class M>
+ZqVseprPropFP ZqVseprMolKrigeImpl::GetFP(const M& mol) const {
+  if (!propertyList_) return ZqVseprPropFP(mol, options_);
+  return ZqVseprPropFP(mol, GetProperties(mol), options_);
 }
 
 template <class M>
 bool ZqVseprMolKrigeImpl::Add(const M& mol, double response, bool unmeasured) {
   if (!HasDrift(mol)) return false;
-  const ZqVseprPropFP fp = GetFP(mol);
+  return AddElement(mol, GetFP(mol), response, unmeasured);
+}
+
+bool ZqVseprMolKrigeImpl::AddTrainingWithFingerprint(const Molkit::ZqMolBase& mol,
+                                                     const Printex::ZqVseprFingerprint& fp, double response) {
+  if (!HasDrift(mol) || fp.GetOptions() != options_) return false;
+  return AddElement(mol, ZqVseprPropFP(fp, propertyList_ ? GetProperties(mol) : std::vector<double>()), response,
+                    false);
+}
+
+template <class M>
+bool ZqVseprMolKrigeImpl::AddElement(const M& mol, const ZqVseprPropFP& fp, double response, bool unmeasured) {
   const unsigned int id = training_.GetNextID();
   const bool added =
       unmeasured ? krige_.AddUnmeasuredTrainingWithID(fp, response, id) : krige_.AddTrainingWithID(fp, response, id);

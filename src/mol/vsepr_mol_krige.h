@@ -48,6 +48,13 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
   ZqVariogram GetVariogram() const override { return krige_.GetVariogram(); }
   ZqKrigeKernel GetKernel() override { return krige_.GetKernel(); }
   ZqKrigeKernel GetKernel() const override { return krige_.GetKernel(); }
+  bool AddTrainingWithFingerprint(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp,
+                                  double response) override;
+  ZqKrigeTrainedKernels GetTrainedKernels() const override { return krige_.GetTrainedKernels(); }
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override {
+    training_.GetView();
+    return krige_.TrainWithKernels(trained);
+  }
   void Clear() override;
   ZqMolKrigeImpl* CreateCopy() const override { return new ZqVseprMolKrigeImpl(*this); }
 
@@ -60,6 +67,11 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
   ZqVseprPropFP GetFP(const M& mol) const;
   template <class M>
   bool Add(const M& mol, double response, bool unmeasured);
+  // Adds the element `fp` (the molecule's fingerprint and drift) for `mol`.
+  template <class M>
+  bool AddElement(const M& mol, const ZqVseprPropFP& fp, double response, bool unmeasured);
+  template <class M>
+  std::vector<double> GetProperties(const M& mol) const;
   // Self is the model, const or not: the engine trains a non-const model
   // in place and a const one on a copy.
   template <class Self, class M>

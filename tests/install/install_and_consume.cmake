@@ -34,3 +34,19 @@ if(EXISTS ${WORK_DIR}/build/varimo_mol_consumer)
     message(FATAL_ERROR "Molecular consumer printed an unexpected weight:\n${last_output}")
   endif()
 endif()
+
+# The Python package, imported from the prefix alone: its module must find
+# the installed libraries by itself.
+if(PYTHON)
+  set(ENV{PYTHONPATH} ${prefix}/${PYTHON_DIR})
+  file(WRITE ${WORK_DIR}/use_varimo.py
+    "import varimo\n"
+    "model = varimo.MolKriging().fit(['CCO', 'CCCO', 'CCCCO', 'CCCCCO', 'OCCO'], [1, 2, 3, 4, 1.5])\n"
+    "print(varimo.__file__)\n"
+    "print(model.kernel_.name)\n")
+  run(${PYTHON} ${WORK_DIR}/use_varimo.py)
+  if(NOT last_output MATCHES "^${prefix}")
+    message(FATAL_ERROR "Python imported varimo from elsewhere than the prefix:\n${last_output}")
+  endif()
+  message(STATUS "Python package output:\n${last_output}")
+endif()

@@ -157,7 +157,8 @@ TEST_F(BzrSplit, SavedModelsAndThreadsGiveTheSameBytes) {
   // Training only, to save; the model file is versioned text.
   ASSERT_EQ(Krige("--train " + trainPath_ + " --response ACTIVITY --save " + model).status, 0);
   const std::string text = Slurp(model);
-  EXPECT_THAT(text, ::testing::StartsWith("varimo-krige molecule model 1\nfingerprint 6 1 1 0 0\nlocal 0\n"));
+  EXPECT_THAT(text, ::testing::StartsWith("varimo molecule model 2\nfingerprint 6 1 1 0 0\nfingerprint-version 1\nlocal 0\ndrift\n"
+                                         "kernel-fit all\nresponse-name ACTIVITY\nkernels 1 fixed\n"));
 
   std::string corrupt = text;
   corrupt[corrupt.size() / 2] ^= 0x01;
@@ -171,7 +172,7 @@ TEST_F(BzrSplit, SavedModelsAndThreadsGiveTheSameBytes) {
   EXPECT_THAT(refused.err, HasSubstr("cut short"));
   Write(model, "not a model\n");
   EXPECT_THAT(Krige("--load " + model + " --predict " + queryPath_ + " --out " + second).err,
-              HasSubstr("not a varimo-krige molecule model"));
+              HasSubstr("not a varimo molecule model"));
 }
 
 // Queries with an unreadable record between two molecules: rows 0 and 2.

@@ -1,4 +1,4 @@
-// The molecules of varimo-krige's molecule files, with their responses.
+// The molecules of varimo-krige's molecule files.
 #pragma once
 
 #include <cstddef>
@@ -20,17 +20,5 @@ struct MoleculeFile {
 // Every readable record of an SD, SMILES or CSV-with-SMILES file; nothing,
 // with `error` set, when the file cannot be read or holds no molecule.
 std::optional<MoleculeFile> LoadMolecules(const std::string& path, std::string& error);
-
-// The training set: the molecules with a numeric `response` field and at
-// least one heavy atom, with their responses; those left out are added to
-// `file.errors`, naming their record.
-struct TrainingSet {
-  std::vector<const Molkit::ZqMolBase*> mols;
-  std::vector<double> responses;
-};
-TrainingSet SelectTraining(MoleculeFile& file, const std::string& response);
-
-// "record N (name)", as the readers name records.
-std::string DescribeRecord(std::size_t record, const std::string& name);
 
 }  // namespace VarimoKrige

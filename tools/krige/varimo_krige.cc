@@ -14,12 +14,10 @@
 #include "messages.h"
 #include "feature_table.h"
 #include "progress.h"
-#include "trailing_drift.h"
 #ifdef VARIMO_KRIGE_MOLECULES
 #include "mol_mode.h"
 #endif
-#include "varimo/krige/kd_tree_search.h"
-#include "varimo/krige/vector_krige.h"
+#include "varimo/krige/vector_model.h"
 
 namespace {
 
@@ -28,13 +26,6 @@ using VarimoKrige::Number;
 using VarimoKrige::kBadInput;
 using VarimoKrige::kTrainingFailed;
 using Element = std::vector<double>;
-
-bool AllFinite(const Element& x) {
-  for (double v : x) {
-    if (!std::isfinite(v)) return false;
-  }
-  return true;
-}
 
 // The candidate kernel of that name, or nothing.
 std::optional<Varimo::ZqKrigeKernel> CandidateNamed(const std::string& name) {
@@ -56,71 +47,17 @@ bool WriteVariogram(const std::string& path, const Varimo::ZqFullVariogram& full
   return static_cast<bool>(out);
 }
 
-// The model the arguments ask for, untrained. Every model, local ones
-// included, is made here and only here.
+// The model the arguments ask for, untrained.
 std::unique_ptr<Varimo::ZqKrigeBase<Element>> MakeModel(const VarimoKrige::Arguments& args, std::size_t numFeatures) {
-  Varimo::ZqKrigeOptions options{Varimo::ZqGlobalKrigeOptions()};
-  if (args.numLocal > 0) {
-    options.SetNumLocal(args.numLocal).SetPredictTraining(args.predictTraining);
-    if (args.maxVariogramSize) options.SetMaxVariogramSize(*args.maxVariogramSize);
-  }
-  std::unique_ptr<Varimo::ZqKrigeBase<Element>> model =
-      args.universal ? Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(numFeatures),
-                                                      VarimoKrige::TrailingDrift(numFeatures, args.drift.size()),
-                                                      options)
-                     : Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(), options, args.simple);
-  // Local models find each query's neighbours through a k-d tree over the
-  // feature coordinates: the same neighbourhoods as a scan of every row.
-  if (auto* local = dynamic_cast<Varimo::ZqLocalKrigeImpl<Element>*>(model.get())) {
-    local->SetNeighbourSearch(Varimo::ZqKdTreeNeighbourSearch(numFeatures));
-  }
-  return model;
-}
-
-// Predictions and variances of every row of `rows`; a row with a missing
-// value is a failed prediction, the error value in both.
-void PredictRows(Varimo::ZqKrigeBase<Element>& model, const std::vector<Element>& rows, VarimoKrige::Progress& progress,
-                 std::vector<double>& predictions, std::vector<double>& variances) {
-  const double failed = model.GetErrorValue();
-  predictions.assign(rows.size(), failed);
-  variances.assign(rows.size(), failed);
-  auto* standard = dynamic_cast<Varimo::ZqStandardKrigeImpl<Element, Varimo::ZqVectorStorage>*>(&model);
-  if (!standard) {
-    // A local model solves a system of its own for each query.
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-      if (AllFinite(rows[row])) {
-        const Varimo::ZqKrigeResult result = model.GetKrigeResult(rows[row]);
-        predictions[row] = Varimo::ZqCalculateResponse(result, failed);
-        variances[row] = Varimo::ZqCalculateVariance(result, failed);
-      }
-      progress.Update(row + 1);
-    }
-    progress.Finish();
-    return;
-  }
-  // Global models solve blocks of queries at once; blocks of this many rows
-  // keep that gain and let the progress move.
-  constexpr std::size_t kBlockRows = 256;
-  std::vector<Element> block;
-  std::vector<std::size_t> blockRows;
-  std::vector<double> blockPredictions, blockVariances;
-  for (std::size_t start = 0; start < rows.size(); start += kBlockRows) {
-    const std::size_t end = std::min(rows.size(), start + kBlockRows);
-    block.clear();
-    blockRows.clear();
-    for (std::size_t row = start; row < end; ++row) {
-      if (!AllFinite(rows[row])) continue;
-      block.push_back(rows[row]);
-      blockRows.push_back(row);
-    }
-    standard->PredictMany(block, blockPredictions, blockVariances);
-    for (std::size_t i = 0; i < blockRows.size(); ++i) {
-      predictions[blockRows[i]] = blockPredictions[i];
-      variances[blockRows[i]] = blockVariances[i];
-    }
-    progress.Update(end);
-  }
-  progress.Finish();
+  using Model = Varimo::ZqVectorKrigeSettings::Model;
+  Varimo::ZqVectorKrigeSettings settings;
+  settings.model = args.universal ? Model::Universal : args.simple ? Model::Simple : Model::Ordinary;
+  settings.numFeatures = numFeatures;
+  settings.numDrift = args.drift.size();
+  settings.numLocal = args.numLocal;
+  settings.predictTraining = args.predictTraining;
+  settings.maxVariogramSize = args.maxVariogramSize;
+  return Varimo::ZqMakeVectorKrige(settings);
 }
 
 }  // namespace
@@ -170,7 +107,7 @@ int main(int argc, char** argv) {
   std::size_t skipped = 0;
   for (std::size_t row = 0; row < trainRows->size(); ++row) {
     const Element& x = (*trainRows)[row];
-    if (!AllFinite(x) || !std::isfinite((*responses)[row]) || !model->AddTraining(x, (*responses)[row])) ++skipped;
+    if (!Varimo::ZqIsFiniteRow(x) || !std::isfinite((*responses)[row]) || !model->AddTraining(x, (*responses)[row])) ++skipped;
   }
   if (skipped > 0) {
     std::fprintf(stderr, "varimo-krige: left out %zu training rows with missing values\n", skipped);
@@ -194,7 +131,9 @@ int main(int argc, char** argv) {
 
   std::vector<double> predictions, variances;
   Progress progress(queryRows->size(), !args->quiet);
-  PredictRows(*model, *queryRows, progress, predictions, variances);
+  Varimo::ZqPredictVectorRows(*model, *queryRows, 1, predictions, variances,
+                              [&](std::size_t done) { progress.Update(done); });
+  progress.Finish();
 
   std::ofstream out(args->outPath);
   if (!out) return Fail("cannot write " + args->outPath);

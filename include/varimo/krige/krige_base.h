@@ -3,12 +3,23 @@
 // with ids, unmeasured records, kernels, variograms and full results.
 #pragma once
 
+#include <vector>
+
 #include "varimo/krige/full_variogram.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/krige_result.h"
 #include "varimo/krige/variogram.h"
 
 namespace Varimo {
+
+// What a trained model predicts with, as it can be saved and restored: the
+// kernels a query tries, in order (one for a global model; for a local one
+// the candidates ranked on the whole set), and whether they are kept as
+// they stand, with no fall-back to kernels fitted to a query's neighbours.
+struct ZqKrigeTrainedKernels {
+  std::vector<ZqKrigeKernel> kernels;
+  bool fixed = false;
+};
 
 template <class T>
 class ZqDataModelBase {
@@ -65,6 +76,14 @@ class ZqKrigeBase : public ZqDataModelBase<T> {
   virtual ZqFullVariogram GetFullVariogram() = 0;
   virtual ZqFullVariogram GetFullVariogram() const = 0;
   virtual ZqKrigeBase* CreateKrigeCopy() const = 0;
+  // The training state of a trained model; no kernels when it is not
+  // trained. Restoring it with TrainWithKernels on a model of the same
+  // kind, given the same records in the same order, fits nothing and gives
+  // the same predictions to the last bit.
+  virtual ZqKrigeTrainedKernels GetTrainedKernels() const = 0;
+  // False, with a warning, for a state this kind of model cannot hold
+  // (a global model holds exactly one kernel) or a kernel it cannot use.
+  virtual bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) = 0;
 
   // Bring the overloads hidden by the declarations above back into scope.
   using ZqDataModelBase<T>::Train;

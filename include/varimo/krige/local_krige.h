@@ -64,6 +64,10 @@ class ZqLocalKrigeImpl : public ZqKrigeBase<T> {
   bool Train(ZqKrigeKernelBase& kernel) override;
   // Keeps the kernel as it stands; no fall-back to fitted kernels.
   bool TrainFixed(const ZqKrigeKernelBase& kernel) override;
+  // The ranked kernels, and whether they came from TrainFixed.
+  ZqKrigeTrainedKernels GetTrainedKernels() const override;
+  // Keeps the kernels as given, in that order; at least one.
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override;
 
   double Predict(const T& element) override;
   double Predict(const T& element) const override;

@@ -329,6 +329,29 @@ bool ZqLocalKrigeImpl<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel) {
 }
 
 template <class T, class TT>
+ZqKrigeTrainedKernels ZqLocalKrigeImpl<T, TT>::GetTrainedKernels() const {
+  ZqKrigeTrainedKernels trained;
+  if (!trained_) return trained;
+  for (const auto& kernel : kernels_) trained.kernels.emplace_back(*kernel);
+  trained.fixed = fixedKernel_;
+  return trained;
+}
+
+template <class T, class TT>
+bool ZqLocalKrigeImpl<T, TT>::TrainWithKernels(const ZqKrigeTrainedKernels& trained) {
+  if (trained.kernels.empty()) {
+    Corvane::ZqThrow.Warning("ZqLocalKrigeImpl::TrainWithKernels, no kernel given");
+    return false;
+  }
+  kernels_.clear();
+  for (const ZqKrigeKernel& kernel : trained.kernels) kernels_.emplace_back(kernel.CreateCopy());
+  trained_ = true;
+  fixedKernel_ = trained.fixed;
+  if (!searchBuilt_) BuildSearch();
+  return true;
+}
+
+template <class T, class TT>
 bool ZqLocalKrigeImpl<T, TT>::AddNeighbour(LocalContainer& container, std::size_t index, double distance) const {
   // A query that is a training element must not see itself nor its copies.
   if (predictTraining_ && distance < krige_detail::kLocalSameElement) return false;

@@ -47,6 +47,9 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   bool Train() override;
   bool Train(ZqKrigeKernelBase& kernel) override;
   bool TrainFixed(const ZqKrigeKernelBase& kernel) override;
+  // The one kernel in use; restoring is TrainFixed with it.
+  ZqKrigeTrainedKernels GetTrainedKernels() const override;
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override;
 
   double Predict(const T& element) override;
   double Predict(const T& element) const override;
@@ -61,6 +64,11 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   // needed; each failure is the error value. `queries` is any range of T.
   template <class Range>
   void PredictMany(const Range& queries, std::vector<double>& predictions, std::vector<double>& variances);
+  // The same through the const calls of a trained model, which may run
+  // concurrently; on an untrained model every query fails.
+  template <class Range>
+  void PredictManyTrained(const Range& queries, std::vector<double>& predictions,
+                          std::vector<double>& variances) const;
 
   // A copy of the kernel in use. When training fails: a warning and a
   // default linear kernel.
@@ -123,6 +131,18 @@ void ZqStandardKrigeImpl<T, TT>::PredictMany(const Range& queries, std::vector<d
   predictions.assign(pointers.size(), errorValue_);
   variances.assign(pointers.size(), errorValue_);
   if (pointers.empty() || (!trained_ && !Train())) return;
+  PredictTrained(pointers, predictions.data(), variances.data());
+}
+
+template <class T, class TT>
+template <class Range>
+void ZqStandardKrigeImpl<T, TT>::PredictManyTrained(const Range& queries, std::vector<double>& predictions,
+                                                    std::vector<double>& variances) const {
+  std::vector<const T*> pointers;
+  for (const auto& query : queries) pointers.push_back(&query);
+  predictions.assign(pointers.size(), errorValue_);
+  variances.assign(pointers.size(), errorValue_);
+  if (pointers.empty() || !trained_) return;
   PredictTrained(pointers, predictions.data(), variances.data());
 }
 

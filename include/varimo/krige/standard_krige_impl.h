@@ -153,6 +153,24 @@ bool ZqStandardKrigeImpl<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel) {
 }
 
 template <class T, class TT>
+ZqKrigeTrainedKernels ZqStandardKrigeImpl<T, TT>::GetTrainedKernels() const {
+  ZqKrigeTrainedKernels trained;
+  if (trained_) trained.kernels.emplace_back(*kernel_);
+  trained.fixed = true;
+  return trained;
+}
+
+template <class T, class TT>
+bool ZqStandardKrigeImpl<T, TT>::TrainWithKernels(const ZqKrigeTrainedKernels& trained) {
+  if (trained.kernels.size() != 1) {
+    Corvane::ZqThrow.Warning("ZqStandardKrigeImpl::TrainWithKernels, a global model needs one kernel, not %zu",
+                             trained.kernels.size());
+    return false;
+  }
+  return TrainFixed(trained.kernels.front());
+}
+
+template <class T, class TT>
 ZqKrigeResult ZqStandardKrigeImpl<T, TT>::GetKrigeResult(const T& element) {
   if (!trained_ && !Train()) return ZqKrigeResult();
   return GetKrigeResult(element, *kernel_, container_);

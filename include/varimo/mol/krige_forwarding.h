@@ -53,6 +53,8 @@ class ZqKrigeImpl : public ZqKrigeBase<T> {
   ZqVariogram GetVariogram() const override { return std::as_const(*model_).GetVariogram(); }
   ZqFullVariogram GetFullVariogram() override { return model_->GetFullVariogram(); }
   ZqFullVariogram GetFullVariogram() const override { return std::as_const(*model_).GetFullVariogram(); }
+  ZqKrigeTrainedKernels GetTrainedKernels() const override { return model_->GetTrainedKernels(); }
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override { return model_->TrainWithKernels(trained); }
   void Clear() override { model_->Clear(); }
   // Copies of the owned model.
   ZqDataModelBase<T>* CreateCopy() const override { return model_->CreateKrigeCopy(); }

@@ -37,6 +37,9 @@ class ZqVseprPropFP : public Printex::ZqVseprFingerprint {
       : ZqVseprFingerprint(bond, options), properties_(std::move(properties)) {}
   ZqVseprPropFP(const Molkit::ZqMolBase& mol, std::vector<double> properties, const Printex::ZqVseprOptions& options)
       : ZqVseprFingerprint(mol, options), properties_(std::move(properties)) {}
+  // A fingerprint made already, with the properties.
+  ZqVseprPropFP(const Printex::ZqVseprFingerprint& fp, std::vector<double> properties)
+      : ZqVseprFingerprint(fp), properties_(std::move(properties)) {}
 
   // The fingerprint's Setup; the properties are emptied.
   bool Setup(const Molkit::ZqAtomBase& atom, const Printex::ZqVseprOptions& options) {

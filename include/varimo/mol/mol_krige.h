@@ -25,6 +25,7 @@
 #include <utility>
 #include <vector>
 
+#include "varimo/krige/krige_base.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/krige_options.h"
 #include "varimo/krige/krige_result.h"
@@ -34,6 +35,7 @@
 #include "varimo/platform/corvane/iter.h"
 #include "varimo/platform/molkit/mol_property.h"
 #include "varimo/platform/molkit/molecule.h"
+#include "varimo/platform/printex/vsepr_fingerprint.h"
 
 namespace Varimo {
 
@@ -134,6 +136,14 @@ class ZqMolKrigeImpl {
   // const call trains a copy when needed.
   virtual ZqKrigeKernel GetKernel() = 0;
   virtual ZqKrigeKernel GetKernel() const = 0;
+  // A training molecule with its fingerprint made already (of the model's
+  // fingerprint options); false for a model whose distance is not on
+  // fingerprints.
+  virtual bool AddTrainingWithFingerprint(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp,
+                                          double response) = 0;
+  // The training state as kernels, and its restoration (see ZqKrigeBase).
+  virtual ZqKrigeTrainedKernels GetTrainedKernels() const = 0;
+  virtual bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) = 0;
 };
 
 using ZqMolDistanceFxn = ZqKrigeDistanceFxn<Molkit::ZqMolBase>;
@@ -174,6 +184,13 @@ class ZqMolKrige {
   bool AddUnmeasuredTraining(const Molkit::ZqMCMolBase& mol, double response) {
     return impl_->AddUnmeasuredTraining(mol, response);
   }
+  // As AddTraining, with the molecule's fingerprint made already, as a
+  // model file keeps it: false, adding nothing, for a fingerprint of other
+  // options or a model on a caller's distance.
+  bool AddTrainingWithFingerprint(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp,
+                                  double response) {
+    return impl_->AddTrainingWithFingerprint(mol, fp, response);
+  }
   bool Train() { return impl_->Train(); }
   bool Train(ZqKrigeKernelBase& kernel) { return impl_->Train(kernel); }
   bool TrainFixed(const ZqKrigeKernelBase& kernel) { return impl_->TrainFixed(kernel); }
@@ -187,6 +204,11 @@ class ZqMolKrige {
   ZqVariogram GetVariogram() const { return std::as_const(*impl_).GetVariogram(); }
   ZqKrigeKernel GetKernel() { return impl_->GetKernel(); }
   ZqKrigeKernel GetKernel() const { return std::as_const(*impl_).GetKernel(); }
+  // What a trained model predicts with, as it can be saved; restoring it on
+  // a model made the same way with the same records in the same order fits
+  // nothing and predicts the same to the last bit.
+  ZqKrigeTrainedKernels GetTrainedKernels() const { return impl_->GetTrainedKernels(); }
+  bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) { return impl_->TrainWithKernels(trained); }
   // Removes the training data; results made before stay valid.
   void Clear() { impl_->Clear(); }
 

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "mol_graph.h"
+#include "varimo/platform/corvane/strings.h"
 
 namespace Molkit {
 
@@ -197,6 +198,77 @@ bool ZqReadSmilesFile(const std::string& path, std::vector<std::unique_ptr<ZqMol
   if (!ReadWholeFile(path, text)) return false;
   ZqReadSmilesText(text, mols, errors, records);
   return true;
+}
+
+void ZqReadSmilesCsvText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                         std::vector<std::string>& errors, std::vector<std::size_t>* records) {
+  auto fields = [](const std::string& line) {
+    std::vector<std::string> values;
+    Corvane::ZqStringTokenizeQuoted(values, line, ",", "\"", false);
+    for (std::string& value : values) value = Corvane::ZqStringStripWhiteSpace(value);
+    return values;
+  };
+  const std::vector<std::string> lines = Lines(text);
+  if (lines.empty()) return;
+  const std::vector<std::string> header = fields(lines.front());
+  std::size_t smiles = header.size();
+  std::size_t name = header.size();
+  for (std::size_t c = 0; c < header.size(); ++c) {
+    const std::string lower = Lower(header[c]);
+    if (lower == "smiles" && smiles == header.size()) smiles = c;
+    if ((lower == "name" || lower == "id") && name == header.size()) name = c;
+  }
+  std::size_t number = 0;
+  for (std::size_t l = 1; l < lines.size(); ++l) {
+    if (lines[l].find_first_not_of(" \t") == std::string::npos) continue;
+    ++number;
+    const std::vector<std::string> values = fields(lines[l]);
+    const std::string molName = name < values.size() ? values[name] : std::to_string(number);
+    std::string error = "no SMILES";
+    std::unique_ptr<ZqMolBase> mol;
+    if (smiles < values.size() && !values[smiles].empty()) mol = ZqMolFromSmiles(values[smiles], &error);
+    if (!mol) {
+      errors.push_back(Describe(number, molName) + ": " + error);
+      continue;
+    }
+    mol->SetName(molName);
+    for (std::size_t c = 0; c < header.size() && c < values.size(); ++c) {
+      if (c != smiles && c != name) mol->SetSDData(header[c], values[c]);
+    }
+    mols.push_back(std::move(mol));
+    if (records) records->push_back(number);
+  }
+}
+
+bool ZqReadSmilesCsvFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                         std::vector<std::string>& errors, std::vector<std::size_t>* records) {
+  std::string text;
+  if (!ReadWholeFile(path, text)) return false;
+  ZqReadSmilesCsvText(text, mols, errors, records);
+  return true;
+}
+
+ZqMoleculeFileFormat ZqGetMoleculeFileFormat(const std::string& path) {
+  const std::string lower = Lower(path);
+  auto endsWith = [&](const std::string& suffix) {
+    return lower.size() >= suffix.size() && lower.compare(lower.size() - suffix.size(), suffix.size(), suffix) == 0;
+  };
+  if (endsWith(".sdf") || endsWith(".sdf.gz")) return ZqMoleculeFileFormat::SD;
+  if (endsWith(".csv") || endsWith(".csv.gz")) return ZqMoleculeFileFormat::SmilesCsv;
+  return ZqMoleculeFileFormat::Smiles;
+}
+
+bool ZqReadMoleculeFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                        std::vector<std::string>& errors, std::vector<std::size_t>* records) {
+  switch (ZqGetMoleculeFileFormat(path)) {
+    case ZqMoleculeFileFormat::SD:
+      return ZqReadSDFile(path, mols, errors, records);
+    case ZqMoleculeFileFormat::SmilesCsv:
+      return ZqReadSmilesCsvFile(path, mols, errors, records);
+    case ZqMoleculeFileFormat::Smiles:
+      break;
+  }
+  return ZqReadSmilesFile(path, mols, errors, records);
 }
 
 std::string ZqMolToSDRecord(const ZqMolBase& mol) {

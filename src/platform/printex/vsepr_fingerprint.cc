@@ -107,6 +107,12 @@ void ZqVseprFingerprint::SetBytes(std::vector<std::uint8_t> bytes, const ZqVsepr
   }
 }
 
+ZqVseprFingerprint ZqVseprFingerprint::FromBytes(std::vector<std::uint8_t> bytes, const ZqVseprOptions& options) {
+  ZqVseprFingerprint fp;
+  fp.SetBytes(bytes.size() == kBins ? std::move(bytes) : std::vector<std::uint8_t>(), options);
+  return fp;
+}
+
 bool ZqVseprFingerprint::Setup(const Molkit::ZqMolBase& mol, const ZqVseprOptions& options) {
   if (mol.GetNumHeavyAtoms() == 0) {
     SetBytes({}, options);

@@ -184,6 +184,11 @@ std::unique_ptr<ZqMolBase> ZqMolFromSmiles(const std::string& smiles, std::strin
 // A molecule from the text of one MDL mol block or SD record, with its SD
 // data fields; null with `error` set on failure.
 std::unique_ptr<ZqMolBase> ZqMolFromMolBlock(const std::string& block, std::string* error = nullptr);
+// A molecule from RDKit's binary form (its pickle, as Chem.Mol.ToBinary
+// writes it, from the same RDKit): the graph and coordinates as they were,
+// the "_Name" property as the name and every other public property as an
+// SD data field, in text. Null with `error` set for bytes that are not one.
+std::unique_ptr<ZqMolBase> ZqMolFromRDKitBinary(const std::string& binary, std::string* error = nullptr);
 
 bool ZqHasSDData(const ZqMolBase& mol, const std::string& tag);
 std::string ZqGetSDData(const ZqMolBase& mol, const std::string& tag);

@@ -45,6 +45,24 @@ bool ZqReadSmilesFile(const std::string& path, std::vector<std::unique_ptr<ZqMol
 void ZqReadSmilesText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
                       std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
 
+// A CSV file with a header and a "smiles" column (any case): its "name" or
+// "id" column names the molecules (the record number names those without),
+// and every other column becomes an SD data field under its header name.
+// Fields may be quoted; blank lines are skipped. A record without a SMILES
+// or with one RDKit cannot read is left out with a message. False when the
+// file cannot be read.
+bool ZqReadSmilesCsvFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                         std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
+void ZqReadSmilesCsvText(const std::string& text, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                         std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
+
+// The readers by the file's extension, in any case: SD files (.sdf,
+// .sdf.gz), CSV files (.csv, .csv.gz), and SMILES files (anything else).
+enum class ZqMoleculeFileFormat { SD, SmilesCsv, Smiles };
+ZqMoleculeFileFormat ZqGetMoleculeFileFormat(const std::string& path);
+bool ZqReadMoleculeFile(const std::string& path, std::vector<std::unique_ptr<ZqMolBase>>& mols,
+                        std::vector<std::string>& errors, std::vector<std::size_t>* records = nullptr);
+
 // An SD record of the molecule: its mol block (RDKit's writer, the name on
 // the first line) and its SD data fields, ending with "$$$$".
 std::string ZqMolToSDRecord(const ZqMolBase& mol);

@@ -113,6 +113,14 @@ class ZqVseprOptions {
 class ZqVseprFingerprint {
  public:
   static constexpr std::size_t kNumBins = 4096;
+  // The version of the features, their spelling and hashing. Files that
+  // keep fingerprints (model files) store it and trust only fingerprints of
+  // this version: raise it with any change that alters a fingerprint.
+  static constexpr unsigned int kVersion = 1;
+
+  // A molecule's fingerprint from its byte weights, one per bin, as
+  // GetWeight gives them back; empty for weights of another length.
+  static ZqVseprFingerprint FromBytes(std::vector<std::uint8_t> bytes, const ZqVseprOptions& options);
 
   // Empty: no weight anywhere, default options.
   ZqVseprFingerprint() = default;

@@ -1,0 +1,68 @@
+"""Bad input gets a Python exception with a clear message, or NaN with a
+warning for a molecule that cannot be predicted, never a crash nor a row
+out of place."""
+
+import numpy as np
+import pytest
+from sklearn.exceptions import NotFittedError
+
+import varimo
+
+
+@pytest.fixture(scope="module")
+def fitted(chembl):
+    return varimo.MolKriging().fit(chembl["smiles"][:150], chembl["y"][:150])
+
+
+def test_training_input_is_checked(chembl):
+    smiles, y = chembl["smiles"][:20], chembl["y"][:20]
+    with pytest.raises(ValueError, match="row 2: cannot parse SMILES 'not a smiles'"):
+        varimo.MolKriging().fit(smiles[:2] + ["not a smiles"] + smiles[3:], y)
+    with pytest.raises(ValueError, match="X has 20 molecules but y has 19 values"):
+        varimo.MolKriging().fit(smiles, y[:19])
+    with pytest.raises(ValueError, match="y is not finite at row 4"):
+        varimo.MolKriging().fit(smiles, np.where(np.arange(20) == 4, np.inf, y))
+    with pytest.raises(FileNotFoundError):
+        varimo.MolKriging().fit("/nonexistent/train.sdf", "ACTIVITY")
+    with pytest.raises(TypeError, match="not int"):
+        varimo.MolKriging().fit([1, 2, 3], [1.0, 2.0, 3.0])
+    with pytest.raises(ValueError, match="local is None or a whole number"):
+        varimo.MolKriging(local=0).fit(smiles, y)
+    with pytest.raises(ValueError, match="no kernel is named 'Wiggly'"):
+        varimo.MolKriging(kernel="Wiggly").fit(smiles, y)
+    with pytest.raises(ValueError, match="lack the drift fields"):
+        varimo.MolKriging(drift=["logP"]).fit(smiles, y)
+    with pytest.raises(ValueError, match="errors is 'warn' or 'raise'"):
+        varimo.MolKriging(errors="ignore").fit(smiles, y)
+    with pytest.raises(ValueError, match="not finite at row 1"):
+        varimo.Kriging().fit(np.array([[0.0], [np.nan], [1.0]]), [1.0, 2.0, 3.0])
+    with pytest.raises(NotFittedError):
+        varimo.MolKriging().predict(smiles)
+
+
+def test_a_molecule_that_cannot_be_read_is_nan_with_a_warning_in_its_own_row(fitted, chembl):
+    queries = chembl["smiles"][150:155]
+    expected = fitted.predict(queries)
+    with pytest.warns(varimo.PredictionWarning, match="row 1: cannot parse SMILES 'C1CC'"):
+        prediction = fitted.predict([queries[0], "C1CC", queries[1], None, queries[2]])
+    np.testing.assert_array_equal(prediction[[0, 2, 4]], expected[:3])
+    assert np.isnan(prediction[1]) and np.isnan(prediction[3])
+    with pytest.raises(ValueError, match="2 molecules could not be predicted"):
+        fitted.set_params(errors="raise").predict([queries[0], "C1CC", None])
+    fitted.set_params(errors="warn")
+
+
+def test_drift_from_a_dataframe_and_its_absence_in_queries(chembl):
+    import pandas as pd
+    from rdkit import Chem
+    from rdkit.Chem import Crippen
+
+    smiles = chembl["smiles"][:120]
+    frame = pd.DataFrame({"smiles": smiles, "logP": [Crippen.MolLogP(Chem.MolFromSmiles(s)) for s in smiles]})
+    model = varimo.MolKriging(drift=["logP"]).fit(frame, chembl["y"][:120])
+    assert np.all(np.isfinite(model.predict(frame.iloc[:5])))
+    with pytest.raises(ValueError, match="no drift column 'logP'"):
+        model.predict(frame[["smiles"]])
+    # SMILES alone carry no drift: every prediction fails, each named.
+    with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted"):
+        assert np.all(np.isnan(model.predict(smiles[:3])))

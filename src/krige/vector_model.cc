@@ -1,0 +1,92 @@
+#include "varimo/krige/vector_model.h"
+
+#include <algorithm>
+#include <atomic>
+#include <system_error>
+#include <thread>
+
+#include "varimo/krige/kd_tree_search.h"
+
+namespace Varimo {
+
+std::unique_ptr<ZqKrigeBase<ZqVectorElement>> ZqMakeVectorKrige(const ZqVectorKrigeSettings& settings) {
+  ZqKrigeOptions options{ZqGlobalKrigeOptions()};
+  if (settings.numLocal > 0) {
+    options.SetNumLocal(settings.numLocal).SetPredictTraining(settings.predictTraining);
+    if (settings.maxVariogramSize) options.SetMaxVariogramSize(*settings.maxVariogramSize);
+  }
+  using Model = ZqVectorKrigeSettings::Model;
+  std::unique_ptr<ZqKrigeBase<ZqVectorElement>> model =
+      settings.model == Model::Universal
+          ? ZqCreateKrige<ZqVectorElement>(ZqEuclideanDistance(settings.numFeatures),
+                                           ZqTrailingDrift(settings.numFeatures, settings.numDrift), options)
+          : ZqCreateKrige<ZqVectorElement>(ZqEuclideanDistance(), options, settings.model == Model::Simple);
+  // A k-d tree finds the same neighbourhoods as a scan of every row.
+  if (auto* local = dynamic_cast<ZqLocalKrigeImpl<ZqVectorElement>*>(model.get())) {
+    local->SetNeighbourSearch(ZqKdTreeNeighbourSearch(settings.numFeatures));
+  }
+  return model;
+}
+
+bool ZqIsFiniteRow(const ZqVectorElement& row) {
+  return std::all_of(row.begin(), row.end(), [](double v) { return std::isfinite(v); });
+}
+
+void ZqPredictVectorRows(const ZqKrigeBase<ZqVectorElement>& model, const std::vector<ZqVectorElement>& rows,
+                         unsigned int threads, std::vector<double>& predictions, std::vector<double>& variances,
+                         const std::function<void(std::size_t done)>& progress) {
+  const double failed = model.GetErrorValue();
+  predictions.assign(rows.size(), failed);
+  variances.assign(rows.size(), failed);
+  const auto* standard = dynamic_cast<const ZqStandardKrigeImpl<ZqVectorElement, ZqVectorStorage>*>(&model);
+  // Global models solve blocks of rows at once; blocks of this many keep
+  // that gain and let the progress move. A local model solves a system of
+  // its own for each row.
+  const std::size_t blockRows = standard ? 256 : 1;
+  const std::size_t numBlocks = (rows.size() + blockRows - 1) / blockRows;
+  std::atomic<std::size_t> next{0};
+  std::atomic<std::size_t> done{0};
+  auto work = [&](bool reports) {
+    std::vector<ZqVectorElement> block;
+    std::vector<std::size_t> blockIndex;
+    std::vector<double> blockPredictions, blockVariances;
+    for (std::size_t b = next++; b < numBlocks; b = next++) {
+      const std::size_t start = b * blockRows;
+      const std::size_t end = std::min(rows.size(), start + blockRows);
+      if (standard) {
+        block.clear();
+        blockIndex.clear();
+        for (std::size_t row = start; row < end; ++row) {
+          if (!ZqIsFiniteRow(rows[row])) continue;
+          block.push_back(rows[row]);
+          blockIndex.push_back(row);
+        }
+        standard->PredictManyTrained(block, blockPredictions, blockVariances);
+        for (std::size_t i = 0; i < blockIndex.size(); ++i) {
+          predictions[blockIndex[i]] = blockPredictions[i];
+          variances[blockIndex[i]] = blockVariances[i];
+        }
+      } else if (ZqIsFiniteRow(rows[start])) {
+        const ZqKrigeResult result = model.GetKrigeResult(rows[start]);
+        predictions[start] = ZqCalculateResponse(result, failed);
+        variances[start] = ZqCalculateVariance(result, failed);
+      }
+      const std::size_t finished = done += end - start;
+      if (reports && progress) progress(finished);
+    }
+  };
+  const std::size_t wanted = std::min<std::size_t>(std::max(1u, threads), std::max<std::size_t>(1, numBlocks));
+  std::vector<std::thread> workers;
+  for (std::size_t t = 1; t < wanted; ++t) {
+    try {
+      workers.emplace_back(work, false);
+    } catch (const std::system_error&) {
+      break;  // the threads that started do the work
+    }
+  }
+  work(true);
+  for (std::thread& worker : workers) worker.join();
+  if (progress) progress(rows.size());
+}
+
+}  // namespace Varimo
