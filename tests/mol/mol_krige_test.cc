@@ -341,6 +341,25 @@ TEST(MolKrige, AMethylThatRaisesTheSeriesContributesPositively) {
   for (unsigned int a = 0; a < own.size(); ++a) {
     EXPECT_EQ(own[a], constResult.GetAtomContribution(query->GetAtom(a))) << a;
   }
+
+  // The values by hand. Each neighbour pushes w = weight (response -
+  // baseline); T2 sums the pushes above 1e-10 and T1 the others, negated.
+  // An atom's shares fp = p / P and fn = n / N each sum to 1 over the heavy
+  // atoms, so the contributions sum to T1 / T2 - 1 when T1 <= T2, and to
+  // 1 - T2 / T1 otherwise, whatever the fingerprints' volumes.
+  for (const double baseline : {mean, r.GetResponse(), mean + 0.4}) {
+    double above = 0.0, below = 0.0;
+    for (unsigned int e = 0; e < r.GetNumElements(); ++e) {
+      const double w = r.GetElementWeight(e) * (r.GetElementResponse(e) - baseline);
+      if (w > 1e-10) above += w;
+      if (w < 1e-10) below -= w;
+    }
+    const std::vector<double> contributions = r.GetAtomContributions(*query, baseline);
+    double sum = 0.0;
+    for (const double c : contributions) sum += c;
+    const double expected = below <= above ? below / above - 1.0 : 1.0 - above / below;
+    EXPECT_NEAR(sum, expected, 1e-12) << baseline;
+  }
 }
 
 // Two models trained on the same molecules (all but the held-out ones).
