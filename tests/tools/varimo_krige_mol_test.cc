@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "program_support.h"
 #include "varimo/mol/mol_krige.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/platform/molkit/molecule_files.h"
@@ -27,41 +28,15 @@
 namespace {
 
 using ::testing::HasSubstr;
+using VarimoTest::Krige;
+using VarimoTest::Lines;
+using VarimoTest::Outcome;
+using VarimoTest::Scratch;
+using VarimoTest::Slurp;
+using VarimoTest::Write;
 using Mols = std::vector<std::unique_ptr<Molkit::ZqMolBase>>;
 
 constexpr const char* kBzr = "/usr/share/RDKit/Projects/DbCLI/testData/bzr.sdf";
-
-struct Outcome {
-  int status;
-  std::string out, err;
-};
-
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-void Write(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-
-std::string Scratch(const std::string& name) {
-  const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-  return ::testing::TempDir() + "varimo_krige_mol_" + test + "_" + std::to_string(getpid()) + "_" + name;
-}
-
-Outcome Krige(const std::string& args) {
-  const std::string out = Scratch("stdout"), err = Scratch("stderr");
-  const int raw = std::system((std::string(VARIMO_KRIGE_PROGRAM) + " " + args + " >" + out + " 2>" + err).c_str());
-  return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 std::string SeventeenDigits(double value) {
   char text[40];
@@ -157,7 +132,8 @@ TEST_F(BzrSplit, SavedModelsAndThreadsGiveTheSameBytes) {
   // Training only, to save; the model file is versioned text.
   ASSERT_EQ(Krige("--train " + trainPath_ + " --response ACTIVITY --save " + model).status, 0);
   const std::string text = Slurp(model);
-  EXPECT_THAT(text, ::testing::StartsWith("varimo molecule model 2\nfingerprint 6 1 1 0 0\nfingerprint-version 1\nlocal 0\ndrift\n"
+  EXPECT_THAT(text, ::testing::StartsWith("varimo molecule model 2\nfingerprint 6 1 1 0 0\nfingerprint-version 1\nlocal 0\n"
+                                         "local-options 0 0\ndrift\n"
                                          "kernel-fit all\nresponse-name ACTIVITY\nkernels 1 fixed\n"));
 
   std::string corrupt = text;
@@ -194,11 +170,14 @@ TEST_F(BzrSplit, ReportsAreNamedByTheirRowInPredCsv) {
   const std::string train = "--train " + trainPath_ + " --response ACTIVITY --predict " + query + " --out " + pred;
   const Outcome run = Krige(train + " --report " + dir + " --quiet");
   ASSERT_EQ(run.status, 0) << run.err;
-  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 2 (unreadable): "));
+  // The unreadable record keeps its row, named on standard error.
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: row 1 (unreadable): cannot read the mol block: "));
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: 1 of 3 rows could not be predicted"));
   const std::vector<std::string> lines = Lines(Slurp(pred));
-  ASSERT_EQ(lines.size(), 3u);
+  ASSERT_EQ(lines.size(), 4u);
   EXPECT_THAT(lines[1], ::testing::StartsWith("0," + all_[0]->GetName() + ","));
-  EXPECT_THAT(lines[2], ::testing::StartsWith("2," + all_[8]->GetName() + ","));
+  EXPECT_EQ(lines[2], "1,unreadable,1.7976931348623157e+308,1.7976931348623157e+308,");
+  EXPECT_THAT(lines[3], ::testing::StartsWith("2," + all_[8]->GetName() + ","));
   // The directory did not exist, nor its parent.
   EXPECT_EQ(DirectoryEntries(dir), (std::vector<std::string>{"0.png", "2.png"}));
   for (const char* name : {"/0.png", "/2.png"}) {
@@ -256,10 +235,11 @@ TEST(VarimoKrigeMolecules, BadRecordsAreNamedAndLeftOut) {
   EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 10 (cyclohexane): pIC50 is not a number: 'n/a'"));
   EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 11 (hydrogen): no heavy atoms"));
   EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 12 (ethanol): no pIC50"));
-  EXPECT_THAT(run.err, HasSubstr("varimo-krige: left out record 2 (q2): "));
+  EXPECT_THAT(run.err, HasSubstr("varimo-krige: row 1 (q2): cannot parse SMILES 'not-a-smiles'"));
   const std::vector<std::string> lines = Lines(Slurp(pred));
-  ASSERT_EQ(lines.size(), 2u);
+  ASSERT_EQ(lines.size(), 3u);
   EXPECT_THAT(lines[1], ::testing::StartsWith("0,q1,"));
+  EXPECT_THAT(lines[2], ::testing::StartsWith("1,q2,1.7976931348623157e+308,"));
 
   Write(smi, "");
   const Outcome empty = Krige("--train " + smi + " --response pIC50 --predict " + csv + " --out " + pred);
@@ -281,7 +261,10 @@ TEST(VarimoKrigeMolecules, AFailedPredictionGetsNoReport) {
   const Outcome run = Krige("--train " + smi + " --response pIC50 --drift logp --predict " + query + " --out " +
                             pred + " --report " + dir);
   ASSERT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(run.err, "varimo-krige: no report " + dir + "/1.png for record 2 (q2): the prediction failed\n");
+  EXPECT_EQ(run.err,
+            "varimo-krige: row 1 (q2): the drift field logp is missing or not a number\n"
+            "varimo-krige: 1 of 3 rows could not be predicted (named above); they hold the error value "
+            "1.7976931348623157e+308\n");
   EXPECT_THAT(Lines(Slurp(pred)).at(2), ::testing::StartsWith("1,q2,1.7976931348623157e+308,"));
   EXPECT_EQ(DirectoryEntries(dir), (std::vector<std::string>{"0.png", "2.png"}));
 }
@@ -292,7 +275,7 @@ TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
       {"--load m.vkm" + sdf + " --response ACTIVITY --predict q.sdf --out p.csv",
        "--load replaces --train and --response"},
       {"cv" + sdf + " --response ACTIVITY --predict q.sdf", "cv takes no --predict"},
-      {"cv" + sdf + " --response ACTIVITY --folds 1", "--folds must be at least 2"},
+      {"cv" + sdf + " --response ACTIVITY --folds 1", "--folds must be a whole number from 2 to 4294967295, not 1"},
       {sdf + " --response ACTIVITY --model simple --predict q.sdf --out p.csv",
        "--model simple is only for CSV files of numbers"},
       {sdf + " --response ACTIVITY --predict q.sdf", "missing --out"},

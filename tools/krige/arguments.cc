@@ -1,6 +1,10 @@
 #include "arguments.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstddef>
+#include <cstdlib>
+#include <cmath>
 #include <fstream>
 
 #include "varimo/platform/corvane/strings.h"
@@ -13,8 +17,9 @@ const char* HelpText() {
                     [--drift C1,C2,...] [--kernel NAME] [--variogram VARIOGRAM.csv]
                     [--local K [--predict-training] [--max-variogram-size M]]
                     [--quiet]
-       varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv
-                    [--contributions CONTRIB.csv] [--local K] [--drift TAG,...]
+       varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv|PRED.sdf
+                    [--contributions CONTRIB.csv] [--local K [--predict-training]
+                    [--max-variogram-size M]] [--drift TAG,...] [--threshold T]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
                     [--report DIR [--report-format png|svg|pdf]]
        varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
@@ -67,30 +72,56 @@ optional header line starting "smiles" that names them; or a CSV file with a
 are molecules and the distance is one minus the Tanimoto coefficient of their
 Vsepr path fingerprints. The response and the drift are SD data fields (or
 columns) of that name.
-  --out PRED.csv         "row,name,prediction,variance,neighbours" per read
-                         record of QUERY (row: the record's number in QUERY from
-                         0); neighbours: the names of the three training
-                         molecules of largest weight, separated by ';'
+  --out PRED.csv         "row,name,prediction,variance,neighbours" per record of
+                         QUERY (row: the record's number in QUERY from 0), every
+                         record a row: one that cannot be read or predicted has
+                         the error value 1.7976931348623157e+308 and no
+                         neighbours; neighbours: the names of the three training
+                         molecules of largest weight, separated by ';' (a ';' or
+                         '\' in a name is escaped with '\'); with a local model a
+                         last column "kernel" names the kernel of each row
+  --out PRED.sdf         (or .sdf.gz) SD records instead: each query molecule with
+                         its own data fields and "prediction", "std", "neighbours"
+                         (a row without a prediction: the error value, and
+                         "failure" with the reason; an unreadable record: an
+                         empty molecule with its name)
+  --threshold T          also the probability of a true value above T: a column
+                         "P(>T)", or the SD field "P(above T)"
   --contributions FILE   "row,atom,contribution" for each heavy atom of each
-                         query (atom: its index in the record from 0): how much
-                         the atom moves the prediction away from the mean of the
-                         training responses
+                         query (atom: its index in the record from 0, explicit
+                         hydrogens counted): how much the atom moves the
+                         prediction away from the mean of the training responses
   --drift TAG,...        universal kriging around a drift linear in these fields
+  --local K              as for CSV files, with --predict-training and
+                         --max-variogram-size; prints "kernels: A, B, ..." (the
+                         order each query tries them) instead of the kernel line
   --save MODEL.vkm       write the trained model (format described in the README)
   --load MODEL.vkm       read a saved model instead of --train and --response
-  --threads N            predict N queries at a time; the same numbers as one
+  --threads N            predict N queries at a time (1 to 1024); the same numbers
+                         as one
   --report DIR           write one report image per query, DIR/ROW.png (ROW as
                          in PRED.csv; DIR made if missing): the molecule with
                          its atoms coloured by their contributions, the
                          predicted distribution and the training molecules of
-                         largest weight; none for a failed prediction
+                         largest weight; none for a row that fails, whose image
+                         of an earlier run is removed
   --report-format png|svg|pdf  with --report: the images' format (default png)
   cv                     K-fold cross-validation (--folds K, default 5; records
                          shuffled with --seed S, default 1); ends with the lines
                          "RMSE x", "R2 x" and "coverage95 x" (the fraction of
-                         held-out values within prediction +- 1.96 sqrt(variance))
-Records that cannot be read, or lack a numeric response, are left out with a
-message naming the record.
+                         held-out values within prediction +- 1.96 sqrt(variance));
+                         R2 is nan, and said to be undefined, when fewer than two
+                         predictions count or their measured values are equal
+The query file is read, predicted and written a chunk of records at a time, so
+files of any size take little memory. A row that cannot be predicted is named on
+standard error with its row, its name and the reason, and the run ends with one
+line counting them. Records that cannot be read: control bytes, a field more than
+a SMILES file's header names, an SD record without its "$$$$" line (it and the
+next are named), more than 1000 atoms. Training records that cannot be read, or
+lack a numeric response, are left out with a message naming the record (counted
+from 1). Outputs are written whole or not at all: to a scratch file beside each,
+renamed into place when the run succeeds; an output that is also an input or
+another output is refused.
 
 Training rows with a missing response, feature or drift value are left out.
 Prints "kernel: NAME sill=S nugget=N range=R" for the trained kernel. With more
@@ -109,28 +140,45 @@ namespace {
 bool ParseNames(const std::string& flag, const std::string& value, std::vector<std::string>& names,
                 std::string& error) {
   Corvane::ZqStringTokenize(names, value, ",", false);
-  for (const std::string& name : names) {
-    if (name.empty()) {
+  for (std::size_t k = 0; k < names.size(); ++k) {
+    if (names[k].empty()) {
       error = flag + " has an empty column name: " + value;
+      return false;
+    }
+    if (std::find(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(k), names[k]) !=
+        names.begin() + static_cast<std::ptrdiff_t>(k)) {
+      error = flag + " names " + names[k] + " twice";
       return false;
     }
   }
   return true;
 }
 
-// A whole number of at least 1 into `number`; false, with `error` set,
-// otherwise.
-bool ParseCount(const std::string& flag, const std::string& value, unsigned int& number, std::string& error) {
-  if (Corvane::ZqStringToNumber(value, number) && number > 0) return true;
-  error = flag + " must be a whole number of at least 1, not " + value;
+bool AllDigits(const std::string& value) {
+  return !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// A whole number from `least` to `most` into `number`; false, with `error`
+// set, otherwise: too large a number is said to be too large, not to be no
+// number.
+bool ParseCount(const std::string& flag, const std::string& value, unsigned int& number, std::string& error,
+                unsigned int least = 1, unsigned int most = 4294967295u) {
+  if (Corvane::ZqStringToNumber(value, number) && number >= least && number <= most) return true;
+  const std::string range = "from " + std::to_string(least) + " to " + std::to_string(most);
+  error = flag + " must be a whole number " + range + ", not " + value;
+  if (AllDigits(value) && !(Corvane::ZqStringToNumber(value, number) && number < least)) {
+    error = flag + " " + value + " is too large: it must be " + range;
+  }
   return false;
 }
 
 }  // namespace
 
 bool IsMoleculeFile(const std::string& path) {
+  std::string lower = path;
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   auto endsWith = [&](const std::string& suffix) {
-    return path.size() >= suffix.size() && path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
+    return lower.size() >= suffix.size() && lower.compare(lower.size() - suffix.size(), suffix.size(), suffix) == 0;
   };
   if (endsWith(".sdf") || endsWith(".sdf.gz") || endsWith(".smi") || endsWith(".smi.gz")) return true;
   if (!endsWith(".csv")) return false;
@@ -156,6 +204,8 @@ std::string MoleculeConflict(const Arguments& parsed) {
   if (!parsed.kernelName.empty()) return "--kernel is only for CSV files of numbers";
   if (!parsed.variogramPath.empty()) return "--variogram is only for CSV files of numbers";
   if (parsed.universal && parsed.drift.empty()) return "--model universal needs --drift TAG,...";
+  if (parsed.numLocal == 0 && parsed.predictTraining) return "--predict-training is only for --local K";
+  if (parsed.numLocal == 0 && parsed.maxVariogramSize) return "--max-variogram-size is only for --local K";
   if (parsed.crossValidate) {
     if (parsed.trainPath.empty()) return "missing --train (see --help)";
     if (parsed.responseName.empty()) return "missing --response (see --help)";
@@ -164,7 +214,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "cv takes no --predict, --out, --contributions, --save or --load";
     }
     if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) return "cv takes no --report or --report-format";
-    if (parsed.folds < 2) return "--folds must be at least 2";
+    if (parsed.threshold) return "cv takes no --threshold";
     return {};
   }
   if (!parsed.reportFormat.empty() && parsed.reportDir.empty()) return "--report-format needs --report DIR";
@@ -173,6 +223,9 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "--load replaces --train and --response";
     }
     if (!parsed.drift.empty() || parsed.numLocal > 0) return "--load takes the model's own --drift and --local";
+    if (parsed.predictTraining || parsed.maxVariogramSize) {
+      return "--load takes the model's own --predict-training and --max-variogram-size";
+    }
   } else {
     if (parsed.trainPath.empty()) return "missing --train (see --help)";
     if (parsed.responseName.empty()) return "missing --response (see --help)";
@@ -181,6 +234,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
   if (parsed.predictPath.empty() && parsed.outPath.empty() && !parsed.savePath.empty()) {
     if (!parsed.contributionsPath.empty()) return "--contributions needs --predict";
     if (!parsed.reportDir.empty()) return "--report needs --predict";
+    if (parsed.threshold) return "--threshold needs --predict";
     return {};
   }
   if (parsed.predictPath.empty()) return "missing --predict (see --help)";
@@ -220,7 +274,7 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (flag == "--report") target = &parsed.reportDir;
     const bool known = target || flag == "--features" || flag == "--drift" || flag == "--model" ||
                        flag == "--local" || flag == "--max-variogram-size" || flag == "--threads" ||
-                       flag == "--folds" || flag == "--seed" || flag == "--report-format";
+                       flag == "--folds" || flag == "--seed" || flag == "--report-format" || flag == "--threshold";
     if (!known) {
       error = "unknown option " + flag + " (see --help)";
       return std::nullopt;
@@ -237,11 +291,21 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       valid = ParseNames(flag, value, flag == "--drift" ? parsed.drift : parsed.features, error);
     } else if (flag == "--local") {
       valid = ParseCount(flag, value, parsed.numLocal, error);
-    } else if (flag == "--threads" || flag == "--folds") {
-      valid = ParseCount(flag, value, flag == "--threads" ? parsed.threads : parsed.folds, error);
+    } else if (flag == "--threads") {
+      valid = ParseCount(flag, value, parsed.threads, error, 1, kMaxThreads);
+    } else if (flag == "--folds") {
+      valid = ParseCount(flag, value, parsed.folds, error, 2);
     } else if (flag == "--seed") {
-      valid = Corvane::ZqStringToNumber(value, parsed.seed);
-      if (!valid) error = "--seed must be a whole number, not " + value;
+      valid = ParseCount(flag, value, parsed.seed, error, 0);
+    } else if (flag == "--threshold") {
+      double threshold = 0.0;
+      valid = Corvane::ZqStringToNumber(value, threshold) && std::isfinite(threshold);
+      if (valid) {
+        parsed.threshold = threshold;
+        parsed.thresholdText = value;
+      } else {
+        error = "--threshold must be a number, not " + value;
+      }
     } else if (flag == "--max-variogram-size") {
       unsigned int size = 0;
       valid = ParseCount(flag, value, size, error);
@@ -265,8 +329,8 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (!error.empty()) return std::nullopt;
     return parsed;
   }
-  if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1) {
-    error = "--contributions, --save and --threads are only for molecule files (see --help)";
+  if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1 || parsed.threshold) {
+    error = "--contributions, --save, --threads and --threshold are only for molecule files (see --help)";
     return std::nullopt;
   }
   if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) {

@@ -32,13 +32,19 @@ struct Arguments {
   std::string contributionsPath;      // empty: no contributions file
   std::string savePath;               // empty: the model is not saved
   std::string loadPath;               // empty: trained from --train
-  unsigned int threads = 1;
+  unsigned int threads = 1;           // at most kMaxThreads
+  std::optional<double> threshold;    // --threshold T: the column P(>T)
+  std::string thresholdText;          // T as given
   std::string reportDir;              // empty: no report images
   std::string reportFormat;           // png, svg or pdf; empty: not given, png
 };
 
+// More threads than this is a slip of the keyboard rather than a machine.
+constexpr unsigned int kMaxThreads = 1024;
+
 // Whether the path names a molecule file: .sdf, .sdf.gz, .smi, .smi.gz, or
-// a .csv file whose header has a "smiles" column (any case).
+// a .csv file whose header has a "smiles" column (extensions and column
+// name in any case).
 bool IsMoleculeFile(const std::string& path);
 
 // The arguments, or nothing with `error` set to a one-line message.

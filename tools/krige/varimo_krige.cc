@@ -15,7 +15,7 @@
 #include "feature_table.h"
 #include "progress.h"
 #ifdef VARIMO_KRIGE_MOLECULES
-#include "mol_mode.h"
+#include "mol_modes.h"
 #endif
 #include "varimo/krige/vector_model.h"
 

@@ -30,6 +30,12 @@ struct ZqMolModelSettings {
   ZqDefaultKrigeDistanceOptions fingerprint;
   // Neighbours per query; 0 for a global model.
   unsigned int numLocal = 0;
+  // Local models only: a query that is a training molecule leaves itself
+  // (and its copies) out of its neighbours; and the number of variogram
+  // pairs above which the variogram comes from a sample of pairs (0: the
+  // library's default).
+  bool predictTraining = false;
+  unsigned int maxVariogramSize = 0;
   // The SD data fields whose values are the drift of universal kriging;
   // none for ordinary kriging.
   std::vector<std::string> drift;
@@ -83,7 +89,9 @@ class ZqMolModel {
   // settings' options), as a model file keeps it.
   bool AddTraining(const Molkit::ZqMolBase& mol, const Printex::ZqVseprFingerprint& fp, double response);
   // Fits the kernels (or the one named in the settings) and trains; false,
-  // with the engine's warnings, when no kernel trains.
+  // with the engine's warnings, when no kernel trains, and false with an
+  // error when the drift fields cannot make a drift (one named twice, or
+  // one with the same value in every record).
   bool Train();
   // Trains with a saved state (ZqKrigeBase::TrainWithKernels), fitting
   // nothing.
@@ -107,6 +115,8 @@ class ZqMolModel {
   double GetMeanResponse() const;
 
  private:
+  std::string DriftProblem() const;
+
   ZqMolModelSettings settings_;
   std::unique_ptr<ZqMolKrige> krige_;
   std::vector<std::unique_ptr<Molkit::ZqMolBase>> mols_;

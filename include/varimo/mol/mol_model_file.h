@@ -5,6 +5,8 @@
 //   fingerprint MAX MIN FORCE WEIGHT STEREO      the fingerprint options
 //   fingerprint-version V                        of the fingerprint's features
 //   local K                                      0 for a global model
+//   local-options P M                            predict-training (0 or 1), the most
+//                                                variogram pairs (0: the default)
 //   drift TAG<TAB>TAG...                         nothing after "drift" without drift
 //   kernel-fit NAME                              the candidate asked for; "all" for the best
 //   response-name NAME                           may be empty
@@ -24,7 +26,8 @@
 // is fingerprinted again as a check of the file.
 //
 // Version 1 files ("varimo-krige molecule model 1", without the
-// fingerprint-version, kernel-fit, response-name and kernels lines and with
+// fingerprint-version, local-options, kernel-fit, response-name and kernels
+// lines and with
 // one "kernel" line) still load: every molecule is fingerprinted again and
 // must give its saved fingerprint; a global model trains with its kernel
 // as saved, a local one fits its kernels again and must find the saved one

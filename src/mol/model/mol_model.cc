@@ -14,7 +14,8 @@ namespace Varimo {
 
 std::unique_ptr<ZqMolKrige> ZqMakeMolKrige(const ZqMolModelSettings& settings) {
   ZqLocalKrigeOptions local;
-  local.SetNumLocal(settings.numLocal);
+  local.SetNumLocal(settings.numLocal).SetPredictTraining(settings.predictTraining);
+  if (settings.maxVariogramSize > 0) local.SetMaxVariogramSize(settings.maxVariogramSize);
   if (settings.drift.empty()) {
     if (settings.numLocal > 0) return std::make_unique<ZqMolKrige>(settings.fingerprint, local);
     return std::make_unique<ZqMolKrige>(settings.fingerprint, ZqGlobalKrigeOptions());
@@ -86,7 +87,38 @@ bool ZqMolModel::AddTraining(const Molkit::ZqMolBase& mol, const Printex::ZqVsep
   return true;
 }
 
+// Why the drift fields cannot make a drift: a field named twice, or one
+// with the same value in every record (it is then the intercept again, and
+// the drift's system is singular). Empty when they can.
+std::string ZqMolModel::DriftProblem() const {
+  const std::vector<std::string>& drift = settings_.drift;
+  for (std::size_t k = 0; k < drift.size(); ++k) {
+    for (std::size_t j = 0; j < k; ++j) {
+      if (drift[j] == drift[k]) return "the drift field \"" + drift[k] + "\" is named twice";
+    }
+    if (mols_.size() < 2) continue;
+    const std::string first = Corvane::ZqStringStripWhiteSpace(mols_.front()->GetSDData(drift[k]));
+    double value = 0.0, firstValue = 0.0;
+    Corvane::ZqStringToNumber(first, firstValue);
+    bool constant = true;
+    for (const auto& mol : mols_) {
+      Corvane::ZqStringToNumber(Corvane::ZqStringStripWhiteSpace(mol->GetSDData(drift[k])), value);
+      if (value != firstValue) {
+        constant = false;
+        break;
+      }
+    }
+    if (constant) return "the drift field \"" + drift[k] + "\" has one value in every training record";
+  }
+  return {};
+}
+
 bool ZqMolModel::Train() {
+  if (const std::string problem = DriftProblem(); !problem.empty()) {
+    Corvane::ZqThrow.Error("ZqMolModel::Train, %s", problem.c_str());
+    trained_ = false;
+    return false;
+  }
   if (settings_.kernel.empty()) {
     trained_ = krige_->Train();
     return trained_;

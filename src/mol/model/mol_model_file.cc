@@ -169,6 +169,16 @@ bool ReadHeader(LineReader& lines, bool version1, Header& header, std::string& w
     why = "bad local line";
     return false;
   }
+  if (!version1) {
+    unsigned int predictTraining = 0;
+    if (!lines.Field("local-options", value) ||
+        std::sscanf(value.c_str(), "%u %u%c", &predictTraining, &settings.maxVariogramSize, &rest) != 2 ||
+        predictTraining > 1) {
+      why = "bad local-options line";
+      return false;
+    }
+    settings.predictTraining = predictTraining == 1;
+  }
   if (!lines.Field("drift", value)) {
     why = "bad drift line";
     return false;
@@ -232,6 +242,7 @@ std::string ZqWriteMolModel(const ZqMolModel& model) {
       << ' ' << fp.GetWeightByLength() << ' ' << fp.GetStereoAware() << '\n';
   out << "fingerprint-version " << Printex::ZqVseprFingerprint::kVersion << '\n';
   out << "local " << settings.numLocal << '\n';
+  out << "local-options " << settings.predictTraining << ' ' << settings.maxVariogramSize << '\n';
   out << "drift";
   for (std::size_t k = 0; k < settings.drift.size(); ++k) out << (k == 0 ? ' ' : '\t') << settings.drift[k];
   out << '\n';

@@ -2,11 +2,13 @@
 
 #include <GraphMol/Conformer.h>
 #include <GraphMol/Descriptors/MolDescriptors.h>
+#include <GraphMol/MolOps.h>
 #include <GraphMol/FileParsers/FileParsers.h>
 #include <GraphMol/SmilesParse/SmilesParse.h>
 #include <GraphMol/SmilesParse/SmilesWrite.h>
 
 #include <algorithm>
+#include <cctype>
 #include <exception>
 
 #include "mol_graph.h"
@@ -138,6 +140,15 @@ void ZqMolBase::SetSDData(const std::string& tag, std::string text) {
   sdData_.emplace_back(tag, std::move(text));
 }
 
+std::size_t ZqMolBase::GetRecordAtomIndex(std::size_t atom) const {
+  if (atom >= atoms_.size()) return atom;
+  int index = 0;
+  if (graph_->mol.getAtomWithIdx(static_cast<unsigned int>(atom))->getPropIfPresent(kRecordAtomIndexProperty, index)) {
+    return static_cast<std::size_t>(index);
+  }
+  return atom;
+}
+
 std::string ZqMolBase::GetCanonicalSmiles() const {
   // RDKit's writer stores atom ranks and the output order as properties of
   // the molecule it writes, through a const reference: on the shared graph
@@ -176,9 +187,56 @@ bool ZqMCMolBase::SetActiveConf(std::size_t index) {
   return true;
 }
 
+void ZqRemoveHydrogensKeepingRecordIndices(RDKit::RWMol& mol) {
+  for (RDKit::Atom* atom : mol.atoms()) atom->setProp(kRecordAtomIndexProperty, static_cast<int>(atom->getIdx()));
+  RDKit::MolOps::removeHs(mol);
+}
+
+namespace {
+
+// Whether the SMILES has a hydrogen atom of its own ("[H]", "[2H+]"), which
+// reading takes out of the graph; "[nH]" is a nitrogen with its hydrogen.
+bool HasHydrogenAtom(const std::string& smiles) {
+  for (std::size_t at = smiles.find('['); at != std::string::npos; at = smiles.find('[', at + 1)) {
+    std::size_t i = at + 1;
+    while (i < smiles.size() && std::isdigit(static_cast<unsigned char>(smiles[i]))) ++i;
+    if (i < smiles.size() && smiles[i] == 'H' && (i + 1 >= smiles.size() || !std::islower(static_cast<unsigned char>(smiles[i + 1])))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
 std::unique_ptr<ZqMolBase> ZqMolFromSmiles(const std::string& smiles, std::string* error) {
   try {
-    std::unique_ptr<RDKit::RWMol> parsed(RDKit::SmilesToMol(smiles));
+    // Every atom takes a character: only a longer text can hold too many,
+    // and then a parse without perception, which is linear, counts them.
+    if (smiles.size() > ZqMaxMoleculeAtoms) {
+      RDKit::SmilesParserParams plain;
+      plain.sanitize = false;
+      plain.removeHs = false;
+      const std::unique_ptr<RDKit::RWMol> counted(RDKit::SmilesToMol(smiles, plain));
+      if (counted && counted->getNumAtoms() > ZqMaxMoleculeAtoms) {
+        if (error) {
+          *error = "too large: " + std::to_string(counted->getNumAtoms()) + " atoms, at most " +
+                   std::to_string(ZqMaxMoleculeAtoms);
+        }
+        return nullptr;
+      }
+    }
+    std::unique_ptr<RDKit::RWMol> parsed;
+    if (HasHydrogenAtom(smiles)) {
+      // Read with the hydrogens, which are then taken out with the heavy
+      // atoms' places in the SMILES kept.
+      RDKit::SmilesParserParams params;
+      params.removeHs = false;
+      parsed.reset(RDKit::SmilesToMol(smiles, params));
+      if (parsed) ZqRemoveHydrogensKeepingRecordIndices(*parsed);
+    } else {
+      parsed.reset(RDKit::SmilesToMol(smiles));
+    }
     if (!parsed) {
       if (error) *error = "cannot parse SMILES '" + smiles + "'";
       return nullptr;

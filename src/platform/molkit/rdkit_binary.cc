@@ -17,6 +17,13 @@ std::unique_ptr<ZqMolBase> ZqMolFromRDKitBinary(const std::string& binary, std::
     if (error) *error = std::string("not an RDKit molecule: ") + e.what();
     return nullptr;
   }
+  if (graph->mol.getNumAtoms() > ZqMaxMoleculeAtoms) {
+    if (error) {
+      *error = "too large: " + std::to_string(graph->mol.getNumAtoms()) + " atoms, at most " +
+               std::to_string(ZqMaxMoleculeAtoms);
+    }
+    return nullptr;
+  }
   std::string name;
   graph->mol.getPropIfPresent(RDKit::common_properties::_Name, name);
   std::vector<std::pair<std::string, std::string>> fields;

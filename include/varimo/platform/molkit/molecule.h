@@ -115,6 +115,11 @@ class ZqMolBase : public Corvane::ZqBase {
   void SetSDData(const std::string& tag, std::string text);
   const std::vector<std::pair<std::string, std::string>>& GetSDDataFields() const { return sdData_; }
 
+  // The index the atom had in the file record the molecule was read from:
+  // its own index, unless the reader took explicit hydrogens out of the
+  // graph, which moves the heavy atoms after them.
+  std::size_t GetRecordAtomIndex(std::size_t atom) const;
+
   // RDKit's canonical SMILES of the graph, written from a copy: the writer
   // leaves properties on the molecule it writes, and this one may be read
   // by several threads at once.
@@ -178,16 +183,26 @@ class ZqMCMolBase : public ZqMolBase {
   std::size_t active_ = 0;
 };
 
+// The most atoms (hydrogens in the graph included) a molecule may have:
+// RDKit's perception of a molecule's stereochemistry grows much faster
+// than its size (a chain of 2000 atoms takes seconds, one of 10000 hours),
+// so larger ones, far beyond any drug or peptide a model is made for, are
+// refused before they are read.
+constexpr std::size_t ZqMaxMoleculeAtoms = 1000;
+
 // A molecule from SMILES; null with `error` set (when given) for SMILES
-// that do not parse or sanitise.
+// that do not parse or sanitise, or describe more than ZqMaxMoleculeAtoms
+// atoms.
 std::unique_ptr<ZqMolBase> ZqMolFromSmiles(const std::string& smiles, std::string* error = nullptr);
 // A molecule from the text of one MDL mol block or SD record, with its SD
-// data fields; null with `error` set on failure.
+// data fields; null with `error` set on failure (or more than
+// ZqMaxMoleculeAtoms atoms).
 std::unique_ptr<ZqMolBase> ZqMolFromMolBlock(const std::string& block, std::string* error = nullptr);
 // A molecule from RDKit's binary form (its pickle, as Chem.Mol.ToBinary
 // writes it, from the same RDKit): the graph and coordinates as they were,
 // the "_Name" property as the name and every other public property as an
-// SD data field, in text. Null with `error` set for bytes that are not one.
+// SD data field, in text. Null with `error` set for bytes that are not one,
+// or a molecule of more than ZqMaxMoleculeAtoms atoms.
 std::unique_ptr<ZqMolBase> ZqMolFromRDKitBinary(const std::string& binary, std::string* error = nullptr);
 
 bool ZqHasSDData(const ZqMolBase& mol, const std::string& tag);

@@ -1,0 +1,99 @@
+// Screening: predicting every record of a molecule file, however large,
+// with a trained model, a chunk of records at a time and in input order, so
+// that memory holds one chunk and rows go out as soon as they are
+// predicted. What the rows become (CSV or SD text, contributions, report
+// images) is the sink's.
+//
+//   auto reader = Molkit::ZqMoleculeReader::Open("library.smi.gz", error);
+//   Varimo::ZqMolPredictionFormat format;
+//   Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMolecules(model, *reader, {},
+//       [&](std::vector<Varimo::ZqMolScreenRow>& rows) {
+//         for (const auto& row : rows) out << Varimo::ZqFormatPredictionCsv(row, format);
+//         return true;
+//       });
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "varimo/mol/mol_model.h"
+#include "varimo/mol/mol_predict.h"
+#include "varimo/platform/molkit/molecule_reader.h"
+
+namespace Varimo {
+
+struct ZqMolScreenOptions {
+  // Threads of each chunk's predictions; the rows are the same for any.
+  unsigned int threads = 1;
+  // Records read, predicted and handed on at a time.
+  std::size_t chunkSize = 512;
+  // Whether to fill each valid prediction's atom contributions, against
+  // the model's mean response.
+  bool contributions = false;
+};
+
+struct ZqMolScreenRow {
+  std::size_t row = 0;  // from 0, every record counted: the record's number - 1
+  Molkit::ZqMoleculeRecord record;
+  ZqMolPrediction prediction;  // an invalid result when the record has no molecule
+  // Why there is no prediction: the record's own error, or the reason the
+  // model gave none. Empty for a valid prediction.
+  std::string failure;
+};
+
+struct ZqMolScreenSummary {
+  std::size_t rows = 0;
+  std::size_t failed = 0;
+  // Why reading stopped before the end of the file (ZqMoleculeReader's
+  // GetError); empty when the whole file was read.
+  std::string readError;
+  // False when the sink asked to stop.
+  bool completed = true;
+};
+
+// Every record of `reader` predicted by the trained `model` and handed to
+// `sink` chunk by chunk, in input order; the sink returns false to stop.
+ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
+                                     const ZqMolScreenOptions& options,
+                                     const std::function<bool(std::vector<ZqMolScreenRow>&)>& sink);
+
+// Why the model gives no valid prediction of `mol`, in words for a
+// message: no heavy atoms, a drift field missing, a molecule the model
+// cannot place (an error value, or a variance outside its kernel's range).
+std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol);
+
+// The columns of a prediction row, and their text.
+struct ZqMolPredictionFormat {
+  // false: the prediction alone ("row,name,prediction" in CSV; no "std"
+  // and "neighbours" fields in SD).
+  bool variance = true;
+  // The probability of a true value above this, as the column or field
+  // "P(>T)", T as given on the command line.
+  std::optional<double> threshold;
+  std::string thresholdText;
+  // The name of the kernel that made each prediction, as a last column or
+  // field "kernel": a local model's rows may use different ones.
+  bool kernel = false;
+};
+
+// The CSV header line, "row,name,prediction,variance,neighbours" and the
+// further columns the format asks for.
+std::string ZqPredictionCsvHeader(const ZqMolPredictionFormat& format);
+// One CSV line. Numbers have 17 significant digits; a row without a
+// prediction has the error value 1.7976931348623157e+308 in its numbers
+// and no neighbours. Neighbours are the names of the three training
+// molecules of largest weight, separated by ';' (a ';' or '\' in a name is
+// escaped with '\'); fields are quoted as CSV needs.
+std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredictionFormat& format);
+// One SD record: the query molecule as read, its own data fields kept,
+// then "prediction", "std", "neighbours" (and "P(above T)", since an SD
+// tag cannot hold a '>', and "kernel" as asked),
+// and for a row without a prediction "failure" with the reason. A record
+// that could not be read is written as an empty molecule with its name, so
+// that the records of the output match those of the input one to one.
+std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictionFormat& format);
+
+}  // namespace Varimo

@@ -1,0 +1,167 @@
+#include "varimo/mol/mol_screen.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "varimo/platform/corvane/strings.h"
+#include "varimo/platform/molkit/molecule_files.h"
+
+namespace Varimo {
+namespace {
+
+constexpr double kFailed = 1.7976931348623157e308;
+
+std::string Number(double value) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%.17g", value);
+  return text;
+}
+
+std::string CsvField(const std::string& text) {
+  if (text.find_first_of(",\"\n\r") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return quoted + '"';
+}
+
+// The names of the three training molecules of largest weight, each with
+// ';' and '\' escaped so that the list splits back into the names.
+std::string Neighbours(const ZqMolKrigeResult& result) {
+  std::string names;
+  for (unsigned int i : ZqLargestWeights(result, 3)) {
+    if (!names.empty()) names += ';';
+    for (char c : result.GetElement(i).GetName()) {
+      if (c == ';' || c == '\\') names += '\\';
+      names += c;
+    }
+  }
+  return names;
+}
+
+bool Predicted(const ZqMolScreenRow& row) { return row.failure.empty() && row.prediction.result.Valid(); }
+
+// An SD data field; a value over several lines keeps them, a blank line
+// (which would end the field) is dropped, and an empty value has no line.
+std::string SDField(const std::string& tag, const std::string& value) {
+  std::string text = ">  <" + tag + ">\n";
+  std::size_t at = 0;
+  while (at < value.size()) {
+    const std::size_t end = std::min(value.find('\n', at), value.size());
+    if (end > at) text += value.substr(at, end - at) + '\n';
+    at = end + 1;
+  }
+  return text + '\n';
+}
+
+}  // namespace
+
+std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol) {
+  if (mol.GetNumHeavyAtoms() == 0) return "no heavy atoms";
+  for (const std::string& tag : model.GetSettings().drift) {
+    double value = 0.0;
+    if (!mol.HasSDData(tag) ||
+        !Corvane::ZqStringToNumber(Corvane::ZqStringStripWhiteSpace(mol.GetSDData(tag)), value) ||
+        !std::isfinite(value)) {
+      return "the drift field " + tag + " is missing or not a number";
+    }
+  }
+  return "the model gives no valid prediction: its kriging variance falls outside the kernel's range (a "
+         "near-duplicate of training molecules under a kernel with almost no nugget, or a molecule far from all of "
+         "them)";
+}
+
+ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
+                                     const ZqMolScreenOptions& options,
+                                     const std::function<bool(std::vector<ZqMolScreenRow>&)>& sink) {
+  ZqMolScreenSummary summary;
+  const std::size_t chunkSize = std::max<std::size_t>(1, options.chunkSize);
+  ZqMolPredictOptions predict;
+  predict.threads = options.threads;
+  predict.contributions = options.contributions;
+  predict.baseline = model.GetMeanResponse();
+  std::vector<ZqMolScreenRow> chunk;
+  bool more = true;
+  while (more) {
+    chunk.clear();
+    while (chunk.size() < chunkSize) {
+      ZqMolScreenRow row;
+      if (!reader.Next(row.record)) {
+        more = false;
+        break;
+      }
+      row.row = row.record.number - 1;
+      chunk.push_back(std::move(row));
+    }
+    if (chunk.empty()) break;
+    std::vector<const Molkit::ZqMolBase*> queries;
+    for (const ZqMolScreenRow& row : chunk) queries.push_back(row.record.mol.get());
+    std::vector<ZqMolPrediction> predictions = ZqPredictMolecules(model.GetKrige(), queries, predict);
+    for (std::size_t i = 0; i < chunk.size(); ++i) {
+      ZqMolScreenRow& row = chunk[i];
+      row.prediction = std::move(predictions[i]);
+      if (!row.record.mol) {
+        row.failure = row.record.error;
+      } else if (!row.prediction.result.Valid()) {
+        row.failure = ZqExplainFailedPrediction(model, *row.record.mol);
+      }
+      if (!row.failure.empty()) ++summary.failed;
+    }
+    summary.rows += chunk.size();
+    if (!sink(chunk)) {
+      summary.completed = false;
+      break;
+    }
+  }
+  summary.readError = reader.GetError();
+  return summary;
+}
+
+std::string ZqPredictionCsvHeader(const ZqMolPredictionFormat& format) {
+  std::string header = format.variance ? "row,name,prediction,variance,neighbours" : "row,name,prediction";
+  if (format.threshold) header += ",P(>" + format.thresholdText + ")";
+  if (format.kernel) header += ",kernel";
+  return header + '\n';
+}
+
+std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredictionFormat& format) {
+  const ZqMolKrigeResult& result = row.prediction.result;
+  const bool predicted = Predicted(row);
+  std::string line = std::to_string(row.row) + ',' + CsvField(row.record.name) + ',' +
+                     Number(predicted ? result.GetResponse() : kFailed);
+  if (format.variance) {
+    line += ',' + Number(predicted ? result.GetVariance() : kFailed) + ',' +
+            CsvField(predicted ? Neighbours(result) : std::string());
+  }
+  if (format.threshold) line += ',' + Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold) : kFailed);
+  if (format.kernel) line += ',' + CsvField(predicted ? result.GetKernel().GetName() : std::string());
+  return line + '\n';
+}
+
+std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictionFormat& format) {
+  std::string record;
+  if (row.record.mol) {
+    record = Molkit::ZqMolToSDRecord(*row.record.mol);
+    record.erase(record.rfind("$$$$"));
+  } else {
+    // No molecule: an empty one keeps the record's place and name.
+    record = row.record.name + "\n     varimo\n\n  0  0  0  0  0  0  0  0  0  0999 V2000\nM  END\n";
+  }
+  const ZqMolKrigeResult& result = row.prediction.result;
+  const bool predicted = Predicted(row);
+  record += SDField("prediction", Number(predicted ? result.GetResponse() : kFailed));
+  if (format.variance) {
+    record += SDField("std", Number(predicted ? std::sqrt(result.GetVariance()) : kFailed));
+    record += SDField("neighbours", predicted ? Neighbours(result) : std::string());
+  }
+  if (format.threshold) {
+    // A '>' would end the tag early for SD readers, RDKit's among them.
+    record += SDField("P(above " + format.thresholdText + ")",
+                      Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold) : kFailed));
+  }
+  if (format.kernel) record += SDField("kernel", predicted ? result.GetKernel().GetName() : std::string());
+  if (!predicted) record += SDField("failure", row.failure);
+  return record + "$$$$\n";
+}
+
+}  // namespace Varimo

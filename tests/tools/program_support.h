@@ -1,0 +1,50 @@
+// Running varimo-krige from a test: scratch files named by the test, the
+// program's exit status and its two streams.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace VarimoTest {
+
+struct Outcome {
+  int status;
+  std::string out, err;
+};
+
+inline std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+inline void Write(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
+// A path of the running test's own, in the temporary folder.
+inline std::string Scratch(const std::string& name) {
+  const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+  return ::testing::TempDir() + "varimo_krige_" + test + "_" + std::to_string(getpid()) + "_" + name;
+}
+
+inline Outcome Krige(const std::string& args) {
+  const std::string out = Scratch("stdout"), err = Scratch("stderr");
+  const int raw = std::system((std::string(VARIMO_KRIGE_PROGRAM) + " " + args + " >" + out + " 2>" + err).c_str());
+  return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
+}
+
+inline std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace VarimoTest

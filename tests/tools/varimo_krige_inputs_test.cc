@@ -1,0 +1,198 @@
+// varimo-krige under careless and hostile molecule inputs, on small files
+// made here: a row that cannot be predicted is named with its row, name and
+// reason and keeps its place; a damaged input is named; outputs are never
+// lost to a failed run nor written over an input.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "program_support.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using VarimoTest::Krige;
+using VarimoTest::Lines;
+using VarimoTest::Outcome;
+using VarimoTest::Scratch;
+using VarimoTest::Slurp;
+using VarimoTest::Write;
+
+// Eight substituted benzenes with made-up pIC50 values.
+constexpr const char* kTraining =
+    "smiles name pIC50\n"
+    "c1ccccc1O phenol 5.0\nCc1ccccc1O cresol 5.5\nCCc1ccccc1O ethylphenol 6.0\nc1ccccc1N aniline 4.0\n"
+    "Cc1ccccc1N toluidine 4.5\nc1ccccc1Cl chlorobenzene 3.0\nCc1ccccc1Cl chlorotoluene 3.5\n"
+    "OCc1ccccc1 benzylalcohol 4.8\n";
+
+class Inputs : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    train_ = Scratch("train.smi");
+    Write(train_, kTraining);
+  }
+  std::string Train() const { return "--train " + train_ + " --response pIC50"; }
+  std::string train_;
+};
+
+TEST_F(Inputs, OutputsNeverOverwriteInputsNorSurviveAFailedRun) {
+  const std::string query = Scratch("query.smi"), pred = Scratch("pred.csv"), model = Scratch("model.vkm");
+  Write(query, "CCc1ccccc1N q1\n");
+  const std::pair<std::string, std::string> refused[] = {
+      {Train() + " --predict " + query + " --out " + query, "--out " + query + " is also --predict"},
+      {Train() + " --save " + train_, "--save " + train_ + " is also --train"},
+      {Train() + " --predict " + query + " --out " + pred + " --contributions " + pred,
+       "--out and --contributions are the same file"},
+  };
+  for (const auto& [args, message] : refused) {
+    const Outcome run = Krige(args);
+    EXPECT_EQ(run.status, 2) << args;
+    EXPECT_THAT(run.err, HasSubstr(message));
+  }
+  EXPECT_EQ(Slurp(query), "CCc1ccccc1N q1\n");
+  EXPECT_EQ(Slurp(train_), kTraining);
+
+  // Earlier outputs stay as they were when a run fails, at its start (an
+  // output that cannot be written) or at its end (a query file without
+  // records).
+  Write(pred, "old\n");
+  Write(model, "old\n");
+  Outcome run = Krige(Train() + " --predict " + query + " --out " + pred + " --save " + model +
+                      " --contributions /nonexistent/c.csv");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, HasSubstr("cannot write /nonexistent/c.csv"));
+  Write(query, "# nothing but a comment\n");
+  run = Krige(Train() + " --predict " + query + " --out " + pred + " --save " + model);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, HasSubstr(query + " holds no molecule record; nothing written"));
+  EXPECT_EQ(Slurp(pred), "old\n");
+  EXPECT_EQ(Slurp(model), "old\n");
+  for (const auto& entry : std::filesystem::directory_iterator(::testing::TempDir())) {
+    EXPECT_EQ(entry.path().string().find(".part-"), std::string::npos) << entry.path();
+  }
+}
+
+TEST_F(Inputs, HostileQueryRecordsKeepTheirRowsAndAreNamed) {
+  const std::string query = Scratch("query.smi"), pred = Scratch("pred.csv");
+  std::string text = "smiles name\nCCCc1ccccc1O fine\nCC";
+  text += '\0';
+  text += "O nul\nCCOc1ccccc1 vitamin 2\n" + std::string(2000, 'C') + " chain\nC1CC( broken\n";
+  Write(query, text);
+  const Outcome run = Krige(Train() + " --predict " + query + " --out " + pred);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err,
+            "varimo-krige: row 1 (nul): a control byte (0x00) in the line\n"
+            "varimo-krige: row 2 (vitamin): has 3 fields where the header names 2 (a blank in a name?)\n"
+            "varimo-krige: row 3 (chain): too large: 2000 atoms, at most 1000\n"
+            "varimo-krige: row 4 (broken): cannot parse SMILES 'C1CC('\n"
+            "varimo-krige: 4 of 5 rows could not be predicted (named above); they hold the error value "
+            "1.7976931348623157e+308\n");
+  const std::vector<std::string> lines = Lines(Slurp(pred));
+  ASSERT_EQ(lines.size(), 6u);
+  EXPECT_THAT(lines[1], ::testing::StartsWith("0,fine,"));
+  for (std::size_t row = 1; row <= 4; ++row) {
+    EXPECT_THAT(lines[row + 1], ::testing::StartsWith(std::to_string(row) + ","));
+    EXPECT_THAT(lines[row + 1], HasSubstr(",1.7976931348623157e+308,1.7976931348623157e+308,"));
+  }
+
+  // An SD record without its "$$$$" names itself and the next; a CSV
+  // file's byte order mark is no part of its first column's name.
+  const std::string sdf = Scratch("query.sdf"), csv = Scratch("query.csv");
+  Write(sdf, "first\n  varimo\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n    0.0000    0.0000    0.0000 C   0  0\n"
+             "M  END\n>  <note>\nx\n\nsecond\n  varimo\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n"
+             "    0.0000    0.0000    0.0000 N   0  0\nM  END\n$$$$\n");
+  const Outcome merged = Krige(Train() + " --predict " + sdf + " --out " + pred);
+  EXPECT_THAT(merged.err, HasSubstr("row 0 (first): runs into the next molecule, record 2 (second), without a"));
+  EXPECT_THAT(merged.err, HasSubstr("row 1 (second): follows record 1 (first) without a"));
+  Write(csv, "\xEF\xBB\xBFsmiles,name\nCCCc1ccccc1O,fine\n");
+  const Outcome bom = Krige(Train() + " --predict " + csv + " --out " + pred);
+  EXPECT_EQ(bom.err, "");
+  EXPECT_THAT(Lines(Slurp(pred)).at(1), ::testing::StartsWith("0,fine,"));
+}
+
+TEST_F(Inputs, ArgumentsOutOfRangeAreSaidToBe) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"--threads 100000", "--threads 100000 is too large: it must be from 1 to 1024"},
+      {"--threads 0", "--threads must be a whole number from 1 to 1024, not 0"},
+      {"--threads x", "--threads must be a whole number from 1 to 1024, not x"},
+      {"--threshold high", "--threshold must be a number, not high"},
+  };
+  for (const auto& [flag, message] : cases) {
+    const Outcome run = Krige(Train() + " --predict q.smi --out p.csv " + flag);
+    EXPECT_EQ(run.status, 2) << flag;
+    EXPECT_EQ(run.err, "varimo-krige: " + message + "\n");
+  }
+  EXPECT_EQ(Krige("cv " + Train() + " --seed 99999999999").err,
+            "varimo-krige: --seed 99999999999 is too large: it must be from 0 to 4294967295\n");
+}
+
+TEST_F(Inputs, TrainingThatCannotWorkSaysWhyInOneLine) {
+  const std::string pred = Scratch("pred.csv"), same = Scratch("same.smi"), one = Scratch("one.smi");
+  Outcome run = Krige(Train() + "x --save " + Scratch("m.vkm"));
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "varimo-krige: " + train_ + " has no field pIC50x\n");
+  std::string equal = "smiles name pIC50\n", copies = equal;
+  for (const char* smiles : {"c1ccccc1O", "Cc1ccccc1O", "CCc1ccccc1O", "c1ccccc1N", "Cc1ccccc1N"}) {
+    equal += std::string(smiles) + " m 5\n";
+    copies += "c1ccccc1O phenol " + std::to_string(equal.size() % 7) + "\n";
+  }
+  Write(same, equal);
+  Write(one, copies);
+  run = Krige("--train " + same + " --response pIC50 --save " + Scratch("m.vkm"));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr("no kernel could be trained on " + same + ": all 5 responses are equal (5)"));
+  run = Krige("--train " + one + " --response pIC50 --save " + Scratch("m.vkm"));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr("no kernel could be trained on " + one + ": all 5 records are one molecule"));
+  // A drift field with one value everywhere is the intercept again.
+  std::string constant = kTraining;
+  constant.replace(constant.find("pIC50\n"), 6, "pIC50 logp\n");
+  for (std::size_t at = constant.find('\n') + 1; at < constant.size(); at = constant.find('\n', at) + 1) {
+    constant.insert(constant.find('\n', at), " 1.5");
+  }
+  Write(same, constant);
+  run = Krige("--train " + same + " --response pIC50 --drift logp --save " + Scratch("m.vkm"));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr(": the drift field \"logp\" has one value in every training record\n"));
+  EXPECT_EQ(Krige(Train() + " --drift logp,logp --save m.vkm").err, "varimo-krige: --drift names logp twice\n");
+}
+
+TEST_F(Inputs, ContributionsNumberTheRecordsAtomsAndNamesSplitBack) {
+  // Explicit hydrogens come first in the record: the heavy atoms are 1 to 7.
+  const std::string query = Scratch("query.smi"), pred = Scratch("pred.csv"), contributions = Scratch("c.csv");
+  Write(query, "[H]Oc1ccccc1 phenol\n");
+  ASSERT_EQ(Krige(Train() + " --predict " + query + " --out " + pred + " --contributions " + contributions).status, 0);
+  std::set<std::string> atoms;
+  for (const std::string& line : Lines(Slurp(contributions))) {
+    if (line.rfind("0,", 0) == 0) atoms.insert(line.substr(2, line.find(',', 2) - 2));
+  }
+  EXPECT_EQ(atoms, (std::set<std::string>{"1", "2", "3", "4", "5", "6", "7"}));
+
+  // A ';' in a training name is escaped in the neighbours list.
+  std::string named = kTraining;
+  named.replace(named.find("phenol 5.0"), 6, "phe;nol");
+  Write(train_, named);
+  Write(query, "c1ccccc1O q\n");
+  ASSERT_EQ(Krige(Train() + " --predict " + query + " --out " + pred).status, 0);
+  EXPECT_THAT(Lines(Slurp(pred)).at(1), HasSubstr("phe\\;nol"));
+}
+
+TEST_F(Inputs, CapitalExtensionsAndStaleReports) {
+  const std::string upper = Scratch("TRAIN.SMI"), query = Scratch("query.smi"), pred = Scratch("pred.csv");
+  const std::string reports = Scratch("reports");
+  Write(upper, kTraining);
+  Write(query, "c1ccccc1Br q0\nC1CC( q1\n");
+  std::filesystem::create_directories(reports);
+  Write(reports + "/1.png", "an image of an earlier run");
+  const Outcome run = Krige("--train " + upper + " --response pIC50 --predict " + query + " --out " + pred +
+                            " --report " + reports);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, ::testing::StartsWith("kernel: "));
+  EXPECT_TRUE(std::filesystem::exists(reports + "/0.png"));
+  EXPECT_FALSE(std::filesystem::exists(reports + "/1.png"));
+}
+
+}  // namespace
