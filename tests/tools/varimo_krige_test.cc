@@ -19,8 +19,11 @@
 #include <tuple>
 #include <vector>
 
+#include "progress.h"
 #include "test_support.h"
 #include "varimo/krige/vector_krige.h"
+#include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/corvane/output_sink.h"
 #include "varimo/platform/corvane/strings.h"
 
 namespace {
@@ -412,6 +415,39 @@ TEST(VarimoKrige, ProgressOnStandardErrorAboveThreeHundredRowsUnlessQuiet) {
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(progressLines(run.err).size(), 0u) << quiet;
   }
+}
+
+TEST(VarimoKrige, WarningsAndPrintedLinesEndTheProgressLineFirst) {
+  // The sinks in place before the progress write into the same file, so the
+  // order of the two kinds of text is visible.
+  std::FILE* screen = std::tmpfile();
+  ASSERT_NE(screen, nullptr);
+  const Corvane::ZqThrowSink oldThrow = Corvane::ZqThrow.SetSink(
+      [screen](Corvane::ZqThrowLevel, const std::string& text) { std::fprintf(screen, "[%s]", text.c_str()); });
+  const Corvane::ZqOutputSink oldOutput = Corvane::ZqSetOutputSink(
+      [screen](Corvane::ZqOutputStream, const std::string& text) { std::fprintf(screen, "<%s>", text.c_str()); });
+  {
+    VarimoKrige::Progress progress(1000, true, screen, true);
+    progress.Update(1);
+    progress.Update(2);
+    Corvane::ZqThrow.Warning("Falling back");
+    Corvane::ZqThrow.Warning("again");
+    progress.Update(3);
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Err, "printed");
+    progress.Update(1000);
+    progress.Finish();
+  }
+  // The progress has put the earlier sinks back.
+  Corvane::ZqThrow.Warning("after");
+  std::rewind(screen);
+  std::string text;
+  for (int c = std::fgetc(screen); c != EOF; c = std::fgetc(screen)) text += static_cast<char>(c);
+  std::fclose(screen);
+  Corvane::ZqThrow.SetSink(oldThrow);
+  Corvane::ZqSetOutputSink(oldOutput);
+  EXPECT_EQ(text,
+            "\rvarimo-krige: predicted 1/1000\rvarimo-krige: predicted 2/1000\n[Falling back][again]"
+            "\rvarimo-krige: predicted 3/1000\n<printed>\rvarimo-krige: predicted 1000/1000\n[after]");
 }
 
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {

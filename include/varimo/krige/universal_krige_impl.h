@@ -55,7 +55,15 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
   if (!ZqFillCovarianceMatrix(system, container, kernel)) return false;
   // The kernel is refused on the covariance block alone: the bordered
   // matrix is indefinite by construction.
-  if (!system.allFinite() || Eigen::LLT<Eigen::MatrixXd>(system).info() != Eigen::Success) return false;
+  if (!system.allFinite()) return false;
+  {
+    const Eigen::LLT<Eigen::MatrixXd> covariance(system);
+    if (covariance.info() != Eigen::Success) return false;
+    if (this->WarnsOfConditioning()) {
+      krige_detail::WarnIfNearlySingular("ZqUniversalKrige::TrainFixed", system.cwiseAbs().colwise().sum().maxCoeff(),
+                                         size, [&covariance](Eigen::VectorXd& b) { covariance.solveInPlace(b); });
+    }
+  }
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
 
@@ -91,6 +99,9 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   rightHand(size) = 1.0;
   for (std::size_t k = 0; k < m; ++k)
     rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
+  // A query whose drift is not finite has no properties to krige with, as
+  // one without them.
+  if (!rightHand.tail(static_cast<Eigen::Index>(m)).allFinite()) return ZqKrigeResult();
   if (ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHand.size()) return ZqKrigeResult();
   Eigen::VectorXd weights;
   const std::size_t under = krige_detail::ElementUnderQuery(rightHand.data(), kernel, container);
@@ -108,6 +119,15 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
       Corvane::ZqThrow.Warning("Universal kriging failed, NaN weights");
       return ZqKrigeResult();
     }
+  }
+  // A singular bordered matrix (drift properties collinear on the training
+  // data) still gets a solve; the weights are only usable when they meet
+  // the constraints of the border: a sum of one, and the query's drift.
+  const double residual = krige_detail::WorstBorderResidual(weights.head(size), rightHand.tail(1 + m), container);
+  if (!(residual <= krige_detail::kBorderTolerance)) {
+    Corvane::ZqThrow.Warning("Universal kriging failed, the weights miss the drift constraints (residual %.3g)",
+                             residual);
+    return ZqKrigeResult();
   }
 
   auto result = std::make_unique<ZqKrigeResultImpl>();
