@@ -448,6 +448,34 @@ TEST(VarimoKrige, WarningsAndPrintedLinesEndTheProgressLineFirst) {
             "\rvarimo-krige: predicted 3/1000\n<printed>\rvarimo-krige: predicted 1000/1000\n[after]");
 }
 
+// A file predicted as it is read has no total: the rows so far, from 301
+// on; in a log at 1000, 2000, 5000, 10000 rows.
+TEST(VarimoKrige, ProgressWithoutATotalCountsTheRowsSoFar) {
+  std::FILE* log = std::tmpfile();
+  ASSERT_NE(log, nullptr);
+  {
+    VarimoKrige::Progress progress(0, true, log, false);
+    for (std::size_t done = 256; done <= 12000; done += 256) progress.Update(done);
+    progress.Finish();
+  }
+  std::FILE* screen = std::tmpfile();
+  {
+    VarimoKrige::Progress progress(0, true, screen, true);
+    for (std::size_t done : {256, 512, 768}) progress.Update(done);
+    progress.Finish();
+  }
+  std::string text;
+  for (std::FILE* file : {log, screen}) {
+    std::rewind(file);
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+    std::fclose(file);
+  }
+  EXPECT_EQ(text,
+            "varimo-krige: predicted 1024\nvarimo-krige: predicted 2048\nvarimo-krige: predicted 5120\n"
+            "varimo-krige: predicted 10240\n"
+            "\rvarimo-krige: predicted 512\rvarimo-krige: predicted 768\n");
+}
+
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const std::string files = TrainAndPredict() + " --out " + Scratch("pred.csv");
   const std::string drift = DriftFiles() + " --out " + Scratch("pred.csv");

@@ -10,7 +10,7 @@ namespace VarimoKrige {
 Progress::Progress(std::size_t total, bool enabled) : Progress(total, enabled, stderr, isatty(fileno(stderr)) != 0) {}
 
 Progress::Progress(std::size_t total, bool enabled, std::FILE* stream, bool inPlace)
-    : total_(total), enabled_(enabled && total >= kMinRows), stream_(stream), inPlace_(enabled_ && inPlace) {
+    : total_(total), enabled_(enabled && (total == 0 || total >= kMinRows)), stream_(stream), inPlace_(enabled_ && inPlace) {
   if (!inPlace_) return;
   previousThrowSink_ = Corvane::ZqThrow.SetSink([this](Corvane::ZqThrowLevel level, const std::string& text) {
     std::lock_guard<std::mutex> lock(mutex_);
@@ -47,6 +47,10 @@ void Progress::EndLineLocked() {
 
 void Progress::Update(std::size_t done) {
   if (!enabled_) return;
+  if (total_ == 0) {
+    UpdateUncounted(done);
+    return;
+  }
   std::lock_guard<std::mutex> lock(mutex_);
   if (inPlace_) {
     // A thousand rewrites at most: a terminal that scrolls through millions
@@ -64,6 +68,27 @@ void Progress::Update(std::size_t done) {
   if (tenths <= shown_) return;
   std::fprintf(stream_, "varimo-krige: predicted %zu/%zu\n", done, total_);
   shown_ = tenths;
+}
+
+void Progress::UpdateUncounted(std::size_t done) {
+  if (done < kMinRows) return;
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (inPlace_) {
+    std::fprintf(stream_, "\rvarimo-krige: predicted %zu", done);
+    std::fflush(stream_);
+    shown_ = done;
+    lineOpen_ = true;
+    return;
+  }
+  // Without a total, a log gets a line at 1000, 2000, 5000, 10000, ... rows.
+  if (done < nextLine_) return;
+  std::fprintf(stream_, "varimo-krige: predicted %zu\n", done);
+  while (nextLine_ <= done) {
+    const std::size_t step = nextLine_;
+    std::size_t decade = 1;
+    while (decade * 10 <= step) decade *= 10;
+    nextLine_ = step / decade == 1 ? 2 * decade : step / decade == 2 ? 5 * decade : 10 * decade;
+  }
 }
 
 void Progress::Finish() {

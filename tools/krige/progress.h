@@ -26,7 +26,10 @@ class Progress {
   static constexpr std::size_t kMinRows = 301;
 
   // Silent unless `enabled` and `total` is at least kMinRows; in place when
-  // standard error is a terminal.
+  // standard error is a terminal. A total of 0 stands for a number of rows
+  // not known in advance (a file read as it is predicted): the line then
+  // says "predicted N" once N reaches kMinRows, and a log gets a line at
+  // 1000, 2000, 5000, 10000, ... rows.
   Progress(std::size_t total, bool enabled);
   // The same on `stream`, in place or not as `inPlace` says.
   Progress(std::size_t total, bool enabled, std::FILE* stream, bool inPlace);
@@ -41,6 +44,7 @@ class Progress {
 
  private:
   void EndLineLocked();
+  void UpdateUncounted(std::size_t done);
 
   std::size_t total_;
   bool enabled_;
@@ -48,6 +52,7 @@ class Progress {
   bool inPlace_;
   std::size_t shown_ = 0;  // in place: rows last shown; otherwise tenths
   bool lineOpen_ = false;
+  std::size_t nextLine_ = 1000;  // without a total, not in place
   std::mutex mutex_;
   Corvane::ZqThrowSink previousThrowSink_;
   Corvane::ZqOutputSink previousOutputSink_;
