@@ -146,7 +146,7 @@ int RunMolecules(const Arguments& args) {
   if (!reader) return Fail(error);
   Varimo::ZqMolPredictionFormat format;
   format.variance = true;
-  format.kernel = model->GetSettings().numLocal > 0;
+  format.kernel = model->GetSettings().numLocal > 0 || args.fallbackKernels;
   if (args.threshold) {
     format.threshold = args.threshold;
     format.thresholdText = args.thresholdText;
@@ -159,6 +159,7 @@ int RunMolecules(const Arguments& args) {
   options.threads = args.threads;
   options.chunkSize = ChunkSize(args.threads);
   options.contributions = !args.contributionsPath.empty();
+  options.fallbackKernels = args.fallbackKernels;
   Progress progress(0, !args.quiet);
   const Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMolecules(
       *model, *reader, options, [&](std::vector<Varimo::ZqMolScreenRow>& chunk) {

@@ -33,6 +33,12 @@ struct ZqMolScreenOptions {
   // Whether to fill each valid prediction's atom contributions, against
   // the model's mean response.
   bool contributions = false;
+  // A global model's prediction that fails is tried again with the next
+  // kernels the model's variogram ranks below its own (each trained once,
+  // when first needed), until one gives a valid prediction; the row's
+  // result then names that kernel. Local models already walk their kernels
+  // for each query.
+  bool fallbackKernels = false;
 };
 
 struct ZqMolScreenRow {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <utility>
 #include <cstdio>
 
 #include "varimo/platform/corvane/strings.h"
@@ -100,6 +102,13 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
     for (std::size_t i = 0; i < chunk.size(); ++i) {
       ZqMolScreenRow& row = chunk[i];
       row.prediction = std::move(predictions[i]);
+      if (row.record.mol && !row.prediction.result.Valid() && options.fallbackKernels) {
+        row.prediction.result = model.GetFallbackResult(*row.record.mol);
+        if (row.prediction.result.Valid() && options.contributions) {
+          row.prediction.contributions =
+              row.prediction.result.GetAtomContributions(*row.record.mol, predict.baseline);
+        }
+      }
       if (!row.record.mol) {
         row.failure = row.record.error;
       } else if (!row.prediction.result.Valid()) {
