@@ -173,4 +173,29 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
   return record + "$$$$\n";
 }
 
+ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
+                                            const ZqMolScreenOutput& output) {
+  ZqMolPredictionFormat format;
+  format.kernel = model.GetSettings().numLocal > 0 || options.fallbackKernels;
+  format.threshold = output.threshold;
+  format.thresholdText = output.thresholdText;
+  return format;
+}
+
+ZqMolScreenSummary ZqScreenMoleculesInto(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
+                                         const ZqMolScreenOptions& options, const ZqMolScreenOutput& output,
+                                         Molkit::ZqOutputFile& out,
+                                         const std::function<bool(std::vector<ZqMolScreenRow>&)>& each) {
+  const ZqMolPredictionFormat format = ZqPredictionFormatFor(model, options, output);
+  if (output.header && !output.sd) out.Write(ZqPredictionCsvHeader(format));
+  return ZqScreenMolecules(model, reader, options, [&](std::vector<ZqMolScreenRow>& chunk) {
+    std::string text;
+    for (const ZqMolScreenRow& row : chunk) {
+      text += output.sd ? ZqFormatPredictionSD(row, format) : ZqFormatPredictionCsv(row, format);
+    }
+    out.Write(text);
+    return !each || each(chunk);
+  });
+}
+
 }  // namespace Varimo
