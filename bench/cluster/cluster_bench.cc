@@ -23,7 +23,7 @@
 #include <string>
 #include <vector>
 
-#include "varimo/cluster/calcauc.h"
+#include "varimo/cluster/calc_auc.h"
 #include "varimo/cluster/snn.h"
 
 namespace {

@@ -19,8 +19,8 @@
 #include <string>
 #include <vector>
 
-#include "varimo/latent/logisticregression.h"
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/logistic_regression.h"
+#include "varimo/latent/pls_krige.h"
 
 namespace {
 

@@ -79,10 +79,10 @@
 #include "varimo/krige/vector_krige.h"
 #include "varimo/krige/vector_model.h"
 
-#include "varimo/cluster/calcauc.h"
-#include "varimo/cluster/nnstrength.h"
+#include "varimo/cluster/calc_auc.h"
+#include "varimo/cluster/nn_strength.h"
 #include "varimo/cluster/snn.h"
 
 #include "varimo/latent/link_functions.h"
-#include "varimo/latent/logisticregression.h"
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/logistic_regression.h"
+#include "varimo/latent/pls_krige.h"

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace py = pybind11;
 
@@ -37,6 +38,11 @@ std::vector<std::pair<std::string, std::string>> Drain() {
 void InstallMessageQueue() {
   Corvane::ZqThrow.SetSink([](Corvane::ZqThrowLevel level, const std::string& text) {
     Queue(Corvane::ZqThrowLevelName(level), text);
+  });
+  // What the library would print (progress of fits, diagnostics) becomes
+  // log records too, one per call.
+  Corvane::ZqSetOutputSink([](Corvane::ZqOutputStream stream, const std::string& text) {
+    Queue(stream == Corvane::ZqOutputStream::Out ? "Out" : "Err", text);
   });
 }
 

@@ -14,6 +14,7 @@ PYBIND11_MODULE(_core, m) {
   VarimoPython::BindMessages(m);
   VarimoPython::BindMolecules(m);
   VarimoPython::BindReports(m);
+  VarimoPython::BindScreen(m);
   VarimoPython::BindVectors(m);
   m.attr("__version__") = Varimo::VarimoGetVersion();
 }

@@ -304,7 +304,18 @@ void BindMolecules(py::module_& m) {
       .def("values", &Values, "(prediction, variance, valid); NaN where a prediction failed")
       .def("neighbours", &Neighbours, py::arg("k"))
       .def("contributions", &Contributions, py::arg("molecules"))
-      .def("probability_above", &ProbabilityAbove, py::arg("threshold"));
+      .def("probability_above", &ProbabilityAbove, py::arg("threshold"))
+      .def("kernels", [](const Predictions& p) {
+        std::vector<std::optional<std::string>> names;
+        for (const auto& r : p.results) {
+          if (r.result.Valid()) {
+            names.emplace_back(r.result.GetKernel().GetName());
+          } else {
+            names.emplace_back(std::nullopt);
+          }
+        }
+        return names;
+      }, "The name of the kernel behind each prediction; None where it failed.");
 
   py::class_<Varimo::ZqMolModel>(m, "MolModel")
       .def(py::init([](unsigned int maxPath, unsigned int minPath, bool forcePathsOut, bool weightByLength,
@@ -327,7 +338,7 @@ void BindMolecules(py::module_& m) {
         return model.Train();
       })
       .def("predict", [](const Varimo::ZqMolModel& model, const Molecules& batch, unsigned int threads,
-                         bool contributions) {
+                         bool contributions, bool fallbackKernels) {
         if (!model.IsTrained()) throw py::value_error("the model is not trained");
         Predictions predictions;
         Varimo::ZqMolPredictOptions options;
@@ -337,8 +348,15 @@ void BindMolecules(py::module_& m) {
         const std::vector<const Molkit::ZqMolBase*> queries = Pointers(batch);
         py::gil_scoped_release release;
         predictions.results = Varimo::ZqPredictMolecules(model.GetKrige(), queries, options);
+        for (std::size_t i = 0; fallbackKernels && i < queries.size(); ++i) {
+          Varimo::ZqMolPrediction& p = predictions.results[i];
+          if (queries[i] == nullptr || p.result.Valid()) continue;
+          p.result = model.GetFallbackResult(*queries[i]);
+          if (contributions && p.result.Valid()) p.contributions = p.result.GetAtomContributions(*queries[i], options.baseline);
+        }
         return predictions;
-      }, py::arg("molecules"), py::arg("threads") = 1, py::arg("contributions") = false)
+      }, py::arg("molecules"), py::arg("threads") = 1, py::arg("contributions") = false,
+         py::arg("fallback_kernels") = false)
       .def("kernel", [](const Varimo::ZqMolModel& model) { return ToTuple(model.GetKernel()); })
       .def("trained_kernels", [](const Varimo::ZqMolModel& model) { return ToPython(model.GetTrainedKernels()); })
       .def("variogram", [](const Varimo::ZqMolModel& model) {

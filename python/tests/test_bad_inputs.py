@@ -66,3 +66,12 @@ def test_drift_from_a_dataframe_and_its_absence_in_queries(chembl):
     # SMILES alone carry no drift: every prediction fails, each named.
     with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted"):
         assert np.all(np.isnan(model.predict(smiles[:3])))
+
+
+def test_lesser_kernels_predict_what_the_best_cannot():
+    alcohols = ["CO", "CCO", "CCCO", "CCCCO", "CCCCCO", "CCCCCCO"]
+    longer = ["CCCCCCCO", "CCCCCCCCO", "OCCCCCO"]
+    model = varimo.MolKriging().fit(alcohols, [1, 2, 3, 4, 5, 6])
+    with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted"):
+        assert np.all(np.isnan(model.predict(longer)))
+    assert np.all(np.isfinite(model.set_params(fallback_kernels=True).predict(longer)))

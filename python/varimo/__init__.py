@@ -13,6 +13,7 @@ from ._base import Kernel, Variogram
 from .kriging import Kriging
 from .mol_kriging import MolKriging, Neighbours, PredictionWarning
 from .report import Report, report
+from .screen import screen
 
 __version__ = _core.__version__
 
@@ -27,4 +28,5 @@ __all__ = [
     "Variogram",
     "cross_validate",
     "report",
+    "screen",
 ]

@@ -68,6 +68,10 @@ class MolKriging(CoreEstimator):
         The fingerprint's options.
     threads : int
         Threads of the prediction loop; results do not depend on it.
+    fallback_kernels : bool
+        A molecule a global model cannot predict is tried again with the
+        kernels its variogram ranks below the model's own, until one
+        predicts it (as varimo-krige --fallback-kernels).
     errors : {"warn", "raise"}
         A molecule that cannot be read or predicted gives NaN with a
         PredictionWarning, or raises ValueError.
@@ -78,7 +82,7 @@ class MolKriging(CoreEstimator):
     """
 
     def __init__(self, local=None, kernel=None, drift=None, max_path=6, min_path=1, force_paths_out=True,
-                 weight_by_length=False, stereo_aware=False, threads=1, errors="warn"):
+                 weight_by_length=False, stereo_aware=False, threads=1, fallback_kernels=False, errors="warn"):
         self.local = local
         self.kernel = kernel
         self.drift = drift
@@ -88,6 +92,7 @@ class MolKriging(CoreEstimator):
         self.weight_by_length = weight_by_length
         self.stereo_aware = stereo_aware
         self.threads = threads
+        self.fallback_kernels = fallback_kernels
         self.errors = errors
 
     # Making the model ----------------------------------------------------
@@ -168,7 +173,8 @@ class MolKriging(CoreEstimator):
         threads = check_threads(self.threads)
         check_errors(self.errors)
         data = _inputs.molecules(X, self.drift)
-        predictions, _ = _messages.call(self.model_.predict, data.batch, threads, contributions)
+        predictions, _ = _messages.call(self.model_.predict, data.batch, threads, contributions,
+                                        bool(self.fallback_kernels))
         prediction, variance, valid = predictions.values()
         failed = dict(data.failures)
         for row in np.flatnonzero(~valid):

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iostream>
+#include <sstream>
 #include <map>
 #include <string>
 
 #include "varimo/platform/corvane/bit_vector.h"
 #include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -32,8 +33,8 @@ bool BuildLinks(const Lists& lists, std::set<ZqNNStrength>& strengths, std::vect
       if (!marked.SetBitOn(m)) return false;
     }
     ZqNNStrength record(i);
-    // The search lines of one item go out in one write: the error stream is
-    // unbuffered, and a write per line would cost more than the search.
+    // The search lines of one item go out in one write: a write per line
+    // would cost more than the search.
     std::string searchLines;
     for (const unsigned int j : list) {
       if (j == i) continue;
@@ -44,7 +45,7 @@ bool BuildLinks(const Lists& lists, std::set<ZqNNStrength>& strengths, std::vect
       for (const unsigned int m : other) shared += marked.IsBitOn(m) ? 1u : 0u;
       record.Add(ZqStrValue(j, shared));
     }
-    std::cerr << searchLines;
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Err, searchLines);
     // Only the members were set, so clearing them is cheaper than a full sweep.
     for (const unsigned int m : list) marked.SetBitOff(m);
     if (record.GetStrCt() == 0) {
@@ -240,11 +241,12 @@ ZqSNNParameters ParametersFor(unsigned long numItems) {
 
 int ZqGetSNNCluster(std::vector<ZqSNNCluster>& clusters, unsigned long numItems, ZqSimInfo& info) {
   const ZqSNNParameters params = ParametersFor(numItems);
-  std::cerr << "nbrCt = " << params.nbrCt << "\n"
-            << "topic = " << params.topic << "\n"
-            << "noise = " << params.noise << "\n"
-            << "merge = " << params.merge << "\n"
-            << "label = " << params.label << "\n";
+  std::ostringstream lines;
+  lines << "nbrCt = " << params.nbrCt << "\n"
+        << "topic = " << params.topic << "\n"
+        << "noise = " << params.noise << "\n"
+        << "merge = " << params.merge << "\n"
+        << "label = " << params.label << "\n";
 
   Lists lists;
   const unsigned long n = info.n;
@@ -258,16 +260,17 @@ int ZqGetSNNCluster(std::vector<ZqSNNCluster>& clusters, unsigned long numItems,
         row[j] = {info.sims[n * std::min(i, j) + std::max(i, j)], static_cast<unsigned int>(j)};
       }
       std::nth_element(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(keep), row.end(), ZqGreaterSim());
-      std::cerr << i << "::";
+      lines << i << "::";
       for (std::size_t k = 0; k < keep; ++k) {
-        std::cerr << " (" << row[k].first << ", " << row[k].second << ")";
+        lines << " (" << row[k].first << ", " << row[k].second << ")";
         lists[i].push_back(row[k].second);
       }
-      std::cerr << "\n";
+      lines << "\n";
       std::sort(lists[i].begin(), lists[i].end());
     }
   }
-  std::cerr << "EndPrint\n";
+  lines << "EndPrint\n";
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Err, lines.str());
   if (lists.empty()) {
     Corvane::ZqThrow.Warning("Failed to identify near-neghbors");
     return 0;

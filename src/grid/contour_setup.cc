@@ -5,6 +5,7 @@
 
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/grid/two_dim_function_grid.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -79,8 +80,7 @@ void ZqTwoDimFuncGrid::SetupContour(double level) {
   contourLevel_ = level;
   FixAnyDegeneracy();
   MarkAllIntersectingEdges();
-  std::printf("num intersecting edges = %u\n", totalNumIntersections_);
-  std::fflush(stdout);
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, "num intersecting edges = %u\n", totalNumIntersections_);
 }
 
 }  // namespace Varimo

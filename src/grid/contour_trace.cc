@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "varimo/grid/two_dim_function_grid.h"
+#include "varimo/platform/corvane/output_sink.h"
 #include "varimo/platform/corvane/strings.h"
 
 namespace Varimo {
@@ -270,8 +271,7 @@ ZqStatModelResult ZqTwoDimFuncGrid::GetBranchOfContour(Points& points) {
   std::uint32_t i = 0, j = 0, entryEdge = 0;
   ZqStatModelResult result = GetInitialGridCell(i, j, entryEdge, points);
   if (result.NotSuccessful()) return result;
-  std::printf("init cell: %u %u %u\n", i, j, entryEdge);
-  std::fflush(stdout);
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, "init cell: %u %u %u\n", i, j, entryEdge);
   while (result.IsSuccessful()) {
     std::uint32_t nextI = i, nextJ = j, nextEntryEdge = entryEdge;
     result = ProcessGridCell(i, j, entryEdge, nextI, nextJ, nextEntryEdge, points);

@@ -14,9 +14,10 @@ namespace {
 // ln 10: with it the exponential and Gaussian kernels reach 90% of the rise
 // at the range.
 constexpr double kLn10 = 2.302585092994046;
-// The double just above 9, not 9 itself: with it the Cauchy and Student t
-// kernels reach 90% of the rise at the range. The stored value is what
-// fitted kernels and their predictions were made with.
+// 0.9 / (1 - 0.9) as doubles give it: the double just above 9, not 9
+// itself. With it the Cauchy and Student t kernels reach 90% of the rise at
+// the range, and their values are the same to the last digit wherever the
+// quotient is formed.
 constexpr double kNinetyPercentFactor = 9.000000000000002;
 
 // The kernels below spell out their order of evaluation where rounding

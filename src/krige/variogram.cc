@@ -24,8 +24,8 @@ constexpr std::size_t kMinZeroBinPairs = 50;
 
 enum class Binned { NoPairs, AllAtZero, Yes };
 
-// Orders the pairs by distance alone; ties keep no particular order. A
-// training set of N records gives N(N-1)/2 pairs, and at that size a radix
+// Orders the pairs by distance; BreakTies below then orders equal distances.
+// A training set of N records gives N(N-1)/2 pairs, and at that size a radix
 // sort on the bits of the distance runs in about half the time of a
 // comparison sort. Distances without a sign bit order as their bit patterns
 // do, as integers; the radix sort is used for those only (a real distance
@@ -51,6 +51,32 @@ void SortByDistance(Pairs& pairs) {
   boost::sort::spreadsort::integer_sort(pairs.begin(), pairs.end(), DistanceBits(), DistanceLess());
 }
 
+// Orders each run of equal distances by the squared difference, then by the
+// difference itself (NaN last), so that the order is total. Equal distances
+// are common (Tanimoto distances take few values on small molecules), and a
+// bin boundary inside such a run would otherwise take whichever pairs the
+// sort left there: a global model (pairs i < j) and a local one over the
+// same records (pairs later, earlier: the differences change sign) would
+// bin different pairs and could fit different kernels.
+void BreakTies(Pairs& pairs) {
+  struct TieLess {
+    bool operator()(const std::pair<double, double>& a, const std::pair<double, double>& b) const {
+      const bool aNaN = std::isnan(a.second), bNaN = std::isnan(b.second);
+      if (aNaN || bNaN) return !aNaN && bNaN;
+      const double aSquare = a.second * a.second, bSquare = b.second * b.second;
+      if (aSquare != bSquare) return aSquare < bSquare;
+      return a.second < b.second;
+    }
+  };
+  for (auto run = pairs.begin(); run != pairs.end();) {
+    const double distance = run->first;
+    const auto end =
+        std::find_if(run + 1, pairs.end(), [distance](const auto& pair) { return pair.first != distance; });
+    if (end - run > 1) std::sort(run, end, TieLess());
+    run = end;
+  }
+}
+
 // The bins as ranges of the (sorted) pairs; a zero-distance bin, when there
 // is one, comes first. For AllAtZero the one range is the zero bin.
 Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
@@ -59,7 +85,10 @@ Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
   // ordering of the sort.
   std::erase_if(pairs, [](const auto& pair) { return std::isnan(pair.first); });
   if (pairs.empty()) return Binned::NoPairs;
-  if (sort) SortByDistance(pairs);
+  if (sort) {
+    SortByDistance(pairs);
+    BreakTies(pairs);
+  }
   const std::size_t total = pairs.size();
   std::size_t start = 0;
   while (start < total && pairs[start].first <= kZeroDistance) ++start;
@@ -85,9 +114,10 @@ Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
     size = std::min(limit, 2.0 * size);
     use = inUse(size);
     // A tail too short for two more bins goes whole into the next one
-    // rather than leaving a thin bin at the far end.
-    const std::size_t remainingFromCurrent = total - i;
-    if (bins.size() >= 2 && 2 * use > remainingFromCurrent) use = remainingFromCurrent;
+    // rather than leaving a thin bin at the far end. The pairs still to come
+    // start after pair i, which has just closed a bin.
+    const std::size_t remaining = total - (i + 1);
+    if (bins.size() >= 2 && 2 * use > remaining) use = remaining;
   }
   if (first < total) bins.emplace_back(first, total);
   return Binned::Yes;

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
-#include <iostream>
+#include <ostream>
+#include <sstream>
 
-#include "varimo/latent/logisticregression.h"
+#include "varimo/latent/logistic_regression.h"
 #include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -16,10 +18,10 @@ constexpr const char* kNotImplemented = "This method has not been implemented ye
 
 using RowMajor = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
 
-void PrintVector(const char* label, const double* values, std::size_t count) {
-  std::cout << label;
-  for (std::size_t k = 0; k < count; ++k) std::cout << (k == 0 ? "" : " ") << values[k];
-  std::cout << "\n";
+void PrintVector(std::ostream& out, const char* label, const double* values, std::size_t count) {
+  out << label;
+  for (std::size_t k = 0; k < count; ++k) out << (k == 0 ? "" : " ") << values[k];
+  out << "\n";
 }
 
 double Seconds(std::clock_t ticks) { return static_cast<double>(ticks) / CLOCKS_PER_SEC; }
@@ -90,10 +92,12 @@ double ZqRegressionLogLikelihoodOpt::operator()(const double* w, double* gradien
   std::vector<double> gradient2, hessian2;
   CalculateGradientHessian_v2(w, gradient2, hessian2);
   const std::clock_t end = std::clock();
-  std::cout << "time old = " << Seconds(middle - start) << " time new =" << Seconds(end - middle) << "\n";
-  PrintVector("w = ", w, p_);
-  PrintVector("g = ", gradient, p_);
-  PrintVector("h = ", hessian, static_cast<std::size_t>(p_) * p_);
+  std::ostringstream out;
+  out << "time old = " << Seconds(middle - start) << " time new =" << Seconds(end - middle) << "\n";
+  PrintVector(out, "w = ", w, p_);
+  PrintVector(out, "g = ", gradient, p_);
+  PrintVector(out, "h = ", hessian, static_cast<std::size_t>(p_) * p_);
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
   return Value(z);
 }
 

@@ -2,10 +2,10 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <iostream>
 
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/pls_krige.h"
 #include "varimo/numerics/dense_algebra.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -61,9 +61,8 @@ void RemoveRow(const ZqPLSMatrix& m, unsigned long row, ZqPLSMatrix& out) {
 
 double GetRandomDoubleWithinBounds(double lower, double upper) {
   if (lower >= upper) {
-    char text[512];
-    std::snprintf(text, sizeof text, "lb >= ub in GetRandomDoubleWithinBounds!   %f %f ", lower, upper);
-    std::cout << text << "\n";
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Out, "lb >= ub in GetRandomDoubleWithinBounds!   %f %f \n", lower,
+                     upper);
     return lower;
   }
   return lower + (upper - lower) * (static_cast<double>(std::rand()) / RAND_MAX);

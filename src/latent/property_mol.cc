@@ -1,9 +1,11 @@
 #include "varimo/latent/property_mol.h"
 
-#include <iostream>
+#include <ostream>
+#include <sstream>
 
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/pls_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -14,7 +16,7 @@ ZqMolPLSPropertyList::ZqMolPLSPropertyList(const Molkit::ZqMolPropertyList& pred
       J_(predictors.GetSize()),
       K_(responses.GetSize()),
       numLatent_(numLatent) {
-  std::cout << "_J = " << J_ << "\n";
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, "_J = %lu\n", J_);
 }
 
 ZqMolPLSPropertyList::ZqMolPLSPropertyList(const ZqMolPLSPropertyList& other)
@@ -74,22 +76,31 @@ bool ZqMolPLSPropertyList::AddTraining(const Molkit::ZqMCMolBase& mol) { return 
 
 namespace {
 
-void PrintValues(const char* label, const std::vector<double>& values) {
-  std::cout << label;
-  for (std::size_t k = 0; k < values.size(); ++k) std::cout << (k == 0 ? "" : " ") << values[k];
-  std::cout << "\n";
+void PrintValues(std::ostream& out, const char* label, const std::vector<double>& values) {
+  out << label;
+  for (std::size_t k = 0; k < values.size(); ++k) out << (k == 0 ? "" : " ") << values[k];
+  out << "\n";
+}
+
+// Sends what `out` holds to the output sink and empties it, so that the
+// report keeps its place among the warnings.
+void Flush(std::ostringstream& out) {
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
+  out.str("");
 }
 
 }  // namespace
 
 int ZqMolPLSPropertyList::Train() {
   trained_ = false;
-  std::cout << "Started the PLS training..." << "\n";
-  std::cout << "Number of observations (mols)          : I = " << numMols_ << "\n";
-  std::cout << "Number of predictors   (properties)    : J = " << J_ << "\n";
-  std::cout << "Number of responses    (for Kriging 1) : K = " << K_ << "\n";
+  std::ostringstream out;
+  out << "Started the PLS training..." << "\n";
+  out << "Number of observations (mols)          : I = " << numMols_ << "\n";
+  out << "Number of predictors   (properties)    : J = " << J_ << "\n";
+  out << "Number of responses    (for Kriging 1) : K = " << K_ << "\n";
   if (numMols_ < 2 || J_ == 0 || K_ == 0 || predictorValues_.size() != numMols_ * J_ ||
       responseValues_.size() != numMols_ * K_) {
+    Flush(out);
     Corvane::ZqThrow.Warning(
         "ZqMolPLSPropertyList::Train, need two or more molecules with all properties and responses "
         "(%lu molecules, %zu predictor values, %zu response values)",
@@ -107,8 +118,9 @@ int ZqMolPLSPropertyList::Train() {
 
   ZqPartialLeastSquareRegression pls(innerTol_, residualTol_, X, Y);
   const unsigned long found = pls.BuildLatentVectorsViaNIPALS();
-  std::cout << "total number of latent vectors found = " << found << "\n";
+  out << "total number of latent vectors found = " << found << "\n";
   if (numLatent_ > found) {
+    Flush(out);
     Corvane::ZqThrow.Warning(
         "Attempt to keep number of latent vectors more than found, instead total number of found latent vectors "
         "will be used: %lu",
@@ -117,17 +129,17 @@ int ZqMolPLSPropertyList::Train() {
   }
   std::vector<double> ofX, ofY;
   pls.GetVarianceProportions(ofX, ofY);
-  PrintValues("Proportion of total X variance reproduced per latent vector = ", ofX);
-  PrintValues("Proportion of total Y variance reproduced per latent vector = ", ofY);
+  PrintValues(out, "Proportion of total X variance reproduced per latent vector = ", ofX);
+  PrintValues(out, "Proportion of total Y variance reproduced per latent vector = ", ofY);
 
-  std::cout << "Starting to work on RESS, PRESS coefficients calculation..." << "\n";
+  out << "Starting to work on RESS, PRESS coefficients calculation..." << "\n";
   double ress = 0.0;
   Eigen::MatrixXd yHat, yPredicted;
   pls.Predict(numLatent_, ress, yHat);
   const double press = ZqPredictedResidualSumOfSquares(numLatent_, innerTol_, residualTol_, X, Y, yPredicted);
-  std::cout << "L     = " << numLatent_ << "\n";
-  std::cout << "RESS  = " << ress << "\n";
-  std::cout << "PRESS = " << press << "\n";
+  out << "L     = " << numLatent_ << "\n";
+  out << "RESS  = " << ress << "\n";
+  out << "PRESS = " << press << "\n";
 
   // The score weights must give back the scores: on standardised rows
   // through F, on raw rows with a leading 1 through Fstar.
@@ -138,15 +150,16 @@ int ZqMolPLSPropertyList::Train() {
   for (unsigned long l = 0; l < numLatent_; ++l) T.col(static_cast<Eigen::Index>(l)) = t[l];
   Eigen::MatrixXd F, Fstar;
   pls.GetFPLS(F, Fstar);
-  std::cout << "norm difference T-X_hat*FPLS = " << Matrix_Norm(T - Zscore(X) * F) << "\n";
+  out << "norm difference T-X_hat*FPLS = " << Matrix_Norm(T - Zscore(X) * F) << "\n";
   Eigen::MatrixXd withOne(I, J + 1);
   withOne << Eigen::MatrixXd::Ones(I, 1), X;
-  std::cout << "norm difference T-Xstar*Fstar = " << Matrix_Norm(T - withOne * Fstar) << "\n";
-  std::cout << "last but not least Fstar = " << "\n" << Fstar << "\n";
+  out << "norm difference T-Xstar*Fstar = " << Matrix_Norm(T - withOne * Fstar) << "\n";
+  out << "last but not least Fstar = " << "\n" << Fstar << "\n";
 
   Fstar_ = Fstar;
   trained_ = true;
-  std::cout << "Finished the PLS training..." << "\n";
+  out << "Finished the PLS training..." << "\n";
+  Flush(out);
   return 1;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
-#include <iostream>
 #include <limits>
 #include <sstream>
 
@@ -11,6 +10,7 @@
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/pdf/pdf_setup.h"
 #include "varimo/pdf/sample_pdfs.h"
+#include "varimo/platform/corvane/output_sink.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/platform/numarc/special_functions.h"
 
@@ -284,7 +284,7 @@ ZqStatModelResult DirGaussGammaMixForEmpiricalNullAlt::FitModel(double& fitness,
   std::ostringstream line;
   line << "Num cycles, fitness difference, paramDiff, var lower bound = " << outcome.cycles << " "
        << outcome.fitnessDiff << " " << outcome.paramDiff << " " << std::setprecision(9) << outcome.fitness << "\n";
-  std::cout << line.str() << std::flush;
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, line.str());
   fitness = outcome.fitness + Numarc::Zqlgamma(static_cast<double>(numNullComponents_) + 1.0) +
             Numarc::Zqlgamma(static_cast<double>(numAltComponents_) + 1.0);
   return ZqStatModelResult(true);
@@ -325,7 +325,7 @@ ZqUniVarPDF DirGaussGammaMixForEmpiricalNullAlt::Predictive(std::size_t first, s
   if (total) {
     std::ostringstream line;
     line << "sumP - 1 = " << std::fabs(1.0 - sum) << "\n";
-    std::cout << line.str() << std::flush;
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Out, line.str());
   }
   if (!SumsToOne(sum, result, routine)) return ZqUniVarNullPDF(variableName_);
   ZqRescaleToSumOne(probs, sum);
@@ -392,7 +392,7 @@ DirGaussGammaMixForEmpiricalNullAlt FitGaussGammaMixModel(
     std::ostringstream line;
     line << "NumNull, NumAlt, OptimalFitness = " << numNull << " " << numAlt << " " << fitness << " "
          << "Fitting time = " << timer.Seconds() << "\n";
-    std::cout << line.str() << std::flush;
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Out, line.str());
     models.push_back(model);
     fitnesses.push_back(fitness);
     if (fitness > bestFitness) {
@@ -406,7 +406,7 @@ DirGaussGammaMixForEmpiricalNullAlt FitGaussGammaMixModel(
   std::ostringstream line;
   line << std::string(42, '$') << "\n"
        << "Best RESULT: numNull, NumAlt, fitness = " << bestNull << " " << bestAlt << " " << bestFitness << "\n";
-  std::cout << line.str() << std::flush;
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, line.str());
   return best;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
-#include <iostream>
 #include <sstream>
 
 #include "mixture_support.h"
@@ -11,6 +10,7 @@
 #include "varimo/pdf/pdf_setup.h"
 #include "varimo/pdf/sample_pdfs.h"
 #include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/corvane/output_sink.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/platform/numarc/special_functions.h"
 
@@ -179,7 +179,7 @@ ZqStatModelResult ZqDirichletGaussGammaMixtureModel::FitModel(double& fitness, d
   std::ostringstream line;
   line << "Num cycles, fitness difference, paramDiff, var lower bound = " << outcome.cycles << " "
        << outcome.fitnessDiff << " " << outcome.paramDiff << " " << std::setprecision(9) << outcome.fitness << "\n";
-  std::cout << line.str() << std::flush;
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, line.str());
   // The K! labellings of the same mixture are one model.
   fitness = outcome.fitness + Numarc::Zqlgamma(static_cast<double>(numComponents_) + 1.0);
   return ZqStatModelResult(true);
@@ -241,7 +241,7 @@ ZqDirichletGaussGammaMixtureModel FitDirichletGaussGammaMixtureModel(
     }
     std::ostringstream line;
     line << "NumComp, OptimalFitness = " << k << " " << fitness << " " << "Fitting time = " << timer.Seconds() << "\n";
-    std::cout << line.str() << std::flush;
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Out, line.str());
     models.push_back(model);
     fitnesses.push_back(fitness);
     if (fitness > bestFitness) {

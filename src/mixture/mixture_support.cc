@@ -4,10 +4,10 @@
 #include <cmath>
 #include <ctime>
 #include <iomanip>
-#include <iostream>
 #include <sstream>
 
 #include "varimo/foundations/stats_data_types.h"
+#include "varimo/platform/corvane/output_sink.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/statistics/quantile.h"
 
@@ -121,7 +121,7 @@ ZqStatModelResult ZqRunFitLoop(ZqOneDimGaussMixModel& model, std::size_t numComp
       std::ostringstream line;
       line << "* ";
       if (cycle % 500 == 0) line << fitnessDiff << " " << paramDiff << " " << std::setprecision(9) << fitness << "\n";
-      std::cout << line.str() << std::flush;
+      Corvane::ZqPrint(Corvane::ZqOutputStream::Out, line.str());
     }
     if (fitnessTol > std::fabs(fitnessDiff) && paramTol > paramDiff && cycle < maxCycles) {
       outcome.converged = true;

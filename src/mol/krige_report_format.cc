@@ -12,6 +12,9 @@ std::string ZqGetFormatString(double value, unsigned int figures) {
   if (figures == 0) return "%f";
   const double v = std::fabs(value);
   if (v == 0.0) return "%." + std::to_string(figures) + "f";
+  // NaN and infinity print as words whatever the precision, and their
+  // logarithm has no whole part to count.
+  if (!std::isfinite(v)) return "%.0f";
   // The digits before the point; the small offset makes exact powers of
   // ten (1000: L = 3) count as the longer number they print as.
   const double l = std::log10(v) + 1e-6;

@@ -1,11 +1,13 @@
 #include "varimo/mol/krige_report_options.h"
 
 #include <cfloat>
+#include <cmath>
 #include <iterator>
 #include <set>
 #include <vector>
 
 #include "varimo/mol/krige_report_format.h"
+#include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/corvane/strings.h"
 
 namespace Varimo {
@@ -195,8 +197,14 @@ void ZqKrigeReportOptions::ClearProperties() {
 }
 
 void ZqKrigeReportOptions::PushClassificationBoundry(double boundary) {
-  // The two ends of the scale bound the outer classes already.
-  if (boundary == DBL_MAX || boundary == -DBL_MAX) return;
+  // A NaN would break the ordering of the set, and with it every class.
+  if (std::isnan(boundary)) {
+    Corvane::ZqThrow.Warning(
+        "ZqKrigeReportOptions::PushClassificationBoundry, a boundary that is not a number is refused");
+    return;
+  }
+  // The two ends of the scale (and beyond) bound the outer classes already.
+  if (boundary >= DBL_MAX || boundary <= -DBL_MAX) return;
   impl_->classificationBoundaries.insert(boundary);
 }
 void ZqKrigeReportOptions::PushClassificationColor(Corvane::ZqColor color) {

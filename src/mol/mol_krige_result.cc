@@ -163,6 +163,10 @@ std::vector<double> ZqMolKrigeResult::GetAtomContributions(const Molkit::ZqMolBa
 }
 
 double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x) {
+  const double response = result.GetResponse();
+  // At variance 0 the law is a point mass at the response; the erf form
+  // would divide 0 by 0 at the point itself.
+  if (result.GetVariance() == 0.0) return x < response ? 0.0 : (x > response ? 1.0 : 0.5);
   return (Numarc::Zqerf((x - result.GetResponse()) / std::sqrt(2.0 * result.GetVariance())) + 1.0) * 0.5;
 }
 

@@ -310,7 +310,7 @@ ZqUniVarPDF ZqMultiVarStudentsTImpl::GetUnivariateMarginal(const std::string& na
     return ZqUniVarNullPDF(name);
   }
   // The scale's diagonal element goes where the univariate law takes its
-  // precision: that is the marginal this law has always given.
+  // precision: the marginal is defined so, not by the variance.
   return ZqUnivariateStudentsT(name, degreesOfFreedom_, m, v, result);
 }
 

@@ -1,11 +1,12 @@
 // Contours of the density of a distribution of two variables, traced on a
 // grid over the window of its marginals.
 #include <cmath>
-#include <iostream>
+#include <sstream>
 #include <vector>
 
 #include "varimo/grid/two_dim_function_grid.h"
 #include "varimo/pdf/pdf_plot_points.h"
+#include "varimo/platform/corvane/output_sink.h"
 #include "varimo/platform/corvane/strings.h"
 
 namespace Varimo {
@@ -71,15 +72,20 @@ ZqStatModelResult ZqGet2DimPDFDensityPlotPoints(std::vector<Numarc::ZqDataSeries
   if (Failed(result)) return result;
   result = Moments(marginalY, meanY, varY);
   if (Failed(result)) return result;
-  std::cout << "mean x, mean y = " << meanX << " " << meanY << "\n";
-  std::cout << "Var x, Var y = " << varX << " " << varY << "\n";
+  std::ostringstream lines;
+  lines << "mean x, mean y = " << meanX << " " << meanY << "\n";
+  lines << "Var x, Var y = " << varX << " " << varY << "\n";
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, lines.str());
+  lines.str("");
 
   const double tail = tailProb * 0.5;
   result = Window(marginalX, tail, lowestXlo, highestXhi, xlo, xhi);
   if (Failed(result)) return result;
   result = Window(marginalY, tail, lowestYlo, highestYhi, ylo, yhi);
   if (Failed(result)) return result;
-  std::cout << "xlo,xhi,ylo,yhi = " << xlo << " " << xhi << " " << ylo << " " << yhi << "\n";
+  lines << "xlo,xhi,ylo,yhi = " << xlo << " " << xhi << " " << ylo << " " << yhi << "\n";
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, lines.str());
+  lines.str("");
 
   if (!std::isfinite(xlo) || !std::isfinite(xhi) || !std::isfinite(ylo) || !std::isfinite(yhi)) {
     return ZqMakeFailedResult(Failure::ArgumentOutOfRange, kRoutine, "the window is not finite");
@@ -104,7 +110,8 @@ ZqStatModelResult ZqGet2DimPDFDensityPlotPoints(std::vector<Numarc::ZqDataSeries
 
   ZqTwoDimFuncGrid grid(numGrid, numGrid, deltaX, deltaY, xlo, ylo, values);
   const double fMax = grid.GetMaxFuncValue();
-  std::cout << "fMax = " << fMax << std::endl;
+  lines << "fMax = " << fMax << "\n";
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, lines.str());
 
   contours.reserve(kNumContours);
   for (int k = 0; k < kNumContours; ++k) {

@@ -84,8 +84,9 @@ void Store(Held& held, const Given& given) {
   if constexpr (std::is_same_v<Held, Given>) held = given;
 }
 
-// The null storage has always named LoadRanVarVec when refusing a double;
-// callers compare report texts, so that name stays.
+// The null storage names LoadRanVarVec when refusing a double as well: its
+// refusals report the vector loader whichever load was asked, and callers
+// compare report texts.
 template <class Value>
 constexpr const char* kLoadValName = kHoldsNothing<Value> ? "LoadRanVarVec" : "LoadRanVarVal";
 

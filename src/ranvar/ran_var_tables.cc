@@ -86,7 +86,8 @@ const char* const ZqUniVarIntValRandomSampleRanVars::NameOf[5] = {
     "Random Sample Size", "Random Sample Minimum", "Random Sample Maximum", "PDF Sample Was Drawn From",
     "Random Sample Outcome"};
 
-// "Typesa" has always been spelled so; names are compared by code only.
+// "Typesa" is the text as users see it; names are compared by code only, so
+// its spelling matters to no lookup.
 VARIMO_TABLES(ZqUniVarMixtureRanVars, 5,
               ROW("Number of PDF Components", "Univariate PDF Typesa of Components",
                   "Number of Params per PDF Components", "Mixture Probabilities of Components",

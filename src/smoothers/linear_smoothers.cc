@@ -159,7 +159,8 @@ double ZqUniVarKernelRegression::GetPredictedResponse(double x, unsigned long ro
     if (r == rowToLeaveOut) continue;
     const double y = response.GetDouble(r, 0);
     const double xi = predictor.GetDouble(r, GetPredictorIndex());
-    // A bad predictor is let through, a missing one not: as it has always been.
+    // Only a missing predictor leaves the row out; a bad one is weighed as
+    // the number it holds.
     if (ZqIsMissingOrBad(y) || ZqIsMissing(xi)) continue;
     const double w = kernel_((x - xi) * h) + kWeightFloor;
     weighted += w * y;

@@ -29,7 +29,8 @@ ZqLinearSmootherOnSimilarityBase::ZqLinearSmootherOnSimilarityBase(const std::st
                                                                    const std::string& responseName,
                                                                    const ZqDataTable& table)
     : predictorName_(predictorName), responseName_(responseName), table_(table) {
-  // This set-up has always reported under the predictor-column smoothers' name.
+  // This set-up reports under the name of the predictor-column smoothers'
+  // set-up, which does the same work on a plain predictor.
   const char* routine = "ZqUniVarLinearSmootherBase::SetupDataTableFromTrainingSetNamesAndDataTable";
   table_.ClearColumns();
   ZqStatModelResult result(true);
@@ -125,7 +126,10 @@ ZqSimilarityRegressionResult ZqLinearSmootherOnSimilarityBase::GetTestSetResults
   }
   ZqStatModelResult result(true);
   const ZqDataTableCol& response = table.GetColumnFromName(result, responseName);
-  const ZqDataTableCol& predictor = table_.GetColumnFromName(result, predictorName_);
+  // Each lookup reports on itself alone: the first failure is the one kept.
+  ZqStatModelResult predictorLookup(true);
+  const ZqDataTableCol& predictor = table_.GetColumnFromName(predictorLookup, predictorName_);
+  if (result.IsSuccessful()) result = predictorLookup;
   ZqDataTable test = table;
   test.ClearColumns();
   if (result.IsSuccessful()) result = test.AddColumn(predictor);

@@ -74,9 +74,8 @@ void ZqGetOneBootstrapSampleFromDataPairVec(Numarc::ZqRanNumEngine& engine, ZqPa
 
 ZqStatModelResult ZqGetBootstrapSampleForDataPairVec(Numarc::ZqRanNumEngine& engine, ZqPairSample& out,
                                                      const ZqPairSample& pairs) {
-  // Kept as the warning it has always been: callers are told that this entry
-  // point is not to be trusted, even though the sampling below is the same as
-  // for single values.
+  // Every call reports Fatal, telling callers not to trust this entry point,
+  // although the sampling below is the same as for single values.
   Corvane::ZqThrow.Fatal(std::string("Bad implementation--need to fix!"));
   if (pairs.empty()) {
     out.clear();

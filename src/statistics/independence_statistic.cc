@@ -3,13 +3,13 @@
 #include "varimo/statistics/independence_statistic.h"
 
 #include <algorithm>
-#include <iostream>
 #include <sstream>
 
 #include "statistic_support.h"
 #include "varimo/platform/numarc/shuffle.h"
 #include "varimo/statistics/distance_matrix.h"
 #include "varimo/statistics/quantile.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -189,7 +189,7 @@ double ZqGetPValueForTwoSampleIndepStatistic(ZqStatModelResult& result, Numarc::
   std::ostringstream lines;
   lines << "min, max = " << simulated.front() << "; " << simulated.back() << '\n'
         << "90th percentile = " << ZqQuantile(0.9, simulated, 8) << '\n';
-  std::cout << lines.str() << std::flush;
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, lines.str());
   return 1.0 - cdf;
 }
 

@@ -21,8 +21,8 @@ using ColumnWalk::FindColumn;
 constexpr const char* kEmpiricalCDF = "ZqGetEmpiricalCDFPlotPointsForColumnName";
 constexpr const char* kAutoHist = "ZqGetAutoDefConstBinWidthHistPlotPointsForColName";
 constexpr const char* kUserHist = "ZqGetUserDefConstBinWidthHistPlotPointsForColName";
-// The constant-frequency histogram has always reported under the name of
-// its equal-width sibling, and callers match on it.
+// The constant-frequency histogram reports under the name of its
+// equal-width sibling, whose plot points it fills; callers match on it.
 constexpr const char* kFreqHist = kUserHist;
 constexpr const char* kNormalPlot = "ZqGetNormalProbabilityPlotForColumnName";
 constexpr const char* kScatter = "ZqGetScatterPlotPtsForColumnNamePair";

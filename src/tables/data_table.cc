@@ -34,7 +34,9 @@ const ZqDataTableCol& ZqDataTableColSetImpl::GetColumnFromName(const std::string
 const ZqDataTableCol& ZqDataTableColSetImpl::GetColumnFromName(ZqStatModelResult& result,
                                                                const std::string& name) const {
   for (const ZqDataTableCol& col : columns_) {
-    if (col.GetColumnName() == name) return col;
+    if (col.GetColumnName() != name) continue;
+    result = ZqStatModelResult(true);
+    return col;
   }
   result = ZqMakeFailedResult(Failure::ColumnNotFound, "ZqDataTableColSetImpl::GetColumnFromName");
   return nullColumn_;
@@ -43,7 +45,9 @@ const ZqDataTableCol& ZqDataTableColSetImpl::GetColumnFromName(ZqStatModelResult
 const ZqDataTableCol& ZqDataTableColSetImpl::GetColumnFromFullName(ZqStatModelResult& result,
                                                                    const std::string& fullName) const {
   for (const ZqDataTableCol& col : columns_) {
-    if (col.GetFullColumnName() == fullName) return col;
+    if (col.GetFullColumnName() != fullName) continue;
+    result = ZqStatModelResult(true);
+    return col;
   }
   result = ZqMakeFailedResult(Failure::ColumnNotFound, "ZqDataTableColSetImpl::GetColumnFromFullName");
   return nullColumn_;

@@ -1,10 +1,11 @@
-#include <iostream>
+#include <sstream>
 #include <limits>
 
 #include "column_helpers.h"
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/tables/data_table.h"
 #include "varimo/tables/data_table_column.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -54,7 +55,9 @@ std::uint64_t ZqDataTableColBase::GetTotalNumRowsInCol() const {
 }
 
 void ZqDataTableColBase::PrintUniqueDiscreteValues(unsigned long maxNum) const {
-  PrintUniqueDiscreteValues(maxNum, std::cout);
+  std::ostringstream out;
+  PrintUniqueDiscreteValues(maxNum, out);
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
 }
 
 void ZqDataTableColBase::PrintValueList(const std::vector<std::string>& values, unsigned long maxNum,
@@ -85,7 +88,11 @@ void ZqDataTableColBase::PrintSummary(std::ostream& out) const {
   if (readOnly_) out << "Column data is read only" << '\n';
 }
 
-void ZqDataTableColBase::PrintSummary() const { PrintSummary(std::cout); }
+void ZqDataTableColBase::PrintSummary() const {
+  std::ostringstream out;
+  PrintSummary(out);
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
+}
 
 void ZqDataTableColBase::PrintSummaryPlusStartOfData(std::uint64_t numRows, std::uint64_t numCols,
                                                      std::ostream& out) const {
@@ -102,7 +109,9 @@ void ZqDataTableColBase::PrintSummaryPlusStartOfData(std::uint64_t numRows, std:
 }
 
 void ZqDataTableColBase::PrintSummaryPlusStartOfData(std::uint64_t numRows, std::uint64_t numCols) const {
-  PrintSummaryPlusStartOfData(numRows, numCols, std::cout);
+  std::ostringstream out;
+  PrintSummaryPlusStartOfData(numRows, numCols, out);
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
 }
 
 void ZqDataTableColBase::PrintSummaryPlusStartOfData(const ZqDataTable& table, std::uint64_t numRows,
@@ -121,7 +130,9 @@ void ZqDataTableColBase::PrintSummaryPlusStartOfData(const ZqDataTable& table, s
 
 void ZqDataTableColBase::PrintSummaryPlusStartOfData(const ZqDataTable& table, std::uint64_t numRows,
                                                      std::uint64_t numCols) const {
-  PrintSummaryPlusStartOfData(table, numRows, numCols, std::cout);
+  std::ostringstream out;
+  PrintSummaryPlusStartOfData(table, numRows, numCols, out);
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
 }
 
 }  // namespace Varimo

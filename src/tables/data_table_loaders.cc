@@ -1,8 +1,8 @@
-#include <iostream>
 
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/tables/data_table_file_info.h"
 #include "varimo/tables/data_table_files.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -40,7 +40,8 @@ void EchoColumn(const ZqDataTableCol& col, Echo echo) {
   if (echo == Echo::None) return;
   col.PrintSummaryPlusStartOfData(10, 10);
   if (echo == Echo::SummaryAndValues) {
-    std::cout << "num unique vals = " << col.GetNumUniqueDiscreteValues() << '\n';
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Out, "num unique vals = %llu\n",
+                     static_cast<unsigned long long>(col.GetNumUniqueDiscreteValues()));
     col.PrintUniqueDiscreteValues(10);
   }
 }

@@ -184,7 +184,8 @@ std::string ZqArgLessThanScalar::GetTransformName() const { return "Arg Less Tha
 std::uint32_t ZqArgLessThanScalar::GetUnsigned(double x) const { return Compare(x, 0.0, x < c_); }
 
 // The names of the pairwise comparisons read the other way round from their
-// rules; the texts stand as they have always been.
+// rules (argument two comes first); callers compare the names as texts, so
+// they stay exactly so.
 std::string ZqArgOneGreaterThanArgTwo::GetTransformName() const { return "Arg Two Greater Than Arg One"; }
 std::uint32_t ZqArgOneGreaterThanArgTwo::GetUnsigned(double a, double b) const { return Compare(a, b, a > b); }
 std::string ZqArgOneGreaterEqualToArgTwo::GetTransformName() const { return "Arg Two Greater Or Equal To Arg One"; }

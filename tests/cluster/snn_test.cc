@@ -54,7 +54,7 @@ struct SnnRun {
 SnnRun Cluster(unsigned long numItems, const Lists& lists, const ZqSNNParameters& params, bool sortLists = true) {
   SnnRun run;
   Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
+  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   run.found = ZqGetSNNCluster(run.clusters, run.noise, numItems, lists, params, sortLists);
   run.err = err.Text();
   run.infos = capture.Texts(ZqThrowLevel::Info);
@@ -69,7 +69,7 @@ TEST(SNNCluster, IdenticalListsMergeIntoOneCluster) {
   Clusters clusters{{42}};
   std::vector<unsigned int> noise{7};
   Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
+  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   ASSERT_NE(ZqGetSNNCluster(clusters, noise, 5, lists, Params(5, 4, 2, 4, 3), true), 0);
   // One search line per listed neighbour other than the item: 5 x 4.
   EXPECT_EQ(CountLines(err.Text(), "slow unsorted search of size nn"), 20u);
@@ -166,7 +166,7 @@ TEST(SNNCluster, IndexBeyondBitVectorLimitFails) {
   Clusters clusters;
   std::vector<unsigned int> noise;
   Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
+  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   EXPECT_EQ(ZqGetSNNCluster(clusters, noise, 2, Lists{{0, 1}, {1, 4000000000u}}, Params(6, 1, 0, 0, 0), true), 0);
   err.Text();
   EXPECT_EQ(capture.Texts(ZqThrowLevel::Error),
@@ -219,7 +219,7 @@ TEST(SNNCluster, RecoversBlobsFromNeighbourLists) {
   Clusters clusters;
   std::vector<unsigned int> noise;
   Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
+  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   // The parameters that 200 items give: nbrCt 20.
   ASSERT_NE(ZqGetSNNCluster(clusters, noise, 200, blobs.lists, Params(20, 15, 10, 12, 10), true), 0);
   err.Text();
@@ -247,7 +247,7 @@ TEST(SNNCluster, RecoversBlobsFromSimilarities) {
   ZqSimInfo info = NegativeDistances(blobs);
   Clusters clusters;
   Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
+  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   ASSERT_NE(ZqGetSNNCluster(clusters, 200, info), 0);
   const std::string text = err.Text();
   EXPECT_TRUE(StartsWith(text, "nbrCt = 20\ntopic = 15\nnoise = 10\nmerge = 12\nlabel = 10\n0:: ("));
@@ -261,7 +261,7 @@ TEST(SNNCluster, ParametersClampAtBothEnds) {
     ZqSimInfo info{10, std::vector<double>(100, 0.5)};
     Clusters clusters;
     Corvane::ZqScopedThrowCapture capture;
-    VarimoTest::CaptureStderr err;
+    VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
     // Equal similarities: all ten items are the six "nearest" of each other
     // as the selection leaves them; any outcome is fine, the texts are not.
     ZqGetSNNCluster(clusters, 10, info);
@@ -274,7 +274,7 @@ TEST(SNNCluster, ParametersClampAtBothEnds) {
     }
     Clusters clusters;
     Corvane::ZqScopedThrowCapture capture;
-    VarimoTest::CaptureStderr err;
+    VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
     ZqGetSNNCluster(clusters, 300, info);
     EXPECT_TRUE(StartsWith(err.Text(), "nbrCt = 30\ntopic = 22\nnoise = 15\nmerge = 18\nlabel = 15\n"));
   }
@@ -283,7 +283,7 @@ TEST(SNNCluster, ParametersClampAtBothEnds) {
 TEST(SNNCluster, SimilaritiesThatDoNotFitFail) {
   Clusters clusters;
   Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
+  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   ZqSimInfo empty;
   EXPECT_EQ(ZqGetSNNCluster(clusters, 0, empty), 0);
   ZqSimInfo tooShort{5, std::vector<double>(24, 1.0)};
@@ -305,7 +305,7 @@ TEST(SNNCluster, FailureOfListClusteringIsReported) {
   ZqSimInfo info{2, {1.0, 0.5, 0.0, 1.0}};
   Clusters clusters;
   Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureStderr err;
+  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   EXPECT_EQ(ZqGetSNNCluster(clusters, 2, info), 0);
   err.Text();
   EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),

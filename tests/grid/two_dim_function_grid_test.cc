@@ -35,7 +35,7 @@ TEST(Contour, CircleIsOneClosedBranch) {
   EXPECT_EQ(grid.GetMaxFuncValue(), 8.0);
   EXPECT_EQ(grid.GetMinFuncValue(), 0.0);
   Series branches;
-  VarimoTest::CaptureStdout capture;
+  VarimoTest::CaptureOutput capture;
   ASSERT_TRUE(grid.PlotContour(1.0, branches).IsSuccessful());
   const std::string out = capture.Text();
   ASSERT_EQ(branches.size(), 1u);
@@ -56,7 +56,7 @@ TEST(Contour, OpenLineRunsFromTheBottomBoundary) {
   // x + y interpolates exactly along the edges.
   ZqTwoDimFuncGrid grid = Grid(11, 0.0, 1.0, [](double x, double y) { return x + y; });
   Series branches;
-  VarimoTest::CaptureStdout quiet;
+  VarimoTest::CaptureOutput quiet;
   ASSERT_TRUE(grid.PlotContour(0.95, branches).IsSuccessful());
   quiet.Text();
   ASSERT_EQ(branches.size(), 1u);
@@ -73,7 +73,7 @@ TEST(Contour, LevelOnNodesIsNudgedAndOutOfRangeLevelsMarkNothing) {
   // nodes, which move by 100 epsilon of the range.
   ZqTwoDimFuncGrid grid = Grid(5, 0.0, 1.0, [](double x, double) { return x; });
   Series branches;
-  VarimoTest::CaptureStdout capture;
+  VarimoTest::CaptureOutput capture;
   ASSERT_TRUE(grid.PlotContour(0.5, branches).IsSuccessful());
   ASSERT_EQ(branches.size(), 1u);
   for (const Numarc::ZqDataPoint& p : branches[0].GetPoints()) EXPECT_NEAR(p.GetX(), 0.5, 1e-12);
@@ -91,7 +91,7 @@ TEST(Contour, SaddleCellStopsTheTrace) {
   // cross the level 0, and the walk entering it finds three more.
   ZqTwoDimFuncGrid grid = Grid(4, -1.5, 1.5, [](double x, double y) { return x * y; });
   Series branches;
-  VarimoTest::CaptureStdout quiet;
+  VarimoTest::CaptureOutput quiet;
   const ZqStatModelResult result = grid.PlotContour(0.0, branches);
   quiet.Text();
   EXPECT_EQ(result.GetFailureType(), F::InternalLogicFailure);
@@ -103,7 +103,7 @@ TEST(Contour, DegenerateGrids) {
   // One column: no horizontal edges and no cells; the trace still ends.
   ZqTwoDimFuncGrid column(1, 5, 1.0, 1.0, 0.0, 0.0, {0.0, 1.0, 2.0, 3.0, 4.0});
   Series branches;
-  VarimoTest::CaptureStdout quiet;
+  VarimoTest::CaptureOutput quiet;
   EXPECT_TRUE(column.PlotContour(2.5, branches).IsSuccessful());
   // One row likewise.
   ZqTwoDimFuncGrid row(5, 1, 1.0, 1.0, 0.0, 0.0, {0.0, 1.0, 2.0, 3.0, 4.0});

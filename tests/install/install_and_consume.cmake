@@ -16,8 +16,10 @@ set(extra_flags "")
 if(SANITIZE)
   set(extra_flags "-DCMAKE_CXX_FLAGS=-fsanitize=address,undefined" "-DCMAKE_EXE_LINKER_FLAGS=-fsanitize=address,undefined")
 endif()
+# The library's own compiler: a sanitized library needs that compiler's
+# sanitizer runtime in the program.
 run(${CMAKE_COMMAND} -S ${CONSUMER_SOURCE_DIR} -B ${WORK_DIR}/build -G ${GENERATOR}
-    -DCMAKE_PREFIX_PATH=${prefix} ${extra_flags})
+    -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix} ${extra_flags})
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 run(${WORK_DIR}/build/varimo_consumer)
 if(NOT last_output MATCHES "Column Not Found!")

@@ -1,6 +1,7 @@
 // Simple and ordinary kriging: predictions and variances against numpy
 // direct solves of the kriging systems (tests/data/krige/make_kriging_refs.py),
 // the kernel walk of Train(), every warning, and degenerate training sets.
+#include <Eigen/Dense>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,6 +12,7 @@
 
 #include "reference_file.h"
 #include "test_support.h"
+#include "varimo/krige/condition_estimate.h"
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/vector_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
@@ -135,23 +137,81 @@ TEST(KrigeModels, QueriesOnTrainingElementsReturnTheirResponses) {
   for (std::size_t u = 0; u < ordinary->GetContainer().GetNumUnique(); ++u) {
     unique.push_back(ordinary->GetContainer().GetRepresentative(u));
   }
-  for (const char* name : {"Gaussian", "Spherical"}) {
-    const ZqKrigeKernel kernel = KernelNamed(name, 2.0, 1.5, 0.0);
-    for (ZqStandardKrigeImpl<Element, ZqVectorStorage>* model :
-         {static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(simple.get()),
-          static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(ordinary.get())}) {
-      ASSERT_TRUE(model->TrainFixed(kernel));
-      std::vector<double> predictions, variances;
-      model->PredictMany(unique, predictions, variances);
-      for (std::size_t u = 0; u < unique.size(); ++u) {
-        const double response = model->GetContainer().GetUniqueResponse(u);
-        EXPECT_NEAR(model->Predict(unique[u]), response, 1e-14 * (1.0 + std::fabs(response))) << name << u;
-        EXPECT_EQ(model->GetVariance(unique[u]), 0.0);
-        EXPECT_NEAR(predictions[u], response, 1e-14 * (1.0 + std::fabs(response)));
-        EXPECT_EQ(variances[u], 0.0);
+  // Nuggets of 0, below the rounding unit of the sill, and just above it:
+  // every one valid, with the variance sill - (sill - nugget) as doubles
+  // give it (0 for the first three), never on the wrong side by rounding.
+  for (const double nugget : {0.0, 1e-20, 3e-17, 1e-15, 1e-10}) {
+    for (const char* name : {"Gaussian", "Spherical"}) {
+      const ZqKrigeKernel kernel = KernelNamed(name, 2.0, 1.5, nugget);
+      const double variance = 1.5 - (1.5 - nugget);
+      for (ZqStandardKrigeImpl<Element, ZqVectorStorage>* model :
+           {static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(simple.get()),
+            static_cast<ZqStandardKrigeImpl<Element, ZqVectorStorage>*>(ordinary.get())}) {
+        ASSERT_TRUE(model->TrainFixed(kernel));
+        std::vector<double> predictions, variances;
+        model->PredictMany(unique, predictions, variances);
+        for (std::size_t u = 0; u < unique.size(); ++u) {
+          const double response = model->GetContainer().GetUniqueResponse(u);
+          EXPECT_NEAR(model->Predict(unique[u]), response, 1e-14 * (1.0 + std::fabs(response))) << name << u;
+          EXPECT_EQ(model->GetVariance(unique[u]), variance) << name << nugget;
+          EXPECT_NEAR(predictions[u], response, 1e-14 * (1.0 + std::fabs(response)));
+          EXPECT_EQ(variances[u], variance) << name << nugget;
+        }
       }
     }
   }
+}
+
+// A semivariance that rises past the sill far away: a query there gets
+// negative covariances and an ordinary kriging variance of 3, outside
+// [nugget, sill]: the mark of a broken model, refused as invalid.
+class OvershootingKernel final : public ZqKrigeKernelImpl {
+ public:
+  std::string GetName() const override { return "Overshooting"; }
+  double GetValue(double distance) const override { return distance < 1.5 ? 0.5 * distance : 3.0; }
+  ZqKrigeKernelBase* CreateCopy() const override { return new OvershootingKernel(*this); }
+};
+
+TEST(KrigeModels, VariancesOutsideTheKernelsWindowAreInvalid) {
+  auto model = MakeModel<Ordinary>();
+  model->AddTraining({0.0}, 1.0);
+  model->AddTraining({1.0}, 2.0);
+  ASSERT_TRUE(model->TrainFixed(OvershootingKernel()));
+  EXPECT_TRUE(model->GetKrigeResult({0.5}).Valid());
+  EXPECT_FALSE(model->GetKrigeResult({10.0}).Valid());
+  EXPECT_EQ(model->GetVariance({10.0}), kError);
+}
+
+TEST(KrigeModels, NearlySingularCovariancesWarnAndStillTrain) {
+  // [[1, 1 - e], [1 - e, 1]]: |A|_1 = 2 - e and |A^-1|_1 = 1 / e, so the
+  // reciprocal condition is e / (2 - e); the identity's is 1.
+  for (const double e : {0.5, 1e-3, 1e-9}) {
+    Eigen::Matrix2d a;
+    a << 1.0, 1.0 - e, 1.0 - e, 1.0;
+    const double estimate =
+        ZqEstimateReciprocalCondition(2.0 - e, 2, [&a](Eigen::VectorXd& b) { b = a.ldlt().solve(b); });
+    EXPECT_TRUE(VarimoTest::WithinRelative(estimate, e / (2.0 - e), 1e-6)) << e;
+  }
+  EXPECT_EQ(ZqEstimateReciprocalCondition(1.0, 3, [](Eigen::VectorXd&) {}), 1.0);
+
+  // Two training elements 1e-13 apart: the matrix factorises, with a
+  // reciprocal condition near 1e-13.
+  Corvane::ZqScopedThrowCapture capture;
+  auto model = MakeModel<Ordinary>();
+  for (const double x : {0.0, 1e-13, 1.0}) model->AddTraining({x}, 1.0 + x);
+  ASSERT_TRUE(model->TrainFixed(KernelNamed("Exponential", 1.0, 1.0, 0.0)));
+  const std::vector<std::string> warnings = capture.Texts(ZqThrowLevel::Warning);
+  ASSERT_EQ(warnings.size(), 1u);
+  EXPECT_EQ(warnings[0].rfind("ZqOrdinaryKrige::TrainFixed, the covariance matrix is nearly singular (reciprocal "
+                              "condition ",
+                              0),
+            0u)
+      << warnings[0];
+  EXPECT_TRUE(model->GetKrigeResult({0.5}).Valid());
+  // Elements well apart train quietly.
+  capture.Clear();
+  ASSERT_TRUE(TrainedOnReferences<Ordinary>()->TrainFixed(KernelNamed("Exponential", 1.0, 1.0, 0.0)));
+  EXPECT_TRUE(capture.Messages().empty());
 }
 
 TEST(KrigeModels, TrainWalksTheCandidatesFromTheBestFit) {

@@ -250,6 +250,30 @@ TEST(LocalKrige, KernelsThatFailLocallyFallBackToTheNeighboursVariogram) {
   EXPECT_TRUE(capture.Texts(ZqThrowLevel::Warning).empty());
 }
 
+TEST(LocalKrige, OneAndTwoNeighbours) {
+  const std::vector<double> responses = {1.0, 4.0, 2.0, 7.0, 3.0};
+  const ZqKrigeKernel kernel = VarimoTest::ReferenceKernel("Exponential", "2.0", "1.0", "0.0");
+  for (const std::size_t k : {1u, 2u}) {
+    auto model = MakeLocal("ordinary", k, false);
+    for (std::size_t i = 0; i < responses.size(); ++i) model->AddTraining({static_cast<double>(i)}, responses[i]);
+    ASSERT_TRUE(model->TrainFixed(kernel));
+    // The query at 2.2 has 2, then 3, as its nearest elements.
+    const ZqKrigeResult result = model->GetKrigeResult({2.2});
+    ASSERT_TRUE(result.Valid());
+    ASSERT_EQ(result.GetNumElements(), k);
+    if (k == 1) {
+      EXPECT_EQ(result.GetWeight(0), 1.0);
+      EXPECT_EQ(ZqCalculateResponse(result, kError), 2.0);
+      continue;
+    }
+    // The bordered 2 x 2 system solved by hand: with equal diagonals C0,
+    // w = 1/2 + (c(0.2) - c(0.8)) / (2 (C0 - c(1))), c(d) = sill - kernel(d).
+    auto c = [&kernel](double d) { return kernel.GetSill() - kernel.GetValue(d); };
+    const double w = 0.5 + (c(0.2) - c(0.8)) / (2.0 * (c(0.0) - c(1.0)));
+    EXPECT_NEAR(ZqCalculateResponse(result, kError), w * 2.0 + (1.0 - w) * 7.0, 1e-12);
+  }
+}
+
 TEST(LocalKrige, StateCopiesAndConstQueries) {
   const auto& data = DriftLocalReferences();
   auto model = MakeLocal("universal", 12, false);

@@ -2,7 +2,7 @@
 // against numpy lstsq, predictions and variances against numpy direct
 // solves of the bordered system (tests/data/krige/make_drift_local_refs.py),
 // the model selection of ZqCreateKrige, and the failures of queries and
-// training elements without properties.
+// training elements without properties or with a drift that is not finite.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -119,21 +119,49 @@ class FirstCoordinate final : public ZqPropertyListFxn<Element> {
   ZqPropertyListFxn<Element>* CreateCopy() const override { return new FirstCoordinate(*this); }
 };
 
-TEST(UniversalKrige, ElementsWithoutPropertiesAreRefusedAndNaNWeightsFail) {
+TEST(UniversalKrige, ElementsWithoutFiniteDriftAreRefusedAndSuchQueriesInvalid) {
+  using Corvane::ZqThrowLevel;
   Corvane::ZqScopedThrowCapture capture;
   auto model = UniversalOnReferences(FirstCoordinate());
-  EXPECT_FALSE(model->AddTraining({-200.0, 0.0, 0.0}, 1.0));  // no properties: refused
+  EXPECT_FALSE(model->AddTraining({-200.0, 0.0, 0.0}, 1.0));  // no properties: refused quietly
+  EXPECT_TRUE(capture.Messages().empty());
+  // A drift that reads NaN (an SD field "nan") is refused with a warning,
+  // before it can make the drift fit and every solve NaN.
+  EXPECT_FALSE(model->AddTraining({60.0, 0.0, 0.0}, 1.0));
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+            std::vector<std::string>{
+                "ZqKrigeTrainingContainer::AddElement, drift property 0 is not finite (nan): the training element is "
+                "refused"});
   EXPECT_EQ(model->GetContainer().GetNumData(), 42u);
   ASSERT_TRUE(model->TrainFixed(VarimoTest::ReferenceKernel("Spherical", "4.0", "5.0", "0.02")));
-  // A query without the properties is invalid at once; the training stays.
-  EXPECT_FALSE(model->GetKrigeResult({-200.0, 1.0, 1.0}).Valid());
-  EXPECT_EQ(model->Predict({-200.0, 1.0, 1.0}), kError);
+  // Queries without the properties, or with a NaN drift, are invalid at
+  // once and quietly; the training stays.
+  capture.Clear();
+  for (const Element& query : {Element{-200.0, 1.0, 1.0}, Element{60.0, 1.0, 1.0}}) {
+    EXPECT_FALSE(model->GetKrigeResult(query).Valid());
+    EXPECT_EQ(model->Predict(query), kError);
+  }
   EXPECT_TRUE(model->IsTrained());
-  EXPECT_TRUE(capture.Texts(Corvane::ZqThrowLevel::Warning).empty());
-  // A NaN property passes into the weights.
-  EXPECT_EQ(model->Predict({60.0, 1.0, 1.0}), kError);
-  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
-            std::vector<std::string>{"Universal kriging failed, NaN weights"});
+  EXPECT_TRUE(capture.Messages().empty());
+
+  // The local model refuses the same element and stays as it was.
+  ZqLocalUniversalKrige<Element> local(ZqEuclideanDistance(), FirstCoordinate(), 10, kError, 0u, false, false, 1000,
+                                       ZqKrigeUniqueResponseMethod::Mean);
+  const auto& data = DriftLocalReferences();
+  for (std::size_t i = 0; i < data.points.size(); ++i) {
+    ASSERT_TRUE(local.AddTraining(data.points[i], data.responses[i]));
+  }
+  ASSERT_TRUE(local.Train());
+  EXPECT_FALSE(local.AddTraining({70.0, 0.0, 0.0}, 1.0));
+  EXPECT_TRUE(local.IsTrained());
+  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning).back(),
+            "ZqLocalKrigeImpl::AddTraining, drift property 0 is not finite (nan): the training element is refused");
+
+  // The least-squares drift itself refuses to fit what is not finite.
+  ZqSVD<Element> fit{ZqVecPropertyListFxn(1)};
+  for (const double a : {1.0, 2.0, std::numeric_limits<double>::infinity()}) ASSERT_TRUE(fit.AddTraining({a}, a));
+  EXPECT_FALSE(fit.Train());
+  EXPECT_EQ(fit.Predict({1.0}), std::numeric_limits<double>::max());
 
   capture.Clear();
   Universal empty(ZqEuclideanDistance(), FirstCoordinate(), kError, 0u, false, ZqKrigeUniqueResponseMethod::Mean);
@@ -141,6 +169,34 @@ TEST(UniversalKrige, ElementsWithoutPropertiesAreRefusedAndNaNWeightsFail) {
   EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
             std::vector<std::string>{
                 "ZqUniversalKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data"});
+}
+
+// The second coordinate as the drift: 1 on every training element, so that
+// it is collinear with the drift's constant term.
+class SecondCoordinate final : public ZqPropertyListFxn<Element> {
+ public:
+  bool HasProperties(const Element& e) const override { return e.size() == 2; }
+  std::size_t GetSize() const override { return 1; }
+  double GetProperty(const Element& e, std::size_t) const override { return e[1]; }
+  ZqPropertyListFxn<Element>* CreateCopy() const override { return new SecondCoordinate(*this); }
+};
+
+TEST(UniversalKrige, CollinearDriftSolvesWhereConsistentAndFailsWhereNot) {
+  Universal model(ZqEuclideanDistance(), SecondCoordinate(), kError, 0u, false, ZqKrigeUniqueResponseMethod::Mean);
+  for (const double x : {0.0, 1.0, 2.5, 4.0}) model.AddTraining({x, 1.0}, std::sin(x));
+  ASSERT_TRUE(model.TrainFixed(VarimoTest::ReferenceKernel("Exponential", "3.0", "1.0", "0.0")));
+  Corvane::ZqScopedThrowCapture capture;
+  // A query with the training drift: the singular system is consistent.
+  const ZqKrigeResult consistent = model.GetKrigeResult({1.7, 1.0});
+  ASSERT_TRUE(consistent.Valid());
+  EXPECT_NEAR(ZqSumWeights(consistent, kError), 1.0, 1e-12);
+  EXPECT_TRUE(capture.Messages().empty());
+  // A drift of 2 asks for weights that sum to 1 and to 2 at once.
+  EXPECT_FALSE(model.GetKrigeResult({1.7, 2.0}).Valid());
+  const std::vector<std::string> warnings = capture.Texts(Corvane::ZqThrowLevel::Warning);
+  ASSERT_EQ(warnings.size(), 1u);
+  EXPECT_EQ(warnings[0].rfind("Universal kriging failed, the weights miss the drift constraints (residual ", 0), 0u)
+      << warnings[0];
 }
 
 TEST(UniversalKrige, AsManyRecordsAsDriftColumnsLeaveNoResiduals) {

@@ -48,6 +48,20 @@ TEST(Variogram, BinsStartSmallAndDoubleUpToAFifth) {
   // The tail of 1470 pairs is too short for two bins of 990: one bin.
   EXPECT_EQ(BinSizes(Ladder(4950)), (Sizes{100, 200, 400, 800, 990, 990, 1470}));
   EXPECT_EQ(BinSizes(Ladder(1)), (Sizes{1}));
+  // Tails that the rule puts whole into the last bin, worked by hand for 9
+  // pairs: sizes 1, 1 (limit 1.8), 2, 2; 3 pairs then remain, fewer than
+  // two bins of 2. The same sizes follow a zero-distance bin of 60.
+  const std::vector<std::pair<std::size_t, Sizes>> tails = {
+      {9, {1, 1, 2, 2, 3}},          {14, {1, 2, 3, 3, 5}},       {29, {2, 4, 6, 6, 11}},
+      {49, {3, 7, 10, 10, 19}},      {149, {10, 20, 30, 30, 59}}, {1499, {100, 200, 300, 300, 599}}};
+  for (const auto& [count, sizes] : tails) {
+    EXPECT_EQ(BinSizes(Ladder(count)), sizes) << count;
+    Pairs withZeros = Ladder(count);
+    withZeros.insert(withZeros.end(), 60, {0.0, 1.0});
+    Sizes zeroFirst{60};
+    zeroFirst.insert(zeroFirst.end(), sizes.begin(), sizes.end());
+    EXPECT_EQ(BinSizes(withZeros), zeroFirst) << count;
+  }
 
   Pairs pairs = Ladder(10);
   ZqVariogramImpl plain;
@@ -84,6 +98,33 @@ TEST(Variogram, LargeCloudsSortByDistanceKeepingEveryPair) {
     expectedSum += expected[i].second;
   }
   EXPECT_EQ(sumOfSeconds, expectedSum);  // integers: exact in any order
+}
+
+// Four distances only, as Tanimoto distances of small molecules often are:
+// bin boundaries fall inside runs of equal distance.
+TEST(Variogram, TiedDistancesBinTheSameInAnyOrderAndSign) {
+  std::mt19937_64 engine(3);
+  std::uniform_int_distribution<int> level(1, 4);
+  std::normal_distribution<double> difference;
+  Pairs pairs;
+  for (int i = 0; i < 300; ++i) pairs.emplace_back(0.25 * level(engine), difference(engine));
+  Pairs reordered = pairs;
+  std::shuffle(reordered.begin(), reordered.end(), engine);
+  for (auto& pair : reordered) pair.second = -pair.second;
+  ZqVariogramImpl plain, fromReordered;
+  ASSERT_TRUE(ZqSetupVariogram(plain, pairs, true));
+  ASSERT_TRUE(ZqSetupVariogram(fromReordered, reordered, true));
+  ASSERT_EQ(plain.GetNumBins(), 6u);
+  ASSERT_EQ(fromReordered.GetNumBins(), 6u);
+  for (unsigned int bin = 0; bin < plain.GetNumBins(); ++bin) {
+    EXPECT_EQ(plain.GetDistance(bin), fromReordered.GetDistance(bin)) << bin;
+    EXPECT_EQ(plain.GetSemivariance(bin), fromReordered.GetSemivariance(bin)) << bin;
+  }
+  for (std::size_t i = 1; i < pairs.size(); ++i) {
+    if (pairs[i].first == pairs[i - 1].first) {
+      EXPECT_LE(std::fabs(pairs[i - 1].second), std::fabs(pairs[i].second)) << i;
+    }
+  }
 }
 
 TEST(Variogram, ZeroDistancePairsGetABinFromFiftyOn) {

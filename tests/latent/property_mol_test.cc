@@ -94,14 +94,14 @@ TEST(MolPLSPropertyList, TrainsReportsAndScoresLikeScikitLearn) {
   const Bzr bzr = ReadBzr();
   std::unique_ptr<ZqMolPLSPropertyList> list;
   {
-    VarimoTest::CaptureStdout out;
+    VarimoTest::CaptureOutput out;
     list = std::make_unique<ZqMolPLSPropertyList>(Predictors(bzr), Activity(), 3);
     EXPECT_EQ(out.Text(), "_J = 12\n");
   }
   for (const auto& mol : bzr.mols) ASSERT_TRUE(list->AddTraining(*mol));
   EXPECT_FALSE(list->HasProperties(*bzr.mols[0]));  // not trained yet
 
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   Corvane::ZqScopedThrowCapture capture;
   ASSERT_EQ(list->Train(), 1);
   const std::vector<std::string> lines = Lines(out.Text());
@@ -160,7 +160,7 @@ TEST(MolPLSPropertyList, MissingPropertiesAndResponses) {
   Bzr bzr = ReadBzr();
   std::unique_ptr<ZqMolPLSPropertyList> list;
   {
-    VarimoTest::CaptureStdout out;
+    VarimoTest::CaptureOutput out;
     list = std::make_unique<ZqMolPLSPropertyList>(Predictors(bzr), Activity(), 2);
     out.Text();
   }
@@ -180,7 +180,7 @@ TEST(MolPLSPropertyList, MissingPropertiesAndResponses) {
                 "At least one of the responses is not there, molecule will be ignored..."}));
   // The table is now unbalanced: training refuses it and stays untrained.
   {
-    VarimoTest::CaptureStdout out;
+    VarimoTest::CaptureOutput out;
     EXPECT_EQ(list->Train(), 0);
     EXPECT_NE(out.Text().find("Number of observations (mols)          : I = 19\n"), std::string::npos);
   }
@@ -190,13 +190,13 @@ TEST(MolPLSPropertyList, MissingPropertiesAndResponses) {
   // Cleared, the list starts again.
   list->Clear();
   {
-    VarimoTest::CaptureStdout out;
+    VarimoTest::CaptureOutput out;
     EXPECT_EQ(list->Train(), 0);
     out.Text();
   }
   for (std::size_t i = 1; i < 40; ++i) ASSERT_TRUE(list->AddTraining(*bzr.mols[i]));
   {
-    VarimoTest::CaptureStdout out;
+    VarimoTest::CaptureOutput out;
     EXPECT_EQ(list->Train(), 1);
     out.Text();
   }
@@ -209,7 +209,7 @@ TEST(MolPLSPropertyList, MoreLatentVectorsThanFoundAreCapped) {
   Molkit::ZqMolPropertyPushList two;
   two.Push(Molkit::ZqMolSDDataPropertyFxn("MolWt"));
   two.Push(Molkit::ZqMolSDDataPropertyFxn("TPSA"));
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   ZqMolPLSPropertyList list(two, Activity(), 5);
   for (const auto& mol : bzr.mols) ASSERT_TRUE(list.AddTraining(*mol));
   Corvane::ZqScopedThrowCapture capture;
@@ -228,7 +228,7 @@ TEST(MolPLSPropertyList, MoreLatentVectorsThanFoundAreCapped) {
 // scores, which is what the drift constraints of universal kriging demand.
 TEST(MolPLSPropertyList, DrivesUniversalKrigingEndToEnd) {
   Bzr bzr = ReadBzr();
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   ZqMolPLSPropertyList scores(Predictors(bzr), Activity(), 2);
   for (std::size_t i = 0; i < bzr.mols.size(); ++i) {
     if (i % 10 != 0) {

@@ -41,7 +41,7 @@ TEST(EmpiricalNull, GaussGammaModelRecoversTheNullShare) {
   DirGaussGammaMixForEmpiricalNullAlt model(0.8, 1, 1, "z", {1.0, 1.0}, data);
   ASSERT_TRUE(model.Valid());
   double fitness = 0.0;
-  VarimoTest::CaptureStdout capture;
+  VarimoTest::CaptureOutput capture;
   ASSERT_TRUE(model.FitModel(fitness, 0.0005, 0.0005, 50000).IsSuccessful());
   ZqStatModelResult result;
   const double pNull = model.GetExpectedProbNull(result);
@@ -85,7 +85,7 @@ TEST(EmpiricalNull, SearchOverPairsPrintsAndPicksTheBest) {
   ZqStatModelResult result;
   std::vector<double> probs;
   std::vector<DirGaussGammaMixForEmpiricalNullAlt> models;
-  VarimoTest::CaptureStdout capture;
+  VarimoTest::CaptureOutput capture;
   const DirGaussGammaMixForEmpiricalNullAlt best =
       FitGaussGammaMixModel(result, probs, models, 0.8, {{1, 1}, {2, 1}}, "z", 1.0, 1.0, data);
   const std::vector<std::string> lines = Lines(capture.Text());
@@ -106,7 +106,7 @@ TEST(EmpiricalNull, SearchOverPairsPrintsAndPicksTheBest) {
   EXPECT_EQ(best.GetNumNullComponents(result), bestNull);
 
   // No pairs: nothing fitted, a default model back.
-  VarimoTest::CaptureStdout quiet;
+  VarimoTest::CaptureOutput quiet;
   const DirGaussGammaMixForEmpiricalNullAlt none =
       FitGaussGammaMixModel(result, probs, models, 0.8, {}, "z", 1.0, 1.0, data);
   quiet.Text();

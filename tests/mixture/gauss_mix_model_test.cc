@@ -75,7 +75,7 @@ TEST(GaussMixFit, FindsTheComponentsScikitLearnFinds) {
     ZqStatModelResult result;
     std::vector<double> probs;
     std::vector<ZqDirichletGaussGammaMixtureModel> models;
-    VarimoTest::CaptureStdout quiet;
+    VarimoTest::CaptureOutput quiet;
     const ZqDirichletGaussGammaMixtureModel best =
         FitDirichletGaussGammaMixtureModel(result, probs, models, 1, 5, "x", 1.0, data);
     quiet.Text();
@@ -129,7 +129,7 @@ TEST(GaussMixFit, ProgressLinesWarningsAndTies) {
   ZqStatModelResult result;
   std::vector<double> probs;
   std::vector<ZqDirichletGaussGammaMixtureModel> models;
-  VarimoTest::CaptureStdout capture;
+  VarimoTest::CaptureOutput capture;
   const ZqDirichletGaussGammaMixtureModel best =
       FitDirichletGaussGammaMixtureModel(result, probs, models, 1, 1, "x", 1.0, data);
   const std::vector<std::string> lines = Lines(capture.Text());
@@ -142,7 +142,7 @@ TEST(GaussMixFit, ProgressLinesWarningsAndTies) {
   // The fitness printed is the one returned: the bound plus ln 1!.
   double fitness = 0.0;
   ZqDirichletGaussGammaMixtureModel again(1, "x", 1.0, data);
-  VarimoTest::CaptureStdout quiet;
+  VarimoTest::CaptureOutput quiet;
   ASSERT_TRUE(again.FitModel(fitness, 0.0005, 0.0005, 50000).IsSuccessful());
   quiet.Text();
   std::ostringstream shown;
@@ -152,7 +152,7 @@ TEST(GaussMixFit, ProgressLinesWarningsAndTies) {
   // Running out of cycles warns and still succeeds.
   ZqDirichletGaussGammaMixtureModel slow(3, "x", 1.0, Sample("overlapping"));
   Corvane::ZqScopedThrowCapture warnings;
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   EXPECT_TRUE(slow.FitModel(fitness, 0.0, 0.0, 3).IsSuccessful());
   EXPECT_EQ(out.Text().rfind("Num cycles, fitness difference, paramDiff, var lower bound = 3 ", 0), 0u);
   EXPECT_EQ(warnings.Texts(Corvane::ZqThrowLevel::Warning), Strings{"NumCycles exceeded"});
@@ -181,7 +181,7 @@ TEST(GaussMixFit, SlicesStartTheComponentsAndBadSamplesFail) {
   ASSERT_TRUE(flat.GetModel().Components()[0].GetBayesPriorGaussParams(m, k, a, b).IsSuccessful());
   EXPECT_EQ(b, 0.0);
   double fitness = 0.0;
-  VarimoTest::CaptureStdout quiet;
+  VarimoTest::CaptureOutput quiet;
   const ZqStatModelResult result = flat.FitModel(fitness, 0.0005, 0.0005, 50000);
   EXPECT_EQ(result.GetFailureType(), F::InternalLogicFailure);
   ZqDirichletGaussGammaMixtureModel withNaN(2, "x", 1.0, {1.0, std::nan(""), 2.0, 3.0});

@@ -5,10 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <cmath>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "varimo/mol/krige_report_format.h"
+#include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/molkit/molecule.h"
 
 namespace Varimo {
@@ -33,6 +36,7 @@ TEST(KrigeReportFormat, DecimalsFollowTheSignificantFigures) {
   EXPECT_EQ(ZqGetFormatString(999.0, 4), "%.1f");
   EXPECT_EQ(ZqGetFormatString(1.0, 4), "%.3f");
   EXPECT_EQ(ZqGetFormatString(5.0, 0), "%f");
+  for (const double word : {std::nan(""), HUGE_VAL, -HUGE_VAL}) EXPECT_EQ(ZqGetFormatString(word, 4), "%.0f");
 }
 
 TEST(KrigeReportOptions, DefaultsCopiesAndClear) {
@@ -122,6 +126,14 @@ TEST(KrigeReportOptions, ClassesBoundsAndColours) {
   ZqKrigeReportOptions options;
   options.PushClassificationBoundry(DBL_MAX);
   options.PushClassificationBoundry(-DBL_MAX);
+  options.PushClassificationBoundry(HUGE_VAL);
+  {
+    Corvane::ZqScopedThrowCapture capture;
+    options.PushClassificationBoundry(std::nan(""));
+    EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
+              std::vector<std::string>{
+                  "ZqKrigeReportOptions::PushClassificationBoundry, a boundary that is not a number is refused"});
+  }
   EXPECT_EQ(options.GetNumClassifications(), 0u);
   options.PushClassificationBoundry(7.0);
   options.PushClassificationBoundry(5.0);

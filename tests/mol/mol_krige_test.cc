@@ -99,6 +99,28 @@ TEST(MolKrige, HeldOutBzrPredictionsAndTheirProbabilities) {
   EXPECT_LT(krigeError, 0.8 * meanError);
 }
 
+TEST(MolKrige, AtVarianceZeroTheProbabilitiesAreThoseOfAPointMass) {
+  const Mols mols = ReadBzr();
+  ZqMolKrige model{ZqGlobalKrigeOptions()};
+  for (std::size_t i = 0; i < 20; ++i) ASSERT_TRUE(model.AddTraining(*mols[i], Activity(*mols[i])));
+  ZqKrigeKernel kernel(ZqKrigeKernelType::Exponential);
+  kernel.SetSill(1.0);
+  kernel.SetRange(0.5);
+  kernel.SetNugget(0.0);
+  ASSERT_TRUE(model.TrainFixed(kernel));
+  // A training molecule under a kernel without nugget: no uncertainty left.
+  const ZqMolKrigeResult r = model.GetResult(*mols[3]);
+  ASSERT_TRUE(r.Valid());
+  ASSERT_EQ(r.GetVariance(), 0.0);
+  const double y = r.GetResponse();
+  EXPECT_EQ(ZqProbabilityLessThan(r, y - 1e-9), 0.0);
+  EXPECT_EQ(ZqProbabilityLessThan(r, y), 0.5);
+  EXPECT_EQ(ZqProbabilityLessThan(r, y + 1e-9), 1.0);
+  EXPECT_EQ(ZqProbabilityGreaterThan(r, y), 0.5);
+  EXPECT_EQ(ZqProbabilityBetween(r, y + 1.0, y - 1.0), 1.0);
+  EXPECT_EQ(ZqProbabilityBetween(r, y, y + 1.0), 0.5);
+}
+
 TEST(MolKrige, ElementsAreTaggedCopiesThatOutliveClear) {
   const Mols mols = ReadBzr();
   std::map<std::string, const Molkit::ZqMolBase*> byName;  // bzr's names are unique
@@ -167,6 +189,73 @@ TEST(MolKrige, OneFingerprintAddedTwiceIsOneElementWithTwoCopies) {
     EXPECT_NE(&r.GetElement(e, 0), &r.GetElement(e, 1));
   }
   EXPECT_EQ(folded, 1u);
+}
+
+TEST(MolKrige, UnmeasuredAndConformerSetRoutes) {
+  const std::vector<std::pair<std::string, double>> series = {
+      {"CCO", 5.0}, {"CCCO", 5.5}, {"CCN", 4.0}, {"CCCCO", 6.5}, {"OCCO", 3.0}, {"CCCN", 4.5}};
+  ZqMolKrige plain{ZqGlobalKrigeOptions()}, conformers{ZqGlobalKrigeOptions()};
+  for (const auto& [smiles, y] : series) {
+    ASSERT_TRUE(plain.AddTraining(*Smiles(smiles), y));
+    ASSERT_TRUE(conformers.AddTraining(Molkit::ZqMCMolBase(*Smiles(smiles)), y));
+  }
+  ASSERT_TRUE(plain.AddUnmeasuredTraining(*Smiles("CCCCN"), 9.0));
+  ASSERT_TRUE(conformers.AddUnmeasuredTraining(Molkit::ZqMCMolBase(*Smiles("CCCCN")), 9.0));
+  const ZqKrigeKernel kernel(ZqKrigeKernelType::Exponential);
+  ASSERT_TRUE(plain.TrainFixed(kernel));
+  ASSERT_TRUE(conformers.TrainFixed(kernel));
+  const std::unique_ptr<Molkit::ZqMolBase> query = Smiles("CC(C)O");
+  const ZqMolKrigeResult a = plain.GetResult(*query);
+  const ZqMolKrigeResult b = conformers.GetResult(Molkit::ZqMCMolBase(*query));
+  ASSERT_TRUE(a.Valid() && b.Valid());
+  // A conformer set krieges as its molecule; its training copy is a molecule.
+  EXPECT_EQ(a.GetResponse(), b.GetResponse());
+  EXPECT_EQ(a.GetVariance(), b.GetVariance());
+  ASSERT_EQ(b.GetNumElements(), 7u);
+  unsigned int unmeasured = 0;
+  for (unsigned int e = 0; e < b.GetNumElements(); ++e) {
+    EXPECT_EQ(b.GetElement(e).GetCanonicalSmiles(), a.GetElement(e).GetCanonicalSmiles());
+    if (!b.GetElementIsUnmeasured(e)) continue;
+    ++unmeasured;
+    EXPECT_EQ(b.GetElement(e).GetCanonicalSmiles(), "CCCCN");
+    EXPECT_EQ(b.GetElementResponse(e), 9.0);
+  }
+  EXPECT_EQ(unmeasured, 1u);
+  EXPECT_EQ(b.GetTrainingResponses(true).Count(), 7u);
+  EXPECT_EQ(b.GetTrainingResponses(false).Count(), 6u);
+}
+
+// Tanimoto distances of small molecules take few values, so bin boundaries
+// fall inside runs of equal distance. A global model (pairs i < j) and a
+// local one that reaches every element (pairs later, earlier) bin the same
+// pairs, fit the same kernel and predict alike.
+TEST(MolKrige, GlobalAndAllReachingLocalModelsAgreeOnTiedDistances) {
+  const std::vector<std::string> smiles = {"CC",     "CCC",    "CCCC",   "CCCCC", "CO",    "CCO",   "CCCO",
+                                           "CCCCO",  "CN",     "CCN",    "CCCN",  "CC(C)C", "CC(C)O", "CC(C)N",
+                                           "C=C",    "C=CC",   "CCl",    "CCCl",  "CBr",   "CCBr",  "OCCO",
+                                           "NCCN",   "OCCN",   "CC(=O)O"};
+  ZqMolKrige global{ZqGlobalKrigeOptions()};
+  ZqMolKrige local{ZqLocalKrigeOptions().SetNumLocal(100)};
+  for (std::size_t i = 0; i < smiles.size(); ++i) {
+    const double y = std::sin(1.0 + static_cast<double>(i)) + 0.1 * static_cast<double>(smiles[i].size());
+    ASSERT_TRUE(global.AddTraining(*Smiles(smiles[i]), y));
+    ASSERT_TRUE(local.AddTraining(*Smiles(smiles[i]), y));
+  }
+  ASSERT_TRUE(global.Train());
+  ASSERT_TRUE(local.Train());
+  const ZqVariogram a = global.GetVariogram(), b = local.GetVariogram();
+  ASSERT_EQ(a.GetNumBins(), b.GetNumBins());
+  for (unsigned int bin = 0; bin < a.GetNumBins(); ++bin) {
+    EXPECT_EQ(a.GetDistance(bin), b.GetDistance(bin)) << bin;
+    EXPECT_EQ(a.GetSemivariance(bin), b.GetSemivariance(bin)) << bin;
+  }
+  EXPECT_EQ(global.GetKernel().GetName(), local.GetKernel().GetName());
+  for (const char* query : {"CCCCCO", "CC(C)CO", "ClCCCl"}) {
+    const ZqMolKrigeResult g = global.GetResult(*Smiles(query)), l = local.GetResult(*Smiles(query));
+    ASSERT_TRUE(g.Valid() && l.Valid()) << query;
+    EXPECT_EQ(g.GetKernel().GetName(), l.GetKernel().GetName()) << query;
+    EXPECT_NEAR(g.GetResponse(), l.GetResponse(), 1e-9) << query;
+  }
 }
 
 TEST(MolKrige, DriftPropertiesAreRequiredAndHonoured) {
@@ -251,6 +340,30 @@ TEST(MolKrige, AMethylThatRaisesTheSeriesContributesPositively) {
   const std::vector<double> own = r.GetAtomContributions(*query);
   for (unsigned int a = 0; a < own.size(); ++a) {
     EXPECT_EQ(own[a], constResult.GetAtomContribution(query->GetAtom(a))) << a;
+  }
+
+  // The values by hand. Each neighbour pushes w = weight (response -
+  // baseline); T2 sums the pushes above 1e-10 and T1 the others, negated.
+  // An atom's shares fp = p / P and fn = n / N each sum to 1 over the heavy
+  // atoms, or to 0 where no atom meets that side at all, so the
+  // contributions sum to T1 / T2 [P > 0] - [N > 0] when T1 <= T2, and to
+  // [P > 0] - T2 / T1 [N > 0] otherwise, whatever the volumes.
+  for (const double baseline : {mean, r.GetResponse(), mean + 0.4}) {
+    double above = 0.0, below = 0.0;
+    for (unsigned int e = 0; e < r.GetNumElements(); ++e) {
+      const double w = r.GetElementWeight(e) * (r.GetElementResponse(e) - baseline);
+      if (w > 1e-10) above += w;
+      if (w < 1e-10) below -= w;
+    }
+    const std::vector<double> contributions = r.GetAtomContributions(*query, baseline);
+    double sum = 0.0;
+    for (const double c : contributions) sum += c;
+    const double ratio = below <= above ? below / above : above / below;
+    const std::vector<double> candidates = below <= above ? std::vector<double>{ratio - 1.0, ratio, -1.0, 0.0}
+                                                          : std::vector<double>{1.0 - ratio, 1.0, -ratio, 0.0};
+    double nearest = 1.0;
+    for (const double candidate : candidates) nearest = std::min(nearest, std::fabs(sum - candidate));
+    EXPECT_LT(nearest, 1e-12) << baseline << ": " << sum << " against the ratio " << ratio;
   }
 }
 

@@ -133,16 +133,14 @@ TEST(MolModelFile, AFileOfTheFirstFormatStillLoads) {
   ASSERT_EQ(loaded->GetNumRecords(), 6u);
   EXPECT_EQ(loaded->GetRecord(0).GetName(), "ethanol");
   EXPECT_EQ(loaded->GetKernel().GetName(), "Power(4.000)");
-  // The same records trained afresh find the kernel saved, and predict alike.
-  Varimo::ZqMolModel fresh({});
-  for (std::size_t i = 0; i < loaded->GetNumRecords(); ++i) {
-    ASSERT_TRUE(fresh.AddTraining(loaded->GetRecord(i), loaded->GetResponse(i)));
-  }
-  ASSERT_TRUE(fresh.Train());
-  EXPECT_EQ(fresh.GetKernel().GetSill(), loaded->GetKernel().GetSill());
+  // It predicts with the kernel it saved. (The same records trained afresh
+  // need not find that kernel: the binning of the variogram has changed
+  // since, for the thin last bin of 15 pairs.)
   const std::unique_ptr<Molkit::ZqMolBase> propanol = Molkit::ZqMolFromSmiles("CCCO");
-  EXPECT_EQ(fresh.GetKrige().GetResult(*propanol).GetResponse(),
-            loaded->GetKrige().GetResult(*propanol).GetResponse());
+  const Varimo::ZqMolKrigeResult result = loaded->GetKrige().GetResult(*propanol);
+  ASSERT_TRUE(result.Valid());
+  EXPECT_EQ(result.GetKernel().GetSill(), loaded->GetKernel().GetSill());
+  EXPECT_EQ(result.GetKernel().GetName(), "Power(4.000)");
 }
 
 TEST_F(BzrModel, DamagedFilesAreRefusedWithTheirReason) {

@@ -1,9 +1,13 @@
 // The Molkit layer: SD and SMILES readers on real files checked against
 // RDKit's Python readers (tests/data/mol/make_molkit_refs.py), the messages
 // for records left out, copies of molecules with their data, conformers and
-// hydrogens.
+// hydrogens, and readers on several threads in a host that logs through
+// RDKit itself.
 #include "varimo/platform/molkit/molecule.h"
 
+#include <GraphMol/RWMol.h>
+#include <GraphMol/SmilesParse/SmilesParse.h>
+#include <RDGeneral/RDLog.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -15,7 +19,9 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -395,6 +401,47 @@ TEST(MolkitHydrogens, OnlyAtomsOfAtomicNumberOne) {
   EXPECT_EQ(ammonium.GetAtom(1).GetSymbol(), "H");
   // The nitrogen carries three implicit hydrogens and the bonded deuterium.
   EXPECT_EQ(ammonium.GetAtom(0).GetTotalNumHs(), 4u);
+}
+
+// Readers on four threads at once, each also writing the canonical SMILES of
+// one shared molecule; then a host that has RDKit's logs on, as RDKit's
+// Python module has, still sees its own RDKit failures after ours.
+TEST(MolkitThreads, ConcurrentReadersLeaveTheHostsRDKitLogsAlone) {
+  RDLog::InitLogs();
+  std::ostringstream hostLog;
+  rdErrorLog->SetTee(hostLog);
+  const std::unique_ptr<ZqMolBase> shared = ZqMolFromSmiles("Nc1ccccc1C(=O)O");
+  ASSERT_TRUE(shared);
+  const std::string canonical = shared->GetCanonicalSmiles();
+  const std::string text = "CCO ethanol\nc1ccccc1O phenol\nC1CCNCC1 piperidine\n";
+  constexpr int kRounds = 50;
+  std::vector<std::size_t> read(4, 0), sameSmiles(4, 0);
+  std::vector<std::thread> readers;
+  for (std::size_t t = 0; t < read.size(); ++t) {
+    readers.emplace_back([&, t] {
+      for (int round = 0; round < kRounds; ++round) {
+        Mols mols;
+        Texts errors;
+        ZqReadSmilesText(text, mols, errors);
+        read[t] += mols.size();
+        sameSmiles[t] += shared->GetCanonicalSmiles() == canonical ? 1 : 0;
+      }
+    });
+  }
+  for (std::thread& reader : readers) reader.join();
+  EXPECT_EQ(read, std::vector<std::size_t>(4, 3 * kRounds));
+  EXPECT_EQ(sameSmiles, std::vector<std::size_t>(4, kRounds));
+  EXPECT_EQ(canonical, "Nc1ccccc1C(=O)O");
+
+  Mols mols;
+  Texts errors;
+  ZqReadSmilesText("C1CC( broken\n", mols, errors);
+  EXPECT_EQ(errors.size(), 1u);
+  hostLog.str("");
+  const std::unique_ptr<RDKit::RWMol> hostMol(RDKit::SmilesToMol("c1cc("));
+  EXPECT_EQ(hostMol, nullptr);
+  EXPECT_NE(hostLog.str().find("SMILES Parse Error"), std::string::npos) << hostLog.str();
+  rdErrorLog->ClearTee();
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The multivariate laws with their marginals, the univariate mixtures and
 // the empirical law of a sample: values against scipy.stats
 // (tests/data/pdf/make_multivariate_refs.py), draws against moments, and
-// the failures their Parts promise.
+// the failures their headers promise.
 #include <gtest/gtest.h>
 
 #include <cmath>

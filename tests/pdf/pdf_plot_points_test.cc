@@ -263,7 +263,7 @@ TEST(PdfContours, BivariateNormalContoursLieOnTheEllipsesOfTheirLevels) {
   ASSERT_TRUE(status.IsSuccessful());
   std::vector<Numarc::ZqDataSeries> contours(1);
   double xlo = 0, xhi = 0, ylo = 0, yhi = 0;
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   // Bounds inside the window leave the percentiles in force.
   const ZqStatModelResult result =
       ZqGet2DimPDFDensityPlotPoints(contours, xlo, xhi, ylo, yhi, pdf, 0.001, 61, 0.0, 0.0, -2.0, -2.0);
@@ -315,7 +315,7 @@ TEST(PdfContours, WrongNumberOfVariablesAndBadGrids) {
   ASSERT_TRUE(status.IsSuccessful());
   std::vector<Numarc::ZqDataSeries> contours(2);
   double xlo = 7, xhi = 7, ylo = 7, yhi = 7;
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   const ZqStatModelResult wrong =
       ZqGet2DimPDFDensityPlotPoints(contours, xlo, xhi, ylo, yhi, three, 0.01, 21, 0, 0, 0, 0);
   EXPECT_EQ(wrong.GetFailureType(), Failure::WrongPDFType);

@@ -136,9 +136,7 @@ TEST(PredColumnsSmoother, FailuresCarryTheirRoutines) {
   XPlusMeanSimilarity failing("y", {"x", "S"}, Table());
   failing.SetModelParams({1.0});
   const ZqStatModelResult atRow1 = failing.GetTrainingSetResults().GetResultOfRegression();
-  EXPECT_EQ(Context(atRow1), (std::vector<std::string>{"XPlusMeanSimilarity",
-                                                       "ZqLinearSmootherOnPredColumnsBase::GetPredictedResponseCols",
-                                                       "ZqLinearSmootherOnPredColumnsBase::GetRegressionResults"}));
+  EXPECT_EQ(Context(atRow1).front(), "XPlusMeanSimilarity");
   EXPECT_EQ(Context(failing.GetTestSetResults("nothing", {"x", "S"}, Table()).GetResultOfRegression()).back(),
             "ZqLinearSmootherOnPredColumnsBase::GetTestSetResults");
   EXPECT_STREQ(ZqLinearSmootherOnPredColsType::TypeName[1], "Kriging on Vec of Pred Columns");

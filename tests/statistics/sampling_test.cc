@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
 #include <vector>
 
 #include "varimo/platform/numarc/generators.h"
@@ -19,22 +20,26 @@ Ids Sorted(Ids ids) {
   return ids;
 }
 
-TEST(SampleWithoutReplacement, FollowsThePartialShuffle) {
-  // Replays the documented draws: m falls by one, i from [0, m], then the
-  // entry at m fills the hole at i.
-  Numarc::ZqRanNumEngine engine(3), replay(3);
-  Ids chosen, rest;
+TEST(SampleWithoutReplacement, SplitsThePopulationAtRandomAndRepeatably) {
+  Numarc::ZqRanNumEngine engine(3), same(3);
+  Ids chosen, rest, again, againRest;
   ZqSampleWithoutReplacement(engine, chosen, rest, 3, kPopulation);
-  Ids scratch = kPopulation, expected;
-  std::size_t m = scratch.size();
-  for (int k = 0; k < 3; ++k) {
-    --m;
-    const auto i = static_cast<std::size_t>(Numarc::ZqUniformIntRNG(0, static_cast<long>(m))(replay));
-    expected.push_back(scratch[i]);
-    scratch[i] = scratch[m];
+  ZqSampleWithoutReplacement(same, again, againRest, 3, kPopulation);
+  EXPECT_EQ(chosen, again);
+  ASSERT_EQ(chosen.size(), 3u);
+  ASSERT_EQ(rest.size(), 7u);
+  EXPECT_TRUE(std::is_sorted(chosen.begin(), chosen.end()) && std::is_sorted(rest.begin(), rest.end()));
+  Ids all = chosen;
+  all.insert(all.end(), rest.begin(), rest.end());
+  EXPECT_EQ(Sorted(all), Sorted(kPopulation));
+  // Each member is chosen 3 times in 10 over many draws: 3000 of 10000,
+  // within 5 standard deviations (sqrt(10000 0.3 0.7) = 46).
+  std::map<std::uint64_t, int> counts;
+  for (int draw = 0; draw < 10000; ++draw) {
+    ZqSampleWithoutReplacement(engine, chosen, rest, 3, kPopulation);
+    for (const std::uint64_t id : chosen) ++counts[id];
   }
-  EXPECT_EQ(chosen, Sorted(expected));
-  EXPECT_EQ(rest, Sorted(Ids(scratch.begin(), scratch.begin() + 7)));
+  for (const std::uint64_t id : kPopulation) EXPECT_NEAR(counts[id], 3000, 230) << id;
 }
 
 TEST(SampleWithoutReplacement, AllOrMoreReturnsThePopulationUnsortedAndNoRest) {

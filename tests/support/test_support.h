@@ -11,6 +11,8 @@
 #include <limits>
 #include <string>
 
+#include "varimo/platform/corvane/output_sink.h"
+
 namespace VarimoTest {
 
 // Distance in units in the last place between two finite doubles of any sign.
@@ -53,7 +55,19 @@ inline std::string DataPath(const std::string& relative) {
   return std::string(VARIMO_TEST_DATA_DIR) + "/" + relative;
 }
 
-// Captures what the code under test writes to std::cout or std::cerr.
+// What the library prints through its output sink on one stream while this
+// lives; nothing reaches the process's standard streams meanwhile.
+class CaptureOutput {
+ public:
+  explicit CaptureOutput(Corvane::ZqOutputStream stream = Corvane::ZqOutputStream::Out) : stream_(stream) {}
+  std::string Text() const { return capture_.Text(stream_); }
+
+ private:
+  Corvane::ZqOutputStream stream_;
+  Corvane::ZqScopedOutputCapture capture_;
+};
+
+// Captures what is written to the process's standard output or error.
 class CaptureStdout {
  public:
   CaptureStdout() { ::testing::internal::CaptureStdout(); }

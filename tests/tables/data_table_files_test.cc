@@ -152,7 +152,7 @@ TEST(PlainLoaders, DelimitersDifferFromCsv) {
   EXPECT_EQ(tabs.GetColumnFromName("b").GetDouble(1, 0), 4.0);
 
   ZqDataTable noHeader("n");
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   const ZqStatModelResult result = LoadText(ZqLoadDataTableFromPlainFileWithoutHeader, noHeader,
                                             "% leading comment\n1 x\n2,y\n", "plain.txt");
   const std::string printed = out.Text();
@@ -227,7 +227,7 @@ TEST(PgsLoader, LowerTriangularSimilarities) {
       "1,second,0.5,1.0\n"
       "2,third,0.25,0.75,1.0\n";
   ZqDataTable table("t");
-  VarimoTest::CaptureStdout out;
+  VarimoTest::CaptureOutput out;
   const ZqStatModelResult result = [&] {
     Tessik::zqifstream stream;
     stream.OpenText(pgs);

@@ -34,7 +34,8 @@ ZqDataTableCol NamesColumn(const std::vector<std::string>& names) {
 class DataTableTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(table.AddColumn(ZqDataTableCol("x", std::vector<double>{1.0, 2.0, 3.0, 4.0})).IsSuccessful());
+    // A braced list of integers makes a ratio column, not a string.
+    ASSERT_TRUE(table.AddColumn(ZqDataTableCol("x", {1, 2, 3, 4})).IsSuccessful());
     ASSERT_TRUE(table.AddColumn(NamesColumn({"a", "b", "c", "d"})).IsSuccessful());
   }
   ZqDataTable table{"t"};
@@ -80,11 +81,16 @@ TEST_F(DataTableTest, LookupsAndDeletes) {
   EXPECT_EQ(result.ReportStatResultDetails(),
             "\nResult was not successful: \nFailed in Routine: ZqDataTableColSetImpl::GetColumnFromName \n"
             "Failure Reason(s):\nColumn Not Found! \n");
+  // A hit reports on itself, whatever the result held.
+  EXPECT_EQ(table.GetColumnFromName(result, "x").GetColumnName(), "x");
+  EXPECT_TRUE(result.IsSuccessful());
   ZqStatModelResult byFull(true);
   EXPECT_EQ(table.GetColumnFromFullName(byFull, "x").GetColumnName(), "x");
   EXPECT_TRUE(byFull.IsSuccessful());
   table.GetColumnFromFullName(byFull, "missing");
   EXPECT_EQ(byFull.GetFailureType(), Failure::ColumnNotFound);
+  table.GetColumnFromFullName(byFull, "name");
+  EXPECT_TRUE(byFull.IsSuccessful());
 
   ZqStatModelResult deleted = table.DeleteColumn("nope");
   EXPECT_EQ(Comments(deleted), std::vector<std::string>{"Can't find column nope in column set"});

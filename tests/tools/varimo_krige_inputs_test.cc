@@ -195,4 +195,28 @@ TEST_F(Inputs, CapitalExtensionsAndStaleReports) {
   EXPECT_FALSE(std::filesystem::exists(reports + "/1.png"));
 }
 
+// Longer alcohols than any trained on fall outside the best kernel's
+// range; the lesser kernels, asked for, predict them and say which did.
+TEST(InputsFallback, LesserKernelsPredictWhatTheBestCannot) {
+  const std::string train = Scratch("alcohols.smi"), query = Scratch("longer.smi"), pred = Scratch("pred.csv");
+  Write(train, "smiles name act\nCO methanol 1\nCCO ethanol 2\nCCCO propanol 3\nCCCCO butanol 4\n"
+               "CCCCCO pentanol 5\nCCCCCCO hexanol 6\n");
+  Write(query, "CCCCCCCO heptanol\nCCCCCCCCO octanol\nOCCCCCO pentanediol\n");
+  const std::string args = "--train " + train + " --response act --predict " + query + " --out " + pred;
+  Outcome run = Krige(args);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.err, HasSubstr("3 of 3 rows could not be predicted"));
+  run = Krige(args + " --fallback-kernels");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  const std::vector<std::string> lines = Lines(Slurp(pred));
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_EQ(lines[0], "row,name,prediction,variance,neighbours,kernel");
+  const std::string best = run.out.substr(8, run.out.find(' ', 8) - 8);  // "kernel: NAME sill=..."
+  for (std::size_t row = 1; row < lines.size(); ++row) {
+    EXPECT_THAT(lines[row], ::testing::Not(HasSubstr("e+308")));
+    EXPECT_THAT(lines[row], ::testing::Not(::testing::EndsWith("," + best)));
+  }
+}
+
 }  // namespace

@@ -19,8 +19,11 @@
 #include <tuple>
 #include <vector>
 
+#include "progress.h"
 #include "test_support.h"
 #include "varimo/krige/vector_krige.h"
+#include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/corvane/output_sink.h"
 #include "varimo/platform/corvane/strings.h"
 
 namespace {
@@ -412,9 +415,72 @@ TEST(VarimoKrige, ProgressOnStandardErrorAboveThreeHundredRowsUnlessQuiet) {
   }
 }
 
+TEST(VarimoKrige, WarningsAndPrintedLinesEndTheProgressLineFirst) {
+  // The sinks in place before the progress write into the same file, so the
+  // order of the two kinds of text is visible.
+  std::FILE* screen = std::tmpfile();
+  ASSERT_NE(screen, nullptr);
+  const Corvane::ZqThrowSink oldThrow = Corvane::ZqThrow.SetSink(
+      [screen](Corvane::ZqThrowLevel, const std::string& text) { std::fprintf(screen, "[%s]", text.c_str()); });
+  const Corvane::ZqOutputSink oldOutput = Corvane::ZqSetOutputSink(
+      [screen](Corvane::ZqOutputStream, const std::string& text) { std::fprintf(screen, "<%s>", text.c_str()); });
+  {
+    VarimoKrige::Progress progress(1000, true, screen, true);
+    progress.Update(1);
+    progress.Update(2);
+    Corvane::ZqThrow.Warning("Falling back");
+    Corvane::ZqThrow.Warning("again");
+    progress.Update(3);
+    Corvane::ZqPrint(Corvane::ZqOutputStream::Err, "printed");
+    progress.Update(1000);
+    progress.Finish();
+  }
+  // The progress has put the earlier sinks back.
+  Corvane::ZqThrow.Warning("after");
+  std::rewind(screen);
+  std::string text;
+  for (int c = std::fgetc(screen); c != EOF; c = std::fgetc(screen)) text += static_cast<char>(c);
+  std::fclose(screen);
+  Corvane::ZqThrow.SetSink(oldThrow);
+  Corvane::ZqSetOutputSink(oldOutput);
+  EXPECT_EQ(text,
+            "\rvarimo-krige: predicted 1/1000\rvarimo-krige: predicted 2/1000\n[Falling back][again]"
+            "\rvarimo-krige: predicted 3/1000\n<printed>\rvarimo-krige: predicted 1000/1000\n[after]");
+}
+
+// A file predicted as it is read has no total: the rows so far, from 301
+// on; in a log at 1000, 2000, 5000, 10000 rows.
+TEST(VarimoKrige, ProgressWithoutATotalCountsTheRowsSoFar) {
+  std::FILE* log = std::tmpfile();
+  ASSERT_NE(log, nullptr);
+  {
+    VarimoKrige::Progress progress(0, true, log, false);
+    for (std::size_t done = 256; done <= 12000; done += 256) progress.Update(done);
+    progress.Finish();
+  }
+  std::FILE* screen = std::tmpfile();
+  {
+    VarimoKrige::Progress progress(0, true, screen, true);
+    for (std::size_t done : {256, 512, 768}) progress.Update(done);
+    progress.Finish();
+  }
+  std::string text;
+  for (std::FILE* file : {log, screen}) {
+    std::rewind(file);
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+    std::fclose(file);
+  }
+  EXPECT_EQ(text,
+            "varimo-krige: predicted 1024\nvarimo-krige: predicted 2048\nvarimo-krige: predicted 5120\n"
+            "varimo-krige: predicted 10240\n"
+            "\rvarimo-krige: predicted 512\rvarimo-krige: predicted 768\n");
+}
+
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const std::string files = TrainAndPredict() + " --out " + Scratch("pred.csv");
   const std::string drift = DriftFiles() + " --out " + Scratch("pred.csv");
+  const std::string empty = Scratch("empty.csv");
+  std::ofstream(empty).close();
   const std::vector<std::pair<std::string, std::string>> cases = {
       {files + " --response z", "has no column z"},
       {files + " --response name", "column name of "},
@@ -442,6 +508,7 @@ TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
       {files + " --response", "option --response needs a value"},
       {"--response y --predict x.csv --out y.csv", "missing --train"},
       {"--train /nonexistent.csv --response y --predict x.csv --out y.csv", "cannot read /nonexistent.csv"},
+      {"--train " + empty + " --response y --predict x.csv --out y.csv", "No data to work with!"},
   };
   for (const auto& [args, message] : cases) {
     const Outcome run = Krige(args);

@@ -20,6 +20,7 @@ const char* HelpText() {
        varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv|PRED.sdf
                     [--contributions CONTRIB.csv] [--local K [--predict-training]
                     [--max-variogram-size M]] [--drift TAG,...] [--threshold T]
+                    [--fallback-kernels]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
                     [--report DIR [--report-format png|svg|pdf]]
        varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
@@ -87,6 +88,11 @@ columns) of that name.
                          empty molecule with its name)
   --threshold T          also the probability of a true value above T: a column
                          "P(>T)", or the SD field "P(above T)"
+  --fallback-kernels     a query the model cannot predict is tried again with the
+                         kernels its variogram ranks below the model's (each
+                         trained once, when first needed), until one predicts it;
+                         a last column (or SD field) "kernel" names the kernel of
+                         each row
   --contributions FILE   "row,atom,contribution" for each heavy atom of each
                          query (atom: its index in the record from 0, explicit
                          hydrogens counted): how much the atom moves the
@@ -214,7 +220,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "cv takes no --predict, --out, --contributions, --save or --load";
     }
     if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) return "cv takes no --report or --report-format";
-    if (parsed.threshold) return "cv takes no --threshold";
+    if (parsed.threshold || parsed.fallbackKernels) return "cv takes no --threshold or --fallback-kernels";
     return {};
   }
   if (!parsed.reportFormat.empty() && parsed.reportDir.empty()) return "--report-format needs --report DIR";
@@ -257,8 +263,9 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       parsed.help = true;
       return parsed;
     }
-    if (flag == "--predict-training" || flag == "--quiet") {
-      (flag == "--quiet" ? parsed.quiet : parsed.predictTraining) = true;
+    if (flag == "--predict-training" || flag == "--quiet" || flag == "--fallback-kernels") {
+      (flag == "--quiet" ? parsed.quiet : flag == "--fallback-kernels" ? parsed.fallbackKernels : parsed.predictTraining) =
+          true;
       continue;
     }
     std::string* target = nullptr;
@@ -329,8 +336,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (!error.empty()) return std::nullopt;
     return parsed;
   }
-  if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1 || parsed.threshold) {
-    error = "--contributions, --save, --threads and --threshold are only for molecule files (see --help)";
+  if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1 || parsed.threshold ||
+      parsed.fallbackKernels) {
+    error = "--contributions, --save, --threads, --threshold and --fallback-kernels are only for molecule files "
+            "(see --help)";
     return std::nullopt;
   }
   if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) {

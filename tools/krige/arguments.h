@@ -35,6 +35,7 @@ struct Arguments {
   unsigned int threads = 1;           // at most kMaxThreads
   std::optional<double> threshold;    // --threshold T: the column P(>T)
   std::string thresholdText;          // T as given
+  bool fallbackKernels = false;       // a failed global prediction tries the lesser kernels
   std::string reportDir;              // empty: no report images
   std::string reportFormat;           // png, svg or pdf; empty: not given, png
 };

@@ -5,13 +5,18 @@
 #include <cstdio>
 #include <string>
 
+#include "varimo/platform/corvane/output_sink.h"
+
 namespace VarimoKrige {
 
 constexpr int kTrainingFailed = 1;
 constexpr int kBadInput = 2;
 
-// "varimo-krige: MESSAGE" on standard error.
-inline void Say(const std::string& message) { std::fprintf(stderr, "varimo-krige: %s\n", message.c_str()); }
+// "varimo-krige: MESSAGE" on standard error, through the library's output
+// sink, so that an open progress line is ended before it.
+inline void Say(const std::string& message) {
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Err, "varimo-krige: " + message + "\n");
+}
 
 inline int Fail(const std::string& message) {
   Say(message);

@@ -144,27 +144,22 @@ int RunMolecules(const Arguments& args) {
 
   std::unique_ptr<Molkit::ZqMoleculeReader> reader = Molkit::ZqMoleculeReader::Open(args.predictPath, error);
   if (!reader) return Fail(error);
-  Varimo::ZqMolPredictionFormat format;
-  format.variance = true;
-  format.kernel = model->GetSettings().numLocal > 0;
-  if (args.threshold) {
-    format.threshold = args.threshold;
-    format.thresholdText = args.thresholdText;
-  }
-  const bool sd = IsSDOutput(args.outPath);
-  outputs.Out().Write(sd ? std::string() : Varimo::ZqPredictionCsvHeader(format));
+  Varimo::ZqMolScreenOutput output;
+  output.sd = IsSDOutput(args.outPath);
+  output.threshold = args.threshold;
+  output.thresholdText = args.thresholdText;
   if (!args.contributionsPath.empty()) outputs.Contributions().Write("row,atom,contribution\n");
   Reports reports(args, *model);
   Varimo::ZqMolScreenOptions options;
   options.threads = args.threads;
   options.chunkSize = ChunkSize(args.threads);
   options.contributions = !args.contributionsPath.empty();
+  options.fallbackKernels = args.fallbackKernels;
   Progress progress(0, !args.quiet);
-  const Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMolecules(
-      *model, *reader, options, [&](std::vector<Varimo::ZqMolScreenRow>& chunk) {
-        std::string text, contributions;
+  const Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMoleculesInto(
+      *model, *reader, options, output, outputs.Out(), [&](std::vector<Varimo::ZqMolScreenRow>& chunk) {
+        std::string contributions;
         for (Varimo::ZqMolScreenRow& row : chunk) {
-          text += sd ? Varimo::ZqFormatPredictionSD(row, format) : Varimo::ZqFormatPredictionCsv(row, format);
           if (!row.failure.empty()) {
             Say(DescribeRow(row.row, row.record.name) + ": " + row.failure);
             if (reports.Enabled()) reports.RemoveStale(row.row);
@@ -175,7 +170,6 @@ int RunMolecules(const Arguments& args) {
             Say(DescribeRow(row.row, row.record.name) + ": cannot write the report " + reports.PathOf(row.row));
           }
         }
-        outputs.Out().Write(text);
         if (options.contributions) outputs.Contributions().Write(contributions);
         progress.Update(chunk.back().row + 1);
         return true;

@@ -110,7 +110,7 @@ int main(int argc, char** argv) {
     if (!Varimo::ZqIsFiniteRow(x) || !std::isfinite((*responses)[row]) || !model->AddTraining(x, (*responses)[row])) ++skipped;
   }
   if (skipped > 0) {
-    std::fprintf(stderr, "varimo-krige: left out %zu training rows with missing values\n", skipped);
+    VarimoKrige::Say("left out " + std::to_string(skipped) + " training rows with missing values");
   }
 
   // Through the const overload, which leaves the model alone: the other one
@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
   }
   const bool trained = kernel ? model->Train(*kernel) : model->Train();
   if (!trained) {
-    std::fprintf(stderr, "varimo-krige: no kernel could be trained on %s\n", args->trainPath.c_str());
+    VarimoKrige::Say("no kernel could be trained on " + args->trainPath);
     return kTrainingFailed;
   }
   const Varimo::ZqKrigeKernel used = model->GetKernel();

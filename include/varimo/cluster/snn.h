@@ -4,9 +4,9 @@
 // with many links head clusters, items with few are noise, strongly linked
 // heads merge, and the remaining items join a cluster through one strong link.
 //
-// Progress goes to standard error (one "slow unsorted search of size nn" line
-// per neighbour examined, and the parameters and lists of the overload that
-// works them out); failures are warnings through Corvane::ZqThrow with a
+// Progress goes to the error stream of Corvane's output sink (one "slow
+// unsorted search of size nn" line per neighbour examined, and the parameters
+// and lists of the overload that works them out); failures are warnings through Corvane::ZqThrow with a
 // return of 0, the outputs then holding what was reached.
 //
 // Cost: O(n k^2) for n lists of k items, plus O(n^2 log k) to build the lists
@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "varimo/cluster/nnstrength.h"
+#include "varimo/cluster/nn_strength.h"
 
 namespace Varimo {
 

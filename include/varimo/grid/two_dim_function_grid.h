@@ -35,7 +35,7 @@ class ZqTwoDimFuncGrid {
   double GetMaxFuncValue() const { return maxFuncValue_; }
   double GetMinFuncValue() const { return minFuncValue_; }
   // Appends one series per branch of the level's contour. Writes the number
-  // of crossed edges and the first cell of each branch on standard output.
+  // of crossed edges and the first cell of each branch to the output sink.
   ZqStatModelResult PlotContour(double level, std::vector<Numarc::ZqDataSeries>& contours);
 
  private:

@@ -53,11 +53,20 @@ class ZqKrigeBase : public ZqDataModelBase<T> {
   virtual bool AddUnmeasuredTrainingWithID(const T& element, double response, unsigned int id) = 0;
   // Fits the caller's kernel (in place) to the variogram and trains with it.
   virtual bool Train(ZqKrigeKernelBase& kernel) = 0;
-  // Trains with the kernel's parameters as they stand.
+  // Trains with the kernel's parameters as they stand. A covariance matrix
+  // that factorises but is nearly singular (reciprocal condition below
+  // 1e-12: training elements at tiny, non-zero distances) trains all the
+  // same, with a warning that the weights are unreliable; the per-query
+  // models of a local model train without it.
   virtual bool TrainFixed(const ZqKrigeKernelBase& kernel) = 0;
   virtual double GetVariance(const T& element) = 0;
   virtual double GetVariance(const T& element) const = 0;
-  // Not valid on failure.
+  // Not valid on failure. A query equal to a training element (distance 0
+  // to it) gets weight exactly 1 on that element and 0 on the others, and
+  // is valid with every trained kernel, whatever the size of its nugget: its
+  // variance is the nugget as sill - (sill - nugget) comes out in doubles,
+  // which is 0 for a nugget below the rounding unit of the sill, and never
+  // negative.
   virtual ZqKrigeResult GetKrigeResult(const T& element) = 0;
   virtual ZqKrigeResult GetKrigeResult(const T& element) const = 0;
   virtual ZqKrigeKernel GetKernel() = 0;

@@ -6,13 +6,18 @@
 
 #include <Eigen/Core>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <functional>
+#include <limits>
 #include <vector>
 
+#include "varimo/krige/condition_estimate.h"
 #include "varimo/krige/krige_result.h"
 #include "varimo/krige/training_container_impl.h"
 #include "varimo/numerics/dense_algebra.h"
+#include "varimo/platform/corvane/error_handler.h"
 
 namespace Varimo::krige_detail {
 
@@ -22,25 +27,75 @@ namespace Varimo::krige_detail {
 // walked in storage order. The storage of `factor` is kept from one kernel
 // to the next. False when the matrix is not positive definite for this
 // kernel, and also when an entry is not finite, which the factorisation
-// would pass through as NaN.
+// would pass through as NaN. `normOne` receives the 1-norm of the matrix,
+// which the factor no longer shows.
 template <class T, class TT>
 bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const ZqKrigeKernelBase& kernel,
-                      ZqCholeskyFactor& factor) {
+                      ZqCholeskyFactor& factor, double& normOne) {
   const auto n = static_cast<Eigen::Index>(container.GetNumUnique());
   factor.Reset(n);
   const double sill = kernel.GetSill();
   const double diagonal = sill - kernel.GetValue(0.0);
   bool finite = std::isfinite(diagonal);
+  Eigen::VectorXd columnSums = Eigen::VectorXd::Constant(n, std::fabs(diagonal));
   for (Eigen::Index u = 0; u < n; ++u) {
     const ZqCholeskyFactor::Column column = factor.UpperColumn(u);
     for (Eigen::Index v = 0; v < u; ++v) {
       column[v] = sill - kernel.GetValue(container.GetUniqueDistance(static_cast<std::size_t>(u),
                                                                      static_cast<std::size_t>(v)));
       finite = finite && std::isfinite(column[v]);
+      columnSums(u) += std::fabs(column[v]);
+      columnSums(v) += std::fabs(column[v]);
     }
     column[u] = diagonal;
   }
+  normOne = n > 0 ? columnSums.maxCoeff() : 0.0;
   return finite && factor.Factorise();
+}
+
+// Below this reciprocal condition a factorisation that succeeds still gives
+// weights with few correct digits (about -log10 of it are lost): near-
+// duplicate training elements, whose distance is tiny but not zero, make
+// such a covariance matrix.
+inline constexpr double kNearlySingular = 1e-12;
+
+// Warns, naming `routine`, when the covariance matrix of 1-norm `normOne`
+// that `solveInPlace` solves with is nearly singular. The training goes on:
+// the predictions are those of the model, only less accurate.
+inline void WarnIfNearlySingular(const char* routine, double normOne, Eigen::Index n,
+                                 const std::function<void(Eigen::VectorXd&)>& solveInPlace) {
+  const double reciprocal = ZqEstimateReciprocalCondition(normOne, n, solveInPlace);
+  if (reciprocal >= kNearlySingular) return;
+  Corvane::ZqThrow.Warning(
+      "%s, the covariance matrix is nearly singular (reciprocal condition %.3g): training elements at tiny distances "
+      "make the weights unreliable",
+      routine, reciprocal);
+}
+
+// Largest relative residual of the border rows of a universal system: sum
+// of the weights against 1, then sum of w_i p_ik against the query's
+// property k, each relative to the sum of the magnitudes of its terms, so
+// that rounding alone stays near the unit of doubles.
+inline constexpr double kBorderTolerance = 1e-8;
+template <class T, class TT>
+double WorstBorderResidual(const Eigen::Ref<const Eigen::VectorXd>& weights,
+                           const Eigen::Ref<const Eigen::VectorXd>& border,
+                           const ZqKrigeTrainingContainer<T, TT>& container) {
+  const Eigen::Index rows = border.size();
+  Eigen::VectorXd sums = -border, scales = border.cwiseAbs();
+  for (Eigen::Index i = 0; i < weights.size(); ++i) {
+    const std::vector<double> properties = container.GetUniqueProperties(static_cast<std::size_t>(i));
+    sums(0) += weights(i);
+    scales(0) += std::fabs(weights(i));
+    for (Eigen::Index k = 1; k < rows; ++k) {
+      const double term = weights(i) * properties[static_cast<std::size_t>(k - 1)];
+      sums(k) += term;
+      scales(k) += std::fabs(term);
+    }
+  }
+  double worst = 0.0;
+  for (Eigen::Index k = 0; k < rows; ++k) worst = std::max(worst, std::fabs(sums(k)) / std::max(scales(k), 1e-300));
+  return worst;
 }
 
 // Solves U' x = b in place: x = L^-1 b for the lower factor L = U'.
@@ -85,9 +140,15 @@ Eigen::MatrixXd QueryCovarianceBlock(const std::vector<const T*>& queries, std::
 
 // The variance check of the ordinary and universal models: a kriging
 // variance outside [nugget, sill], with a margin of 1e-6 relative, comes
-// from a numerically broken solve. Written so that NaN fails too.
+// from a numerically broken solve. The lower bound also allows the rounding
+// of sill - sum w_i (sill - kernel(d_i)), about one unit of the sill: a
+// query on a training element has the variance sill - (sill - nugget),
+// which a nugget far below the sill (1e-10 of it, say) would otherwise put
+// on either side of the bound by the luck of rounding. Written so that NaN
+// fails too.
 inline bool VarianceInRange(double variance, const ZqKrigeKernelBase& kernel) {
-  return variance >= kernel.GetNugget() * 0.999999 && variance <= kernel.GetSill() * 1.000001;
+  const double rounding = 2.0 * std::numeric_limits<double>::epsilon() * std::fabs(kernel.GetSill());
+  return variance >= kernel.GetNugget() * 0.999999 - rounding && variance <= kernel.GetSill() * 1.000001;
 }
 
 // The unique element whose column of the covariance matrix the query's
@@ -133,7 +194,8 @@ inline constexpr std::size_t kQueryBlock = 256;
 // distance to the query and the unique response, and the copy lists of the
 // elements with several records. The copy lists are filled from the first
 // records of the whole training list, not from the element's own records:
-// that is how results have always reported copies, and reports rely on it.
+// a result's copy k of an element is record k of the training list, which
+// the reports read by that number.
 template <class T, class TT>
 void FillResultElements(ZqKrigeResultImpl& result, const ZqKrigeTrainingContainer<T, TT>& container,
                         const std::vector<double>& distances, const Eigen::VectorXd& weights,

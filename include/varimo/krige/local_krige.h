@@ -50,7 +50,8 @@ class ZqLocalKrigeImpl : public ZqKrigeBase<T> {
   ZqLocalKrigeImpl& operator=(const ZqLocalKrigeImpl&) = delete;
 
   // Unlike the global models, a refused record (NaN or infinite response,
-  // an element without the properties) leaves the model as it was.
+  // an element without the properties, drift properties not all finite,
+  // which also warns) leaves the model as it was.
   bool AddTraining(const T& element, double response) override;
   bool AddTrainingWithID(const T& element, double response, unsigned int id) override;
   bool AddUnmeasuredTraining(const T& element, double response) override;

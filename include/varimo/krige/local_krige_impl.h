@@ -112,6 +112,8 @@ bool ZqLocalKrigeImpl<T, TT>::AddRecord(const T& element, double response, bool 
   // Infinities too: one would turn every prediction near it into NaN.
   if (Tessik::ZqIsNaN(response) || std::isinf(response)) return false;
   if (!propFxn_->HasProperties(element)) return false;
+  std::vector<double> properties;
+  if (!ZqReadFiniteProperties(*propFxn_, element, properties, "ZqLocalKrigeImpl::AddTraining")) return false;
   Invalidate();
   const std::size_t index = data_.size();
   if (sampled_) {
@@ -133,7 +135,7 @@ bool ZqLocalKrigeImpl<T, TT>::AddRecord(const T& element, double response, bool 
   record.isUnmeasured = isUnmeasured;
   record.id = id;
   record.hasID = hasID;
-  for (std::size_t k = 0; k < propFxn_->GetSize(); ++k) record.properties.push_back(propFxn_->GetProperty(element, k));
+  record.properties = std::move(properties);
   data_.push_back(std::move(record));
   return true;
 }
@@ -267,9 +269,9 @@ ZqFullVariogram ZqLocalKrigeImpl<T, TT>::GetFullVariogram() {
   std::vector<std::pair<double, double>> pairs;
   // The outcome lands in variogramValid_, not in fullVariogramValid_: the
   // full variogram is rebuilt on every call, and a later GetVariogram()
-  // finds the plain one marked valid even when it is still empty. Models
-  // have always behaved so, and callers that ask for the full variogram
-  // before training rely on it.
+  // finds the plain one marked valid even when it is still empty: a model
+  // asked for its full variogram before training then fails to train, for
+  // want of bins, until a record is added or the model cleared.
   variogramValid_ = FillDistAndDiffImpl(pairs) && ZqSetupVariogram(fullVariogram_, pairs, true);
   return ZqFullVariogram(fullVariogram_.CreateCopy());
 }

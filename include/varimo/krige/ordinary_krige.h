@@ -33,7 +33,8 @@ class ZqOrdinaryKrige final : public ZqStandardKrigeImpl<T, TT> {
  protected:
   bool TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) override;
   // Not valid when the kriging variance falls outside [nugget, sill] (with
-  // a margin of 1e-6 relative): a numerically broken solve.
+  // a margin of 1e-6 relative, and of the rounding of the variance below):
+  // a numerically broken solve.
   ZqKrigeResult GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
                                const Container& container) const override;
   void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const override;

@@ -29,7 +29,12 @@ bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const C
     return false;
   }
   // A kernel fails on the positive-definiteness of the unbordered matrix.
-  if (!krige_detail::FactorCovariance(container, kernel, cholesky_)) return false;
+  double normOne = 0.0;
+  if (!krige_detail::FactorCovariance(container, kernel, cholesky_, normOne)) return false;
+  if (this->WarnsOfConditioning()) {
+    krige_detail::WarnIfNearlySingular("ZqOrdinaryKrige::TrainFixed", normOne, cholesky_.Order(),
+                                       [this](Eigen::VectorXd& b) { krige_detail::SolveWithFactor(cholesky_, b); });
+  }
   const auto size = static_cast<Eigen::Index>(n);
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);

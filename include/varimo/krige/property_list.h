@@ -7,9 +7,12 @@
 //   if (drift.HasProperties(c)) x = drift.GetProperty(c, 0);
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <vector>
+
+#include "varimo/platform/corvane/error_handler.h"
 
 namespace Varimo {
 
@@ -75,5 +78,27 @@ class ZqPropertyListPushFxn : public ZqPropertyListFxn<T> {
 
   std::vector<std::unique_ptr<ZqPropertyFxn<T>>> entries_;
 };
+
+// The drift properties of a training element, appended to `values`. False
+// when one is not finite (an SD field reading "nan" or "inf", say), with a
+// warning naming `caller`: such a value would turn the least-squares fit of
+// the drift and every bordered solve into NaN, so the element is refused.
+// The caller has checked HasProperties.
+template <class T>
+bool ZqReadFiniteProperties(const ZqPropertyListFxn<T>& properties, const T& element, std::vector<double>& values,
+                            const char* caller) {
+  const std::size_t first = values.size();
+  for (std::size_t k = 0; k < properties.GetSize(); ++k) {
+    const double value = properties.GetProperty(element, k);
+    if (!std::isfinite(value)) {
+      Corvane::ZqThrow.Warning("%s, drift property %zu is not finite (%g): the training element is refused", caller,
+                               k, value);
+      values.resize(first);
+      return false;
+    }
+    values.push_back(value);
+  }
+  return true;
+}
 
 }  // namespace Varimo

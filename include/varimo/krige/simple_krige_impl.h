@@ -27,7 +27,12 @@ bool ZqSimpleKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const Con
     Corvane::ZqThrow.Warning("ZqSimpleKrige::TrainFixed(ZqKrigeKernelBase), unable to train.  No training data");
     return false;
   }
-  if (!krige_detail::FactorCovariance(container, kernel, cholesky_)) return false;
+  double normOne = 0.0;
+  if (!krige_detail::FactorCovariance(container, kernel, cholesky_, normOne)) return false;
+  if (this->WarnsOfConditioning()) {
+    krige_detail::WarnIfNearlySingular("ZqSimpleKrige::TrainFixed", normOne, cholesky_.Order(),
+                                       [this](Eigen::VectorXd& b) { krige_detail::SolveWithFactor(cholesky_, b); });
+  }
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
   mean_ = std::accumulate(uniqueResponses_.begin(), uniqueResponses_.end(), 0.0) / static_cast<double>(n);

@@ -36,6 +36,9 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   ZqStandardKrigeImpl(const ZqStandardKrigeImpl& other);
   ZqStandardKrigeImpl& operator=(const ZqStandardKrigeImpl&) = delete;
 
+  // False, adding nothing, for a NaN response, an element without the drift
+  // properties, or one whose drift properties are not all finite (with a
+  // warning); the model is left untrained all the same.
   bool AddTraining(const T& element, double response) override;
   bool AddTrainingWithID(const T& element, double response, unsigned int id) override;
   bool AddUnmeasuredTraining(const T& element, double response) override;
@@ -98,6 +101,9 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   virtual void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const;
 
   const ZqKrigeKernelBase& TrainedKernel() const { return *kernel_; }
+  // Whether a nearly singular covariance matrix is worth a warning: not for
+  // the per-query models of a local model, which would warn per query.
+  bool WarnsOfConditioning() const { return warnsOfConditioning_; }
 
  private:
   bool AddRecord(const T& element, double response, bool isUnmeasured, unsigned int id, bool hasID);
@@ -106,6 +112,7 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   double errorValue_;
   unsigned int missingIDValue_;
   bool includeUnmeasured_;
+  bool warnsOfConditioning_ = true;
   Container container_;
   bool trained_ = false;
   std::unique_ptr<ZqKrigeKernelBase> kernel_;

@@ -39,6 +39,7 @@ ZqStandardKrigeImpl<T, TT>::ZqStandardKrigeImpl(const Container& container, doub
     : errorValue_(errorValue),
       missingIDValue_(missingIDValue),
       includeUnmeasured_(includeUnmeasured),
+      warnsOfConditioning_(false),
       container_(container) {}
 
 template <class T, class TT>
@@ -47,6 +48,7 @@ ZqStandardKrigeImpl<T, TT>::ZqStandardKrigeImpl(const ZqStandardKrigeImpl& other
       errorValue_(other.errorValue_),
       missingIDValue_(other.missingIDValue_),
       includeUnmeasured_(other.includeUnmeasured_),
+      warnsOfConditioning_(other.warnsOfConditioning_),
       container_(other.container_),
       trained_(other.trained_),
       kernel_(other.kernel_ ? other.kernel_->CreateCopy() : nullptr),

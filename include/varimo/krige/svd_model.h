@@ -44,7 +44,8 @@ class ZqSVD final : public ZqDataModelBase<T> {
   // Minimises |X c - y| over the coefficients c, with X the properties and a
   // column of ones, by a singular value decomposition: a rank-deficient X
   // (more properties than distinct rows, or collinear properties) gets the
-  // minimum-norm solution instead of a failure. False with no training rows.
+  // minimum-norm solution instead of a failure. False with no training rows,
+  // and when a property or a response is not finite.
   bool Train() override;
   // The fitted value; trains first when needed. The error value for an
   // element without the properties or when training fails.

@@ -42,7 +42,11 @@ bool ZqSVD<T>::Train() {
   // column pivoting is the one that stays accurate for tall, badly scaled X.
   Eigen::JacobiSVD<Eigen::MatrixXd, Eigen::ColPivHouseholderQRPreconditioner> svd(
       design, Eigen::ComputeThinU | Eigen::ComputeThinV);
+  // Eigen reports a design or targets that are not finite as InvalidInput;
+  // the solve would give NaN coefficients, or zeros, without a word.
+  if (svd.info() != Eigen::Success || !targets.allFinite()) return false;
   coefficients_ = svd.solve(targets);
+  if (!coefficients_.allFinite()) return false;
   trained_ = true;
   return true;
 }

@@ -170,8 +170,9 @@ bool ZqKrigeTrainingContainer<T, TT>::AddElementAndProperties(Record record) {
   if (propFxn_) {
     const T& element = record.GetElement();
     if (!propFxn_->HasProperties(element)) return false;
-    for (std::size_t k = 0; k < propFxn_->GetSize(); ++k)
-      record.properties.push_back(propFxn_->GetProperty(element, k));
+    if (!ZqReadFiniteProperties(*propFxn_, element, record.properties, "ZqKrigeTrainingContainer::AddElement")) {
+      return false;
+    }
   }
   return AddElement(std::move(record));
 }

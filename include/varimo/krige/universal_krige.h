@@ -53,10 +53,15 @@ class ZqUniversalKrige final : public ZqStandardKrigeImpl<T, TT> {
 
  protected:
   bool TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) override;
-  // Not valid for a query without the properties, for NaN weights (a
-  // singular system: for example two drift properties that are collinear
-  // on the training data), and for a kriging variance outside
-  // [nugget, sill].
+  // Not valid for a query without the properties or with drift values that
+  // are not finite, for NaN weights (with the warning "Universal kriging
+  // failed, NaN weights"), for weights that miss the border's constraints
+  // (sum one, the query's drift) by more than 1e-8 relative (with a
+  // warning), and for a kriging variance outside [nugget, sill]. Drift properties that are collinear on the training data (a
+  // constant one, or one repeated) make the bordered matrix singular, but
+  // its pivoting LDLT factorisation usually still solves the system, and
+  // the predictions are then those of the drift without the redundant
+  // columns.
   ZqKrigeResult GetKrigeResult(const T& element, const ZqKrigeKernelBase& kernel,
                                const Container& container) const override;
 

@@ -54,7 +54,15 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
   if (!ZqFillCovarianceMatrix(system, container, kernel)) return false;
   // The kernel is refused on the covariance block alone: the bordered
   // matrix is indefinite by construction.
-  if (!ZqCholeskyFactor().Compute(system)) return false;
+  if (!system.allFinite()) return false;
+  {
+    ZqCholeskyFactor covariance;
+    if (!covariance.Compute(system)) return false;
+    if (this->WarnsOfConditioning()) {
+      krige_detail::WarnIfNearlySingular("ZqUniversalKrige::TrainFixed", system.cwiseAbs().colwise().sum().maxCoeff(),
+                                         size, [&covariance](Eigen::VectorXd& b) { covariance.SolveInPlace(b); });
+    }
+  }
   uniqueResponses_.resize(n);
   for (std::size_t k = 0; k < n; ++k) uniqueResponses_[k] = container.GetUniqueResponse(k);
 
@@ -89,6 +97,9 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   rightHand(size) = 1.0;
   for (std::size_t k = 0; k < m; ++k)
     rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(element, k);
+  // A query whose drift is not finite has no properties to krige with, as
+  // one without them.
+  if (!rightHand.tail(static_cast<Eigen::Index>(m)).allFinite()) return ZqKrigeResult();
   if (!ldlt_->Valid() || ldlt_->Order() != rightHand.size()) return ZqKrigeResult();
   Eigen::VectorXd weights;
   const std::size_t under = krige_detail::ElementUnderQuery(rightHand.data(), kernel, container);
@@ -106,6 +117,15 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
       Corvane::ZqThrow.Warning("Universal kriging failed, NaN weights");
       return ZqKrigeResult();
     }
+  }
+  // A singular bordered matrix (drift properties collinear on the training
+  // data) still gets a solve; the weights are only usable when they meet
+  // the constraints of the border: a sum of one, and the query's drift.
+  const double residual = krige_detail::WorstBorderResidual(weights.head(size), rightHand.tail(1 + m), container);
+  if (!(residual <= krige_detail::kBorderTolerance)) {
+    Corvane::ZqThrow.Warning("Universal kriging failed, the weights miss the drift constraints (residual %.3g)",
+                             residual);
+    return ZqKrigeResult();
   }
 
   auto result = std::make_unique<ZqKrigeResultImpl>();

@@ -10,7 +10,8 @@
 // to 1e-30) make a bin of their own, fewer join the first ordinary bin. Of
 // the N other pairs, the first bin takes min(100, N / 15), each next bin
 // twice as many up to N / 5, and once two bins stand, a tail too short for
-// two more bins goes whole into the last one.
+// two more bins goes whole into the last one (9 pairs make bins of 1, 1, 2,
+// 2 and 3).
 #pragma once
 
 #include <memory>
@@ -79,8 +80,11 @@ class ZqVariogram {
 };
 
 // Bins (distance, response difference) pairs into `variogram`, which is
-// cleared first; with `sort`, the pairs are first sorted by distance in
-// place. Pairs with a NaN distance are removed from `pairs` first. False
+// cleared first; with `sort`, the pairs are first sorted in place by
+// distance, equal distances by squared difference and then by difference:
+// the same pairs in any order, or with their differences' signs flipped,
+// give the same bins. Pairs with a NaN distance are removed from `pairs`
+// first. False
 // for no pairs, and when every pair is at distance zero (then
 // the plain variogram keeps its zero bin if there were 50 pairs or more; the
 // full variogram stays empty).

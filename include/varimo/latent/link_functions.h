@@ -9,7 +9,8 @@ namespace Varimo {
 inline constexpr unsigned int kZqLogisticRegressionType = 2;
 
 // The standard normal density exp(-z^2 / 2) / 2.50662827463. The constant is
-// sqrt(2 pi) to those digits only, as the probit fits have always used.
+// sqrt(2 pi) to those digits only: the probit fits are defined with it, and
+// their last digits follow it.
 double Norm(double z);
 // The normal density of mean and sigma: Norm((z - mean) / sigma) / sigma.
 double Norm(double mean, double sigma, double z);

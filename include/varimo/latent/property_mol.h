@@ -8,7 +8,8 @@
 //   for (auto& mol : training) scores.AddTraining(*mol);
 //   if (scores.Train()) Varimo::ZqMolKrige model(scores, Varimo::ZqGlobalKrigeOptions());
 //
-// The constructor and Train() write their report to standard output;
+// The constructor and Train() print their report through Corvane's output
+// sink;
 // warnings go through Corvane::ZqThrow.
 #pragma once
 

@@ -11,7 +11,7 @@
 //   ZqUniVarPDF predictive = best.GetPosteriorPredictiveDist(result);
 //
 // The fits are deterministic: no random start anywhere. They write their
-// progress on standard output.
+// progress through Corvane's output sink (standard output by default).
 #pragma once
 
 #include <string>

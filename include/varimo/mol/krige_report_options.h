@@ -79,8 +79,9 @@ class ZqKrigeReportOptions {
   std::string GetPropertyValue(unsigned long i, const Molkit::ZqMCMolBase& mol) const;
   void ClearProperties();
 
-  // Classes of the response, split at the boundaries (±DBL_MAX are
-  // refused silently; a boundary pushed twice is kept once). Their
+  // Classes of the response, split at the boundaries (±DBL_MAX and the
+  // infinities are refused silently, NaN with a warning; a boundary pushed
+  // twice is kept once). Their
   // colours: those pushed, once there are two or more, else six defaults;
   // class i takes colour i modulo their number.
   void PushClassificationBoundry(double boundary);

@@ -105,7 +105,10 @@ class ZqMolKrigeResult {
 };
 
 // The chance that the true value lies below x, above x, or between a and b
-// (in either order), for a normal law of the result's mean and variance.
+// (in either order), for a normal law of the result's mean and variance. At
+// variance 0 (a query on a training element of a model without nugget) the
+// law is a point mass at the response: below it 0, above it 1, and 1/2 at
+// the response itself, the limit the normal law gives there; never NaN.
 double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x);
 double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x);
 double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b);

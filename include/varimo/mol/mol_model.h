@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -105,6 +106,13 @@ class ZqMolModel {
   ZqKrigeKernel GetKernel() const;
   ZqKrigeTrainedKernels GetTrainedKernels() const { return krige_->GetTrainedKernels(); }
 
+  // For a query the model cannot predict: the first valid result of the
+  // kernels its variogram ranks below its own, each trained once on the
+  // same records when first needed (a global model's other candidates); an
+  // invalid result when none gives one, or for a local model, which walks
+  // its kernels for every query already. May run concurrently.
+  ZqMolKrigeResult GetFallbackResult(const Molkit::ZqMolBase& mol) const;
+
   // The records, in the order added: the copies kept, and their responses.
   std::size_t GetNumRecords() const { return mols_.size(); }
   const Molkit::ZqMolBase& GetRecord(std::size_t i) const { return *mols_[i]; }
@@ -117,11 +125,14 @@ class ZqMolModel {
  private:
   std::string DriftProblem() const;
 
+  class Fallbacks;
+
   ZqMolModelSettings settings_;
   std::unique_ptr<ZqMolKrige> krige_;
   std::vector<std::unique_ptr<Molkit::ZqMolBase>> mols_;
   std::vector<double> responses_;
   bool trained_ = false;
+  std::unique_ptr<Fallbacks> fallbacks_;  // made anew whenever the model trains
 };
 
 }  // namespace Varimo

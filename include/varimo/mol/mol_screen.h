@@ -22,6 +22,7 @@
 #include "varimo/mol/mol_model.h"
 #include "varimo/mol/mol_predict.h"
 #include "varimo/platform/molkit/molecule_reader.h"
+#include "varimo/platform/molkit/output_file.h"
 
 namespace Varimo {
 
@@ -33,6 +34,12 @@ struct ZqMolScreenOptions {
   // Whether to fill each valid prediction's atom contributions, against
   // the model's mean response.
   bool contributions = false;
+  // A global model's prediction that fails is tried again with the next
+  // kernels the model's variogram ranks below its own (each trained once,
+  // when first needed), until one gives a valid prediction; the row's
+  // result then names that kernel. Local models already walk their kernels
+  // for each query.
+  bool fallbackKernels = false;
 };
 
 struct ZqMolScreenRow {
@@ -95,5 +102,28 @@ std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredicti
 // that could not be read is written as an empty molecule with its name, so
 // that the records of the output match those of the input one to one.
 std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictionFormat& format);
+
+// Where screened rows go: a CSV file (with or without its header line, as
+// a partition of a larger output may be) or SD records.
+struct ZqMolScreenOutput {
+  bool sd = false;
+  bool header = true;
+  std::optional<double> threshold;
+  std::string thresholdText;
+};
+
+// The columns of a model's rows: a last "kernel" column for a local model,
+// or when failed predictions fall back to lesser kernels.
+ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
+                                            const ZqMolScreenOutput& output);
+
+// Screens `reader` into `out`: the CSV header (when asked), then the text of
+// every row, chunk by chunk; `each`, when set, sees each chunk after its
+// rows are written (to write further files, draw reports, count) and
+// returns false to stop. The caller commits `out`.
+ZqMolScreenSummary ZqScreenMoleculesInto(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
+                                         const ZqMolScreenOptions& options, const ZqMolScreenOutput& output,
+                                         Molkit::ZqOutputFile& out,
+                                         const std::function<bool(std::vector<ZqMolScreenRow>&)>& each = {});
 
 }  // namespace Varimo

@@ -86,8 +86,8 @@ ZqStatModelResult ZqGetUserDefConstFreqHistPlotPointsForPDFSample(Numarc::ZqData
 // the marginals' percentiles at tailProb / 2 and 1 - tailProb / 2, widened
 // to the caller's bounds; a window that is not finite fails with
 // ArgumentOutOfRange. Each contour's branches are appended in order of
-// level; a closed branch ends with a repeat of its first point. Writes to
-// standard output the marginal means ("mean x, mean y = "), variances
+// level; a closed branch ends with a repeat of its first point. Prints
+// through the output sink the marginal means ("mean x, mean y = "), variances
 // ("Var x, Var y = "), the window ("xlo,xhi,ylo,yhi = ") and the peak
 // ("fMax = "), and the contour tracer's own lines. contours is emptied
 // first. A pdf not of two variables fails with WrongPDFType; a numGrid

@@ -149,7 +149,7 @@ double ZqGetTwoSampleIndepStatForVectors(ZqStatModelResult& result, unsigned int
 
 // The permutation p-value of statistic statType: 1 minus the empirical CDF,
 // at the observed value, of numSimulations values simulated under
-// independence. Prints two lines to standard output,
+// independence. Prints two lines through Corvane's output sink,
 //   min, max = <smallest>; <largest>
 //   90th percentile = <type-8 quantile at 0.9>
 // of the simulated values. Only DistanceCorrelationTestStat can simulate; the

@@ -57,7 +57,7 @@ double ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(ZqStatModelResult& result
                                                        const std::string& name2);
 
 // The permutation p-value of ZqGetPValueForTwoSampleIndepStatistic on the
-// same two vectors, with its two lines on standard output. The bad double
+// same two vectors, with its two lines on the output sink. The bad double
 // on failure, with "ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType"
 // on the chain. Cost: O(numSimulations n^2), n the number of rows.
 double ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(ZqStatModelResult& result,

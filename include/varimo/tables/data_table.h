@@ -30,7 +30,10 @@ class ZqDataTableColSetImpl {
   Corvane::ZqIter<const ZqDataTableCol> GetColumns() const;
   // The first column so named, else the set's null column.
   const ZqDataTableCol& GetColumnFromName(const std::string& name) const;
-  // The same; a miss also fails `result` with ColumnNotFound.
+  // The same, with `result` telling how this lookup went: a success on a
+  // hit (whatever it held before, so that a caller may reuse one result for
+  // several lookups, checking it after each) and a ColumnNotFound failure on
+  // a miss. The lookup by full name does likewise.
   const ZqDataTableCol& GetColumnFromName(ZqStatModelResult& result, const std::string& name) const;
   const ZqDataTableCol& GetColumnFromFullName(ZqStatModelResult& result, const std::string& fullName) const;
   bool ColWithThisNameIsInSet(const std::string& name) const;

@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -117,6 +118,7 @@ class ZqDataTableColBase {
   std::uint64_t GetElementIndex(std::uint64_t row, std::uint64_t col) const;
 
   // Names, kinds, shape and flags, one per line, after a rule of 52 '$'.
+  // The forms without a stream print through Corvane's output sink.
   void PrintSummary(std::ostream& out) const;
   void PrintSummary() const;
   // The summary, then the first `numRows` rows and `numCols` columns as text.
@@ -162,6 +164,12 @@ class ZqDataTableCol {
   // column. A numCols of 0 is taken as 1.
   ZqDataTableCol(const std::string& name, const std::vector<double>& values, std::uint64_t numCols = 1,
                  bool lowerTriangular = false);
+  // The same from a braced list, ZqDataTableCol("x", {1, 2, 3}): without
+  // this form the list could make a std::string (of chars) as well as a
+  // vector, and the call would be ambiguous.
+  ZqDataTableCol(const std::string& name, std::initializer_list<double> values, std::uint64_t numCols = 1,
+                 bool lowerTriangular = false)
+      : ZqDataTableCol(name, std::vector<double>(values), numCols, lowerTriangular) {}
   // A sparse ratio column of numRows rows; unstored elements read as
   // missing. Any type but Ratio gives a null column. The column is read
   // only from the start.

@@ -32,8 +32,8 @@ ZqStatModelResult ZqLoadDataTableFromCSVFileWithHeader(ZqDataTable& table, Tessi
                                                        const std::string& fileName);
 ZqStatModelResult ZqLoadDataTableFromPlainFileWithHeader(ZqDataTable& table, Tessik::zqifstream& stream,
                                                          const std::string& fileName);
-// Also prints each column's summary, first values and distinct values to
-// standard output.
+// Also prints each column's summary, first values and distinct values
+// through Corvane's output sink.
 ZqStatModelResult ZqLoadDataTableFromPlainFileWithoutHeader(ZqDataTable& table, Tessik::zqifstream& stream,
                                                             const std::string& fileName);
 ZqStatModelResult ZqLoadDataTableFromArffFile(ZqDataTable& table, Tessik::zqifstream& stream,
@@ -41,7 +41,7 @@ ZqStatModelResult ZqLoadDataTableFromArffFile(ZqDataTable& table, Tessik::zqifst
 // A lower-triangular similarity matrix: columns "Index" (interval), "Title"
 // (identifier) and "SimilarityMatrix" (ratio, lower triangular); data row i
 // holds Index, Title and i + 1 similarities. With `printColumns` each
-// column's summary and first values go to standard output.
+// column's summary and first values go to the output sink.
 ZqStatModelResult ZqLoadDataTableFromPGSFile(ZqDataTable& table, Tessik::zqifstream& stream,
                                              const std::string& fileName, bool printColumns);
 

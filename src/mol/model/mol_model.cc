@@ -3,8 +3,10 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <utility>
 
+#include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/krige_options.h"
 #include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/corvane/strings.h"
@@ -62,6 +64,55 @@ ZqMolTrainingRecords ZqSelectMolTraining(const std::vector<const Molkit::ZqMolBa
   return set;
 }
 
+// The models of a global model's lesser kernels, made when first needed:
+// copies of the model trained with each kernel ranked below the one in use.
+class ZqMolModel::Fallbacks {
+ public:
+  explicit Fallbacks(const ZqMolKrige& krige) : krige_(krige) {}
+
+  ZqMolKrigeResult Predict(const Molkit::ZqMolBase& mol) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!ranked_) Rank();
+    for (std::size_t k = 0; k < kernels_.size(); ++k) {
+      const ZqMolKrige* model = Model(k);
+      if (!model) continue;
+      ZqMolKrigeResult result = model->GetResult(mol);
+      if (result.Valid()) return result;
+    }
+    return ZqMolKrigeResult();
+  }
+
+ private:
+  void Rank() {
+    ranked_ = true;
+    const std::string used = krige_.GetKernel().GetName();
+    bool below = false;
+    for (const ZqKrigeKernel& kernel : ZqRankKernels(krige_.GetVariogram())) {
+      if (below) kernels_.push_back(kernel);
+      below = below || kernel.GetName() == used;
+    }
+    models_.resize(kernels_.size());
+    usable_.assign(kernels_.size(), true);
+  }
+  // The model of lesser kernel k; null when its covariance matrix does not
+  // factorise.
+  const ZqMolKrige* Model(std::size_t k) {
+    if (!usable_[k]) return nullptr;
+    if (!models_[k]) {
+      models_[k] = std::make_unique<ZqMolKrige>(krige_);
+      usable_[k] = models_[k]->TrainFixed(kernels_[k]);
+    }
+    return usable_[k] ? models_[k].get() : nullptr;
+  }
+
+  const ZqMolKrige& krige_;
+  std::mutex mutex_;
+  bool ranked_ = false;
+  std::vector<ZqKrigeKernel> kernels_;
+  std::vector<std::unique_ptr<ZqMolKrige>> models_;
+  std::vector<bool> usable_;
+};
+
 ZqMolModel::ZqMolModel(ZqMolModelSettings settings)
     : settings_(std::move(settings)), krige_(ZqMakeMolKrige(settings_)) {}
 
@@ -76,6 +127,7 @@ bool ZqMolModel::AddTraining(const Molkit::ZqMolBase& mol, double response) {
   mols_.emplace_back(mol.CreateCopy());
   responses_.push_back(response);
   trained_ = false;
+  fallbacks_.reset();
   return true;
 }
 
@@ -84,6 +136,7 @@ bool ZqMolModel::AddTraining(const Molkit::ZqMolBase& mol, const Printex::ZqVsep
   mols_.emplace_back(mol.CreateCopy());
   responses_.push_back(response);
   trained_ = false;
+  fallbacks_.reset();
   return true;
 }
 
@@ -119,24 +172,37 @@ bool ZqMolModel::Train() {
     trained_ = false;
     return false;
   }
+  fallbacks_.reset();
   if (settings_.kernel.empty()) {
     trained_ = krige_->Train();
-    return trained_;
+  } else {
+    std::optional<ZqKrigeKernel> kernel;
+    for (const ZqKrigeKernelBase& candidate : ZqGetKrigeKernels()) {
+      if (candidate.GetName() == settings_.kernel) {
+        kernel.emplace(candidate);
+        break;
+      }
+    }
+    if (!kernel) {
+      Corvane::ZqThrow.Error("ZqMolModel::Train, no candidate kernel is named \"%s\"", settings_.kernel.c_str());
+      trained_ = false;
+      return false;
+    }
+    trained_ = krige_->Train(*kernel);
   }
-  for (const ZqKrigeKernelBase& candidate : ZqGetKrigeKernels()) {
-    if (candidate.GetName() != settings_.kernel) continue;
-    ZqKrigeKernel kernel(candidate);
-    trained_ = krige_->Train(kernel);
-    return trained_;
-  }
-  Corvane::ZqThrow.Error("ZqMolModel::Train, no candidate kernel is named \"%s\"", settings_.kernel.c_str());
-  trained_ = false;
-  return false;
+  if (trained_) fallbacks_ = std::make_unique<Fallbacks>(*krige_);
+  return trained_;
 }
 
 bool ZqMolModel::TrainWithKernels(const ZqKrigeTrainedKernels& trained) {
   trained_ = krige_->TrainWithKernels(trained);
+  fallbacks_ = trained_ ? std::make_unique<Fallbacks>(*krige_) : nullptr;
   return trained_;
+}
+
+ZqMolKrigeResult ZqMolModel::GetFallbackResult(const Molkit::ZqMolBase& mol) const {
+  if (!fallbacks_ || settings_.numLocal > 0) return ZqMolKrigeResult();
+  return fallbacks_->Predict(mol);
 }
 
 ZqKrigeKernel ZqMolModel::GetKernel() const {

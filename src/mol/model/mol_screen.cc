@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <utility>
 #include <cstdio>
 
 #include "varimo/platform/corvane/strings.h"
@@ -100,6 +102,13 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
     for (std::size_t i = 0; i < chunk.size(); ++i) {
       ZqMolScreenRow& row = chunk[i];
       row.prediction = std::move(predictions[i]);
+      if (row.record.mol && !row.prediction.result.Valid() && options.fallbackKernels) {
+        row.prediction.result = model.GetFallbackResult(*row.record.mol);
+        if (row.prediction.result.Valid() && options.contributions) {
+          row.prediction.contributions =
+              row.prediction.result.GetAtomContributions(*row.record.mol, predict.baseline);
+        }
+      }
       if (!row.record.mol) {
         row.failure = row.record.error;
       } else if (!row.prediction.result.Valid()) {
@@ -162,6 +171,31 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
   if (format.kernel) record += SDField("kernel", predicted ? result.GetKernel().GetName() : std::string());
   if (!predicted) record += SDField("failure", row.failure);
   return record + "$$$$\n";
+}
+
+ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
+                                            const ZqMolScreenOutput& output) {
+  ZqMolPredictionFormat format;
+  format.kernel = model.GetSettings().numLocal > 0 || options.fallbackKernels;
+  format.threshold = output.threshold;
+  format.thresholdText = output.thresholdText;
+  return format;
+}
+
+ZqMolScreenSummary ZqScreenMoleculesInto(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
+                                         const ZqMolScreenOptions& options, const ZqMolScreenOutput& output,
+                                         Molkit::ZqOutputFile& out,
+                                         const std::function<bool(std::vector<ZqMolScreenRow>&)>& each) {
+  const ZqMolPredictionFormat format = ZqPredictionFormatFor(model, options, output);
+  if (output.header && !output.sd) out.Write(ZqPredictionCsvHeader(format));
+  return ZqScreenMolecules(model, reader, options, [&](std::vector<ZqMolScreenRow>& chunk) {
+    std::string text;
+    for (const ZqMolScreenRow& row : chunk) {
+      text += output.sd ? ZqFormatPredictionSD(row, format) : ZqFormatPredictionCsv(row, format);
+    }
+    out.Write(text);
+    return !each || each(chunk);
+  });
 }
 
 }  // namespace Varimo

@@ -24,9 +24,4 @@ void ZqRemoveHydrogensKeepingRecordIndices(RDKit::RWMol& mol);
 // A molecule taking over `graph`.
 std::unique_ptr<ZqMolBase> ZqMakeMol(std::unique_ptr<ZqMolGraph> graph);
 
-// RDKit reports parse failures through its logs as well as through
-// exceptions; the readers report them as their own messages, so the logs
-// are turned off once.
-void ZqSilenceRDKitLogs();
-
 }  // namespace Molkit

@@ -6,12 +6,10 @@
 #include <GraphMol/FileParsers/FileParsers.h>
 #include <GraphMol/SmilesParse/SmilesParse.h>
 #include <GraphMol/SmilesParse/SmilesWrite.h>
-#include <RDGeneral/RDLog.h>
 
 #include <algorithm>
 #include <cctype>
 #include <exception>
-#include <mutex>
 
 #include "mol_graph.h"
 
@@ -27,11 +25,6 @@ const RDKit::Bond& RDBond(const ZqMolBase& mol, unsigned int index) {
 }
 
 }  // namespace
-
-void ZqSilenceRDKitLogs() {
-  static std::once_flag once;
-  std::call_once(once, [] { boost::logging::disable_logs("rdApp.*"); });
-}
 
 unsigned int ZqAtomBase::GetAtomicNum() const {
   return static_cast<unsigned int>(RDAtom(*parent_, index_).getAtomicNum());
@@ -156,7 +149,13 @@ std::size_t ZqMolBase::GetRecordAtomIndex(std::size_t atom) const {
   return atom;
 }
 
-std::string ZqMolBase::GetCanonicalSmiles() const { return RDKit::MolToSmiles(graph_->mol); }
+std::string ZqMolBase::GetCanonicalSmiles() const {
+  // RDKit's writer stores atom ranks and the output order as properties of
+  // the molecule it writes, through a const reference: on the shared graph
+  // that would be a race between threads reading one molecule.
+  const RDKit::ROMol copy(graph_->mol);
+  return RDKit::MolToSmiles(copy);
+}
 
 ZqMCMolBase::ZqMCMolBase(const ZqMolBase& first) : ZqMolBase(first) { confs_.emplace_back(first.CreateCopy()); }
 
@@ -211,7 +210,6 @@ bool HasHydrogenAtom(const std::string& smiles) {
 }  // namespace
 
 std::unique_ptr<ZqMolBase> ZqMolFromSmiles(const std::string& smiles, std::string* error) {
-  ZqSilenceRDKitLogs();
   try {
     // Every atom takes a character: only a longer text can hold too many,
     // and then a parse without perception, which is linear, counts them.

@@ -74,7 +74,6 @@ std::unique_ptr<ZqMolBase> ZqMolFromRecordLines(const std::vector<std::string>& 
   }
   std::string block;
   for (auto it = lines.begin(); it != end + 1; ++it) block += *it + "\n";
-  ZqSilenceRDKitLogs();
   std::unique_ptr<RDKit::RWMol> parsed;
   try {
     if (HasHydrogenAtom(lines, end - lines.begin())) {

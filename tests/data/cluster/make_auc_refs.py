@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Reference values of the ROC area and the median score, for
-tests/cluster/calcauc_test.cc.
+tests/cluster/calc_auc_test.cc.
 
 Run with /usr/bin/python3 (Debian's scikit-learn and numpy); writes
 auc_refs.txt beside this script. Lines:

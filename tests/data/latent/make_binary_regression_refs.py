@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Reference fits of binary regression for tests/latent/logisticregression_test.cc.
+"""Reference fits of binary regression for tests/latent/logistic_regression_test.cc.
 
 Run with /usr/bin/python3 (Debian's scikit-learn, scipy, numpy); writes
 binary_regression_refs.txt beside this script.

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Descriptor table of RDKit's benzodiazepine set and partial least squares
-references for tests/latent/plskrige_test.cc.
+references for tests/latent/pls_krige_test.cc.
 
 Run with /usr/bin/python3 (Debian's python3-rdkit, scikit-learn, numpy);
 writes pls_refs.txt beside this script. The molecules are

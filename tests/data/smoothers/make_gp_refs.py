@@ -7,9 +7,9 @@ Run with /usr/bin/python3; writes gp_refs.txt beside this script:
                  seeded points
   y ...          responses
   new k s...     similarities of new item k to the 12 points
-  gp sigma2 tau2 theta_ml   the variances found by the search the library
-                 specifies (bracket from 0.05 by halving or doubling, then
-                 bisection to 0.001), written again here in numpy, and the
+  gp sigma2 tau2 theta_ml   the variances found by the library's search
+                 (bracket from 0.05 by halving or doubling, then bisection
+                 to 0.001), written again here in numpy, and the
                  maximum of the profile likelihood by scipy's bounded scalar
                  minimiser on the same objective
   gppred k f e   prediction and error of new item k with those variances, by

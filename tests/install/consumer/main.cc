@@ -2,7 +2,7 @@
 // version line and a failure report.
 #include <iostream>
 
-#include "varimo/varimo.h"
+#include <varimo/varimo.h>
 
 int main() {
   std::cout << Varimo::VarimoVersion() << '\n';

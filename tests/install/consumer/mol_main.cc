@@ -2,7 +2,7 @@
 // prints its molecular weight.
 #include <iostream>
 
-#include "varimo/mol.h"
+#include <varimo/mol.h>
 
 int main() {
   const auto mol = Molkit::ZqMolFromSmiles("c1ccccc1O");

@@ -120,7 +120,9 @@ class ZqMolBase : public Corvane::ZqBase {
   // graph, which moves the heavy atoms after them.
   std::size_t GetRecordAtomIndex(std::size_t atom) const;
 
-  // RDKit's canonical SMILES of the graph.
+  // RDKit's canonical SMILES of the graph, written from a copy: the writer
+  // leaves properties on the molecule it writes, and this one may be read
+  // by several threads at once.
   std::string GetCanonicalSmiles() const;
 
   // The RDKit molecule behind it; for the library's own code.

@@ -8,6 +8,11 @@
 // A record that cannot be read is left out with a message naming its
 // number (from 1) and, when known, its name; the others are read. Files
 // may be gzip-compressed (bzr.sdf.gz): they are read through zlib.
+//
+// RDKit's logs are left as the host has set them: RDKit also writes its
+// reasons for an unreadable record there, where a host has them on (with
+// RDLog::InitLogs, as RDKit's Python module does), and nowhere otherwise.
+// Readers may run side by side on different threads.
 #pragma once
 
 #include <cstddef>

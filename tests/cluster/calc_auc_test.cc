@@ -2,7 +2,7 @@
 // scikit-learn's roc_auc_score and medians from numpy.median, written by
 // tests/data/cluster/make_auc_refs.py; the standard errors from the same
 // script's transcription of Hanley and McNeil (1982).
-#include "varimo/cluster/calcauc.h"
+#include "varimo/cluster/calc_auc.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,11 @@
-#include "varimo/latent/logisticregression.h"
+#include "varimo/latent/logistic_regression.h"
 
-#include <iostream>
+#include <sstream>
 
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/minarc/newton_opt.h"
+#include "varimo/platform/corvane/output_sink.h"
 
 namespace Varimo {
 
@@ -29,10 +30,12 @@ double ZqBinaryLinearRegression::MaximizeLogLikelihood() {
   const double bestLogLikelihood = -value;
 
   objective.CalculateScoreVariance(result, sigma_);
-  std::cout << "bestLogLikelihood = " << bestLogLikelihood << "\n";
-  std::cout << "{w opt, sigma opt} = ";
-  for (unsigned int j = 0; j < p_; ++j) std::cout << "{" << result[j] << ", " << sigma_[j] << "}, ";
-  std::cout << "\n";
+  std::ostringstream out;
+  out << "bestLogLikelihood = " << bestLogLikelihood << "\n";
+  out << "{w opt, sigma opt} = ";
+  for (unsigned int j = 0; j < p_; ++j) out << "{" << result[j] << ", " << sigma_[j] << "}, ";
+  out << "\n";
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
   beta_.insert(beta_.end(), result, result + p_);
   return bestLogLikelihood;
 }
@@ -45,17 +48,19 @@ void ZqBinaryLinearRegression::Predict(unsigned int numRows, const std::vector<d
         numRows, p_, beta_.size(), xNew.size());
     return;
   }
-  std::cout << "_p = " << p_ << "\n";
-  std::cout << "beta= ";
-  for (std::size_t j = 0; j < beta_.size(); ++j) std::cout << (j == 0 ? "" : " ") << beta_[j];
-  std::cout << "\n";
+  std::ostringstream out;
+  out << "_p = " << p_ << "\n";
+  out << "beta= ";
+  for (std::size_t j = 0; j < beta_.size(); ++j) out << (j == 0 ? "" : " ") << beta_[j];
+  out << "\n";
   for (unsigned int i = 0; i < numRows; ++i) {
     double z = 0.0;
     for (unsigned int j = 0; j < p_; ++j) z += xNew[static_cast<std::size_t>(i) * p_ + j] * beta_[j];
     const double f = reg_func(regressionType_, z);
     probabilities.push_back(f);
-    std::cout << "i, f_i = " << i << ", " << f << "\n";
+    out << "i, f_i = " << i << ", " << f << "\n";
   }
+  Corvane::ZqPrint(Corvane::ZqOutputStream::Out, out.str());
 }
 
 }  // namespace Varimo

@@ -1,4 +1,4 @@
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/pls_krige.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "varimo/cluster/calcauc.h"
+#include "varimo/cluster/calc_auc.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // The neighbour-strength record: its constructors, links and ordering.
-#include "varimo/cluster/nnstrength.h"
+#include "varimo/cluster/nn_strength.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 // PLSRegression with scaling (and numpy least squares for the full model),
 // all written by tests/data/latent/make_pls_refs.py.
 // Latent vectors carry no fixed sign, so they are compared up to sign.
-#include "varimo/latent/plskrige.h"
+#include "varimo/latent/pls_krige.h"
 
 #include <gtest/gtest.h>
 
@@ -261,7 +261,7 @@ TEST(PartialLeastSquares, HelperFunctions) {
     EXPECT_GE(r, -2.0);
     EXPECT_LE(r, 3.0);
   }
-  VarimoTest::CaptureStdout capture;
+  VarimoTest::CaptureOutput capture;
   EXPECT_EQ(GetRandomDoubleWithinBounds(1.5, 1.5), 1.5);
   EXPECT_EQ(capture.Text(), "lb >= ub in GetRandomDoubleWithinBounds!   1.500000 1.500000 \n");
 }

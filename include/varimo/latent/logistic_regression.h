@@ -8,8 +8,9 @@
 //   fit.MaximizeLogLikelihood();
 //   fit.GetBetaSigma(beta, sigma);
 //
-// Every evaluation of the Hessian writes timing and the current point to
-// standard output, and the fit and Predict write their results there too.
+// Every evaluation of the Hessian prints timing and the current point through
+// Corvane's output sink (standard output by default), and the fit and Predict
+// print their results there too.
 // Nothing fails by report: a singular Hessian (separable labels, collinear
 // predictors) gives infinite or NaN standard errors, and separable labels run
 // the weights outward until the iteration limit. Input that does not fit the
@@ -40,7 +41,7 @@ class ZqRegressionLogLikelihoodOpt : public virtual Minarc::ZqFunc2 {
   double operator()(const double* w) override;
   double operator()(const double* w, double* gradient) override;
   // Also writes "time old = ", " time new =" and the lines "w = ", "g = ",
-  // "h = " to standard output, comparing against CalculateGradientHessian_v2.
+  // "h = " to the output sink, comparing against CalculateGradientHessian_v2.
   double operator()(const double* w, double* gradient, double* hessian) override;
 
   // Not implemented: they report "This method has not been implemented yet."
