@@ -20,7 +20,7 @@ const char* HelpText() {
        varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv|PRED.sdf
                     [--contributions CONTRIB.csv] [--local K [--predict-training]
                     [--max-variogram-size M]] [--drift TAG,...] [--threshold T]
-                    [--fallback-kernels]
+                    [--fallback-kernels] [--no-variance]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
                     [--report DIR [--report-format png|svg|pdf]]
        varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
@@ -93,6 +93,13 @@ columns) of that name.
                          trained once, when first needed), until one predicts it;
                          a last column (or SD field) "kernel" names the kernel of
                          each row
+  --no-variance          the prediction alone, "row,name,prediction" (SD: the
+                         field "prediction"), for ranking a large library: a
+                         global model skips the solve behind the variance and
+                         the neighbours and predicts several times as fast; a
+                         query whose variance would make it fail still gets its
+                         prediction; not with --threshold, --contributions or
+                         --report
   --contributions FILE   "row,atom,contribution" for each heavy atom of each
                          query (atom: its index in the record from 0, explicit
                          hydrogens counted): how much the atom moves the
@@ -220,10 +227,15 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "cv takes no --predict, --out, --contributions, --save or --load";
     }
     if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) return "cv takes no --report or --report-format";
-    if (parsed.threshold || parsed.fallbackKernels) return "cv takes no --threshold or --fallback-kernels";
+    if (parsed.threshold || parsed.fallbackKernels || parsed.noVariance) {
+      return "cv takes no --threshold, --fallback-kernels or --no-variance";
+    }
     return {};
   }
   if (!parsed.reportFormat.empty() && parsed.reportDir.empty()) return "--report-format needs --report DIR";
+  if (parsed.noVariance && (parsed.threshold || !parsed.contributionsPath.empty() || !parsed.reportDir.empty())) {
+    return "--no-variance leaves out what --threshold, --contributions and --report need";
+  }
   if (!parsed.loadPath.empty()) {
     if (!parsed.trainPath.empty() || !parsed.responseName.empty()) {
       return "--load replaces --train and --response";
@@ -263,9 +275,11 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       parsed.help = true;
       return parsed;
     }
-    if (flag == "--predict-training" || flag == "--quiet" || flag == "--fallback-kernels") {
-      (flag == "--quiet" ? parsed.quiet : flag == "--fallback-kernels" ? parsed.fallbackKernels : parsed.predictTraining) =
-          true;
+    if (flag == "--predict-training" || flag == "--quiet" || flag == "--fallback-kernels" || flag == "--no-variance") {
+      (flag == "--quiet"              ? parsed.quiet
+       : flag == "--fallback-kernels" ? parsed.fallbackKernels
+       : flag == "--no-variance"      ? parsed.noVariance
+                                      : parsed.predictTraining) = true;
       continue;
     }
     std::string* target = nullptr;
@@ -337,9 +351,9 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     return parsed;
   }
   if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1 || parsed.threshold ||
-      parsed.fallbackKernels) {
-    error = "--contributions, --save, --threads, --threshold and --fallback-kernels are only for molecule files "
-            "(see --help)";
+      parsed.fallbackKernels || parsed.noVariance) {
+    error = "--contributions, --save, --threads, --threshold, --fallback-kernels and --no-variance are only for "
+            "molecule files (see --help)";
     return std::nullopt;
   }
   if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) {

@@ -155,6 +155,7 @@ int RunMolecules(const Arguments& args) {
   options.chunkSize = ChunkSize(args.threads);
   options.contributions = !args.contributionsPath.empty();
   options.fallbackKernels = args.fallbackKernels;
+  options.meanOnly = args.noVariance;
   Progress progress(0, !args.quiet);
   const Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMoleculesInto(
       *model, *reader, options, output, outputs.Out(), [&](std::vector<Varimo::ZqMolScreenRow>& chunk) {

@@ -47,7 +47,14 @@ bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const C
   krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
   // The Schur complement 1' C^-1 1 of the bordered matrix; positive for a
   // positive definite C unless rounding has destroyed it.
-  return unitSum_ > 0.0 && std::isfinite(unitSum_);
+  if (!(unitSum_ > 0.0 && std::isfinite(unitSum_))) return false;
+  // With the estimated mean b = 1'C^-1 y / 1'C^-1 1, the prediction is
+  // b + c' C^-1 (y - b 1).
+  const double mean = whitenedUnit_.dot(whitenedResponses_) / unitSum_;
+  Eigen::VectorXd meanWeights = cholesky_.triangularView<Eigen::Upper>().solve(whitenedResponses_);
+  meanWeights -= mean * unitSolve_;
+  this->SetMeanSolution(std::move(meanWeights), Eigen::VectorXd::Constant(1, mean));
+  return true;
 }
 
 template <class T, class TT>

@@ -79,7 +79,14 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
     }
   }
   ldlt_->compute(system);
-  return ldlt_->info() == Eigen::Success;
+  if (ldlt_->info() != Eigen::Success) return false;
+  // The system is symmetric, so a query's prediction w'y, with w the head
+  // of S^-1 r, is also r' S^-1 [y; 0]: one solve serves every query.
+  Eigen::VectorXd responses = Eigen::VectorXd::Zero(size + border);
+  responses.head(size) = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size);
+  const Eigen::VectorXd solution = ldlt_->solve(responses);
+  this->SetMeanSolution(solution.head(size), solution.tail(border));
+  return true;
 }
 
 template <class T, class TT>

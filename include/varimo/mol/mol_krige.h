@@ -22,6 +22,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -130,6 +131,12 @@ class ZqMolKrigeImpl {
   virtual ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const = 0;
   virtual ZqVariogram GetVariogram() = 0;
   virtual ZqVariogram GetVariogram() const = 0;
+  // The prediction alone (see ZqMolKrige::PredictMean); this one takes it
+  // from the full result.
+  virtual std::optional<double> PredictMean(const Molkit::ZqMolBase& mol) const {
+    const ZqMolKrigeResult result = GetResult(mol);
+    return result.Valid() ? std::optional<double>(result.GetResponse()) : std::nullopt;
+  }
   virtual void Clear() = 0;
   virtual ZqMolKrigeImpl* CreateCopy() const = 0;
   // The kernel of a trained model (a local model's best ranked one); the
@@ -200,6 +207,15 @@ class ZqMolKrige {
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const { return std::as_const(*impl_).GetResult(mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) { return impl_->GetResult(mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const { return std::as_const(*impl_).GetResult(mol); }
+  // The prediction without its variance, neighbours or contributions, for
+  // ranking large libraries: a trained global model answers in one pass
+  // over the training set instead of a solve per query, equal to
+  // GetResult's response up to rounding. Nothing when there is no
+  // prediction; unlike GetResult, a query whose kriging variance would fall
+  // outside the kernel's range still gets its number, since that variance
+  // is never computed. Const and safe to call concurrently on a trained
+  // model.
+  std::optional<double> PredictMean(const Molkit::ZqMolBase& mol) const { return impl_->PredictMean(mol); }
   ZqVariogram GetVariogram() { return impl_->GetVariogram(); }
   ZqVariogram GetVariogram() const { return std::as_const(*impl_).GetVariogram(); }
   ZqKrigeKernel GetKernel() { return impl_->GetKernel(); }

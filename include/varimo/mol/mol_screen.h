@@ -40,6 +40,10 @@ struct ZqMolScreenOptions {
   // result then names that kernel. Local models already walk their kernels
   // for each query.
   bool fallbackKernels = false;
+  // The prediction alone, for ranking (ZqMolKrige::PredictMean): rows
+  // without variance, neighbours or contributions, in a fraction of the
+  // time for a global model.
+  bool meanOnly = false;
 };
 
 struct ZqMolScreenRow {
@@ -70,7 +74,8 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
 // Why the model gives no valid prediction of `mol`, in words for a
 // message: no heavy atoms, a drift field missing, a molecule the model
 // cannot place (an error value, or a variance outside its kernel's range).
-std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol);
+// `meanOnly`: for a prediction made without its variance.
+std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol, bool meanOnly = false);
 
 // The columns of a prediction row, and their text.
 struct ZqMolPredictionFormat {
@@ -112,8 +117,9 @@ struct ZqMolScreenOutput {
   std::string thresholdText;
 };
 
-// The columns of a model's rows: a last "kernel" column for a local model,
-// or when failed predictions fall back to lesser kernels.
+// The columns of a model's rows: the prediction alone for a mean-only
+// screen; a last "kernel" column for a local model, or when failed
+// predictions fall back to lesser kernels.
 ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
                                             const ZqMolScreenOutput& output);
 

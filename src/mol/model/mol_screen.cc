@@ -41,7 +41,13 @@ std::string Neighbours(const ZqMolKrigeResult& result) {
   return names;
 }
 
-bool Predicted(const ZqMolScreenRow& row) { return row.failure.empty() && row.prediction.result.Valid(); }
+bool Predicted(const ZqMolScreenRow& row) {
+  return row.failure.empty() && (row.prediction.mean || row.prediction.result.Valid());
+}
+
+double Prediction(const ZqMolScreenRow& row) {
+  return row.prediction.mean ? *row.prediction.mean : row.prediction.result.GetResponse();
+}
 
 // An SD data field; a value over several lines keeps them, a blank line
 // (which would end the field) is dropped, and an empty value has no line.
@@ -58,7 +64,7 @@ std::string SDField(const std::string& tag, const std::string& value) {
 
 }  // namespace
 
-std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol) {
+std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol, bool meanOnly) {
   if (mol.GetNumHeavyAtoms() == 0) return "no heavy atoms";
   for (const std::string& tag : model.GetSettings().drift) {
     double value = 0.0;
@@ -68,6 +74,7 @@ std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqM
       return "the drift field " + tag + " is missing or not a number";
     }
   }
+  if (meanOnly) return "the model gives no prediction (not a finite number)";
   return "the model gives no valid prediction: its kriging variance falls outside the kernel's range (a "
          "near-duplicate of training molecules under a kernel with almost no nugget, or a molecule far from all of "
          "them)";
@@ -80,7 +87,8 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
   const std::size_t chunkSize = std::max<std::size_t>(1, options.chunkSize);
   ZqMolPredictOptions predict;
   predict.threads = options.threads;
-  predict.contributions = options.contributions;
+  predict.contributions = options.contributions && !options.meanOnly;
+  predict.meanOnly = options.meanOnly;
   predict.baseline = model.GetMeanResponse();
   std::vector<ZqMolScreenRow> chunk;
   bool more = true;
@@ -102,17 +110,21 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
     for (std::size_t i = 0; i < chunk.size(); ++i) {
       ZqMolScreenRow& row = chunk[i];
       row.prediction = std::move(predictions[i]);
-      if (row.record.mol && !row.prediction.result.Valid() && options.fallbackKernels) {
+      const bool predicted = row.prediction.mean || row.prediction.result.Valid();
+      if (row.record.mol && !predicted && options.fallbackKernels) {
         row.prediction.result = model.GetFallbackResult(*row.record.mol);
-        if (row.prediction.result.Valid() && options.contributions) {
+        if (row.prediction.result.Valid() && options.meanOnly) {
+          row.prediction.mean = row.prediction.result.GetResponse();
+          row.prediction.result = ZqMolKrigeResult();
+        } else if (row.prediction.result.Valid() && options.contributions) {
           row.prediction.contributions =
               row.prediction.result.GetAtomContributions(*row.record.mol, predict.baseline);
         }
       }
       if (!row.record.mol) {
         row.failure = row.record.error;
-      } else if (!row.prediction.result.Valid()) {
-        row.failure = ZqExplainFailedPrediction(model, *row.record.mol);
+      } else if (!row.prediction.mean && !row.prediction.result.Valid()) {
+        row.failure = ZqExplainFailedPrediction(model, *row.record.mol, options.meanOnly);
       }
       if (!row.failure.empty()) ++summary.failed;
     }
@@ -137,7 +149,7 @@ std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredicti
   const ZqMolKrigeResult& result = row.prediction.result;
   const bool predicted = Predicted(row);
   std::string line = std::to_string(row.row) + ',' + CsvField(row.record.name) + ',' +
-                     Number(predicted ? result.GetResponse() : kFailed);
+                     Number(predicted ? Prediction(row) : kFailed);
   if (format.variance) {
     line += ',' + Number(predicted ? result.GetVariance() : kFailed) + ',' +
             CsvField(predicted ? Neighbours(result) : std::string());
@@ -158,7 +170,7 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
   }
   const ZqMolKrigeResult& result = row.prediction.result;
   const bool predicted = Predicted(row);
-  record += SDField("prediction", Number(predicted ? result.GetResponse() : kFailed));
+  record += SDField("prediction", Number(predicted ? Prediction(row) : kFailed));
   if (format.variance) {
     record += SDField("std", Number(predicted ? std::sqrt(result.GetVariance()) : kFailed));
     record += SDField("neighbours", predicted ? Neighbours(result) : std::string());
@@ -176,8 +188,10 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
 ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
                                             const ZqMolScreenOutput& output) {
   ZqMolPredictionFormat format;
-  format.kernel = model.GetSettings().numLocal > 0 || options.fallbackKernels;
-  format.threshold = output.threshold;
+  format.variance = !options.meanOnly;
+  format.kernel = !options.meanOnly && (model.GetSettings().numLocal > 0 || options.fallbackKernels);
+  // A probability needs the variance a mean-only screen never computes.
+  if (!options.meanOnly) format.threshold = output.threshold;
   format.thresholdText = output.thresholdText;
   return format;
 }
