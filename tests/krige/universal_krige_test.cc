@@ -95,6 +95,8 @@ TEST(UniversalKrige, PredictionsAndVariancesMatchTheBorderedSolve) {
     EXPECT_TRUE(VarimoTest::WithinRelative(model->Predict(query), VarimoTest::ToDouble(line[6]), 1e-9));
     EXPECT_TRUE(VarimoTest::WithinRelative(model->GetVariance(query), VarimoTest::ToDouble(line[7]), 1e-9));
     EXPECT_TRUE(VarimoTest::WithinRelative(model->PredictMean(query), VarimoTest::ToDouble(line[6]), 1e-9));
+    EXPECT_TRUE(VarimoTest::WithinRelative(ZqCalculateFullVariance(model->GetKrigeResult(query), kError),
+                                           VarimoTest::ToDouble(line[8]), 1e-9));
   }
   // The weights reproduce the drift: they sum to one.
   const ZqKrigeResult result = model->GetKrigeResult(data.queries[0]);

@@ -314,8 +314,10 @@ TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
        "--report-format must be png, svg or pdf, not gif"},
       {sdf + " --response ACTIVITY --save m.vkm --report r", "--report needs --predict"},
       {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --no-variance --threshold 6",
-       "--no-variance leaves out what --threshold, --contributions and --report need"},
-      {"cv" + sdf + " --response ACTIVITY --no-variance", "cv takes no --threshold, --fallback-kernels or --no-variance"},
+       "--no-variance leaves out what --threshold, --contributions, --report and --variance need"},
+      {"cv" + sdf + " --response ACTIVITY --no-variance", "cv takes no --threshold, --fallback-kernels, --no-variance"},
+      {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --variance wide",
+       "--variance must be kriging or full, not wide"},
   };
   for (const auto& [args, message] : cases) {
     const Outcome run = Krige(args);

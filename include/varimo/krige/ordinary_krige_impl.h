@@ -65,12 +65,13 @@ ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqK
   std::vector<double> distances;
   Eigen::VectorXd weights = krige_detail::QueryCovariances(element, kernel, container, distances);
   const std::size_t under = krige_detail::ElementUnderQuery(weights.data(), kernel, container);
+  double multiplier = 0.0;
   if (under < n) {
     weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
   } else {
     krige_detail::SolveWithFactor(cholesky_, weights);
     // The Lagrange multiplier that makes the weights sum to one.
-    const double multiplier = (weights.sum() - 1.0) / unitSum_;
+    multiplier = (weights.sum() - 1.0) / unitSum_;
     weights -= multiplier * unitSolve_;
   }
   if (!weights.allFinite()) return ZqKrigeResult();
@@ -78,6 +79,8 @@ ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqK
   auto result = std::make_unique<ZqKrigeResultImpl>();
   result->SetKernel(kernel);
   result->SetBaselineResponse(0.0);
+  // The bordered system C w + mu 1 = c has mu = multiplier.
+  result->SetBorderVariance(-multiplier);
   krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
   if (!krige_detail::VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
   return ZqKrigeResult(result.release());

@@ -140,7 +140,10 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   auto result = std::make_unique<ZqKrigeResultImpl>();
   result->SetKernel(kernel);
   result->SetBaselineResponse(0.0);
-  // The multipliers of the constraints (entries n and beyond) go no further.
+  // The multipliers of the constraints (entries n and beyond) give the
+  // border's part of the full variance; the elements take the rest.
+  result->SetBorderVariance(-weights.tail(1 + static_cast<Eigen::Index>(m))
+                                         .dot(rightHand.tail(1 + static_cast<Eigen::Index>(m))));
   krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
   if (!krige_detail::VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
   return ZqKrigeResult(result.release());

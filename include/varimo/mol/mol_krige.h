@@ -59,7 +59,12 @@ class ZqMolKrigeResult {
   bool Valid() const;
   // The largest double when not valid.
   double GetResponse() const;
+  // The kriging variance.
   double GetVariance() const;
+  // The full kriging variance, with the variance of estimating the mean
+  // and the drift (ZqCalculateFullVariance): the one for intervals of a
+  // universal model far outside its drift's training range.
+  double GetFullVariance() const;
 
   // The training elements that carry the prediction: unique fingerprints
   // (or molecules), each with its distance to the query, its weight, and
@@ -105,14 +110,21 @@ class ZqMolKrigeResult {
   std::unique_ptr<ZqMolKrigeResultImpl> impl_;
 };
 
+// Which variance spreads a prediction: the kriging variance, everywhere
+// the default, or the full one (GetFullVariance).
+enum class ZqMolVariance { kKriging, kFull };
+
 // The chance that the true value lies below x, above x, or between a and b
 // (in either order), for a normal law of the result's mean and variance. At
 // variance 0 (a query on a training element of a model without nugget) the
 // law is a point mass at the response: below it 0, above it 1, and 1/2 at
 // the response itself, the limit the normal law gives there; never NaN.
-double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x);
-double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x);
-double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b);
+double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x,
+                             ZqMolVariance variance = ZqMolVariance::kKriging);
+double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x,
+                                ZqMolVariance variance = ZqMolVariance::kKriging);
+double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b,
+                            ZqMolVariance variance = ZqMolVariance::kKriging);
 
 // The implementations behind ZqMolKrige.
 class ZqMolKrigeImpl {

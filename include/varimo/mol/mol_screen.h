@@ -44,6 +44,8 @@ struct ZqMolScreenOptions {
   // without variance, neighbours or contributions, in a fraction of the
   // time for a global model.
   bool meanOnly = false;
+  // The variance of the rows (and of their "std" and "P(>T)").
+  ZqMolVariance variance = ZqMolVariance::kKriging;
 };
 
 struct ZqMolScreenRow {
@@ -53,11 +55,15 @@ struct ZqMolScreenRow {
   // Why there is no prediction: the record's own error, or the reason the
   // model gave none. Empty for a valid prediction.
   std::string failure;
+  // What to beware of in a valid prediction (ZqDescribeDriftExtrapolation);
+  // usually empty.
+  std::string warning;
 };
 
 struct ZqMolScreenSummary {
   std::size_t rows = 0;
   std::size_t failed = 0;
+  std::size_t warned = 0;  // valid rows with a warning
   // Why reading stopped before the end of the file (ZqMoleculeReader's
   // GetError); empty when the whole file was read.
   std::string readError;
@@ -77,6 +83,12 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
 // `meanOnly`: for a prediction made without its variance.
 std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol, bool meanOnly = false);
 
+// For a universal model: which drift field of `mol` lies outside the range
+// of the training records' values, where the prediction extrapolates the
+// drift, as "its drift field F = V lies outside the training range
+// [A, B]"; empty when none does.
+std::string ZqDescribeDriftExtrapolation(const ZqMolModel& model, const Molkit::ZqMolBase& mol);
+
 // The columns of a prediction row, and their text.
 struct ZqMolPredictionFormat {
   // false: the prediction alone ("row,name,prediction" in CSV; no "std"
@@ -89,6 +101,8 @@ struct ZqMolPredictionFormat {
   // The name of the kernel that made each prediction, as a last column or
   // field "kernel": a local model's rows may use different ones.
   bool kernel = false;
+  // Which variance the numbers show.
+  ZqMolVariance varianceKind = ZqMolVariance::kKriging;
 };
 
 // The CSV header line, "row,name,prediction,variance,neighbours" and the

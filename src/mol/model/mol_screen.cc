@@ -45,6 +45,17 @@ bool Predicted(const ZqMolScreenRow& row) {
   return row.failure.empty() && (row.prediction.mean || row.prediction.result.Valid());
 }
 
+// Six significant digits, for messages.
+std::string Short(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6g", value);
+  return text;
+}
+
+double Variance(const ZqMolKrigeResult& result, const ZqMolPredictionFormat& format) {
+  return format.varianceKind == ZqMolVariance::kFull ? result.GetFullVariance() : result.GetVariance();
+}
+
 double Prediction(const ZqMolScreenRow& row) {
   return row.prediction.mean ? *row.prediction.mean : row.prediction.result.GetResponse();
 }
@@ -67,17 +78,27 @@ std::string SDField(const std::string& tag, const std::string& value) {
 std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol, bool meanOnly) {
   if (mol.GetNumHeavyAtoms() == 0) return "no heavy atoms";
   for (const std::string& tag : model.GetSettings().drift) {
-    double value = 0.0;
-    if (!mol.HasSDData(tag) ||
-        !Corvane::ZqStringToNumber(Corvane::ZqStringStripWhiteSpace(mol.GetSDData(tag)), value) ||
-        !std::isfinite(value)) {
-      return "the drift field " + tag + " is missing or not a number";
-    }
+    if (!ZqReadDriftField(mol, tag)) return "the drift field " + tag + " is missing or not a number";
   }
   if (meanOnly) return "the model gives no prediction (not a finite number)";
+  if (const std::string drift = ZqDescribeDriftExtrapolation(model, mol); !drift.empty()) {
+    return "the model gives no valid prediction: " + drift + ", where its kriging variance falls outside the kernel's range";
+  }
   return "the model gives no valid prediction: its kriging variance falls outside the kernel's range (a "
          "near-duplicate of training molecules under a kernel with almost no nugget, or a molecule far from all of "
          "them)";
+}
+
+std::string ZqDescribeDriftExtrapolation(const ZqMolModel& model, const Molkit::ZqMolBase& mol) {
+  const std::vector<std::string>& drift = model.GetSettings().drift;
+  const std::vector<std::pair<double, double>>& ranges = model.GetDriftRanges();
+  for (std::size_t k = 0; k < drift.size() && k < ranges.size(); ++k) {
+    const std::optional<double> value = ZqReadDriftField(mol, drift[k]);
+    if (!value || (*value >= ranges[k].first && *value <= ranges[k].second)) continue;
+    return "its drift field " + drift[k] + " = " + Short(*value) + " lies outside the training range [" +
+           Short(ranges[k].first) + ", " + Short(ranges[k].second) + "]";
+  }
+  return {};
 }
 
 ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
@@ -126,7 +147,15 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
       } else if (!row.prediction.mean && !row.prediction.result.Valid()) {
         row.failure = ZqExplainFailedPrediction(model, *row.record.mol, options.meanOnly);
       }
-      if (!row.failure.empty()) ++summary.failed;
+      if (!row.failure.empty()) {
+        ++summary.failed;
+      } else if (!model.GetSettings().drift.empty()) {
+        row.warning = ZqDescribeDriftExtrapolation(model, *row.record.mol);
+        if (!row.warning.empty()) {
+          row.warning += ": the prediction extrapolates the drift, further than its kriging variance says";
+          ++summary.warned;
+        }
+      }
     }
     summary.rows += chunk.size();
     if (!sink(chunk)) {
@@ -151,10 +180,12 @@ std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredicti
   std::string line = std::to_string(row.row) + ',' + CsvField(row.record.name) + ',' +
                      Number(predicted ? Prediction(row) : kFailed);
   if (format.variance) {
-    line += ',' + Number(predicted ? result.GetVariance() : kFailed) + ',' +
+    line += ',' + Number(predicted ? Variance(result, format) : kFailed) + ',' +
             CsvField(predicted ? Neighbours(result) : std::string());
   }
-  if (format.threshold) line += ',' + Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold) : kFailed);
+  if (format.threshold) {
+    line += ',' + Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold, format.varianceKind) : kFailed);
+  }
   if (format.kernel) line += ',' + CsvField(predicted ? result.GetKernel().GetName() : std::string());
   return line + '\n';
 }
@@ -172,13 +203,14 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
   const bool predicted = Predicted(row);
   record += SDField("prediction", Number(predicted ? Prediction(row) : kFailed));
   if (format.variance) {
-    record += SDField("std", Number(predicted ? std::sqrt(result.GetVariance()) : kFailed));
+    record += SDField("std", Number(predicted ? std::sqrt(Variance(result, format)) : kFailed));
     record += SDField("neighbours", predicted ? Neighbours(result) : std::string());
   }
   if (format.threshold) {
     // A '>' would end the tag early for SD readers, RDKit's among them.
     record += SDField("P(above " + format.thresholdText + ")",
-                      Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold) : kFailed));
+                      Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold, format.varianceKind)
+                                       : kFailed));
   }
   if (format.kernel) record += SDField("kernel", predicted ? result.GetKernel().GetName() : std::string());
   if (!predicted) record += SDField("failure", row.failure);
@@ -189,6 +221,7 @@ ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMol
                                             const ZqMolScreenOutput& output) {
   ZqMolPredictionFormat format;
   format.variance = !options.meanOnly;
+  format.varianceKind = options.variance;
   format.kernel = !options.meanOnly && (model.GetSettings().numLocal > 0 || options.fallbackKernels);
   // A probability needs the variance a mean-only screen never computes.
   if (!options.meanOnly) format.threshold = output.threshold;
