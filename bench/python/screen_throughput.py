@@ -8,7 +8,7 @@ query count, in one run:
 - varimo.screen on a local Dask cluster of 1 and of 2 worker processes of
   one thread each (the cluster's start-up is timed apart);
 - the program's peak resident memory at 10^4 queries and at the full count,
-  which streaming keeps flat.
+  which streaming keeps flat (GNU time, Debian's package time).
 
     PYTHONPATH=build/release/python bench/python/screen_throughput.py build/release/tools/krige/varimo-krige [QUERIES]
 """
@@ -46,15 +46,18 @@ def write_queries(path, count):
             out.write(f"{molecules[k % len(molecules)]} q{k}\n")
 
 
-def run_program(program, args):
-    """Wall seconds and peak resident memory (MiB) of one run."""
+def run_program(program, args, scratch):
+    """Wall seconds and peak resident memory (MiB) of one run. The memory is
+    GNU time's: a child forked from this Python process would report this
+    process's peak as its own, which Linux keeps across exec."""
+    report = os.path.join(scratch, "time.txt")
     start = time.perf_counter()
-    child = subprocess.Popen([program] + args, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    _, status, usage = os.wait4(child.pid, 0)
+    done = subprocess.run(["/usr/bin/time", "-f", "%M", "-o", report, program] + args,
+                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     seconds = time.perf_counter() - start
-    if status != 0:
-        raise RuntimeError(f"{program} {' '.join(args)} failed with status {status}")
-    return seconds, usage.ru_maxrss / 1024.0
+    if done.returncode != 0:
+        raise RuntimeError(f"{program} {' '.join(args)} failed with status {done.returncode}")
+    return seconds, int(open(report).read().split()[-1]) / 1024.0
 
 
 def run_cluster(model, queries, out_dir, workers, count):
@@ -90,11 +93,11 @@ def main():
         results = {}
         for name, args in [("program, 1 thread", ["--threads", "1"]), ("program, 2 threads", ["--threads", "2"]),
                            ("program, 1 thread, --no-variance", ["--threads", "1", "--no-variance"])]:
-            seconds, rss = run_program(program, ["--load", model, "--predict", large, "--out", out] + args)
+            seconds, rss = run_program(program, ["--load", model, "--predict", large, "--out", out] + args, scratch)
             results[name] = seconds
             print(f"{name:40s} {seconds:8.2f} s  {count / seconds:9.0f} mol/s  peak RSS {rss:7.1f} MiB")
-        _, rss_small = run_program(program, ["--load", model, "--predict", small, "--out", out])
-        _, rss_large = run_program(program, ["--load", model, "--predict", large, "--out", out])
+        _, rss_small = run_program(program, ["--load", model, "--predict", small, "--out", out], scratch)
+        _, rss_large = run_program(program, ["--load", model, "--predict", large, "--out", out], scratch)
         print(f"peak RSS at {min(10000, count)} queries {rss_small:.1f} MiB, at {count} {rss_large:.1f} MiB "
               f"(ratio {rss_large / rss_small:.3f})")
         print(f"--no-variance speed-up: {results['program, 1 thread'] / results['program, 1 thread, --no-variance']:.2f}x")
