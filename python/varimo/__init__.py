@@ -13,7 +13,7 @@ from ._base import Kernel, Variogram
 from .kriging import Kriging
 from .mol_kriging import MolKriging, Neighbours, PredictionWarning
 from .report import Report, report
-from .screen import screen
+from ._screening import screen
 
 __version__ = _core.__version__
 

@@ -1,5 +1,6 @@
 #include "vsepr_mol_krige.h"
 
+#include <cmath>
 #include <utility>
 
 #include "mol_krige_result_impl.h"
@@ -64,6 +65,13 @@ ZqMolKrigeResult ZqVseprMolKrigeImpl::Result(Self& self, const M& mol) {
   ZqKrigeResult result = self.krige_.GetKrigeResult(fp);
   return ZqMolKrigeResult(std::make_unique<ZqMolKrigeResultImpl>(std::move(result), self.training_.GetView(),
                                                                  self.krige_.GetVariogram()));
+}
+
+std::optional<double> ZqVseprMolKrigeImpl::PredictMean(const Molkit::ZqMolBase& mol) const {
+  if (!HasDrift(mol)) return std::nullopt;
+  const double prediction = krige_.PredictMean(GetFP(mol));
+  if (prediction == krige_.GetErrorValue() || !std::isfinite(prediction)) return std::nullopt;
+  return prediction;
 }
 
 void ZqVseprMolKrigeImpl::Clear() {

@@ -47,6 +47,7 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const override { return Result(*this, mol); }
+  std::optional<double> PredictMean(const Molkit::ZqMolBase& mol) const override;
   ZqVariogram GetVariogram() override { return krige_.GetVariogram(); }
   ZqVariogram GetVariogram() const override { return krige_.GetVariogram(); }
   ZqKrigeKernel GetKernel() override { return krige_.GetKernel(); }

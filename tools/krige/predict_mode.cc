@@ -155,6 +155,8 @@ int RunMolecules(const Arguments& args) {
   options.chunkSize = ChunkSize(args.threads);
   options.contributions = !args.contributionsPath.empty();
   options.fallbackKernels = args.fallbackKernels;
+  options.meanOnly = args.noVariance;
+  if (args.fullVariance) options.variance = Varimo::ZqMolVariance::kFull;
   Progress progress(0, !args.quiet);
   const Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMoleculesInto(
       *model, *reader, options, output, outputs.Out(), [&](std::vector<Varimo::ZqMolScreenRow>& chunk) {
@@ -165,6 +167,7 @@ int RunMolecules(const Arguments& args) {
             if (reports.Enabled()) reports.RemoveStale(row.row);
             continue;
           }
+          if (!row.warning.empty()) Say(DescribeRow(row.row, row.record.name) + ": " + row.warning);
           if (options.contributions) contributions += ContributionLines(row);
           if (reports.Enabled() && !reports.Draw(row)) {
             Say(DescribeRow(row.row, row.record.name) + ": cannot write the report " + reports.PathOf(row.row));
@@ -178,6 +181,10 @@ int RunMolecules(const Arguments& args) {
   if (!summary.readError.empty()) return Fail(args.predictPath + ": " + summary.readError + "; nothing written");
   if (summary.rows == 0) return Fail(args.predictPath + " holds no molecule record; nothing written");
   if (!outputs.Commit(error)) return Fail(error);
+  if (summary.warned > 0) {
+    Say(std::to_string(summary.warned) + " of " + std::to_string(summary.rows) +
+        " rows extrapolate the drift (named above)");
+  }
   if (summary.failed > 0) {
     Say(std::to_string(summary.failed) + " of " + std::to_string(summary.rows) +
         " rows could not be predicted (named above); they hold the error value 1.7976931348623157e+308");

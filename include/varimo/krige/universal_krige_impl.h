@@ -77,7 +77,14 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
       system(row, i) = system(i, row) = properties[k];
     }
   }
-  return ldlt_->Compute(std::move(system));
+  if (!ldlt_->Compute(std::move(system))) return false;
+  // The system is symmetric, so a query's prediction w'y, with w the head
+  // of S^-1 r, is also r' S^-1 [y; 0]: one solve serves every query.
+  Eigen::VectorXd responses = Eigen::VectorXd::Zero(size + border);
+  responses.head(size) = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size);
+  const Eigen::VectorXd solution = ldlt_->Solve(responses);
+  this->SetMeanSolution(solution.head(size), solution.tail(border));
+  return true;
 }
 
 template <class T, class TT>
@@ -131,7 +138,10 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   auto result = std::make_unique<ZqKrigeResultImpl>();
   result->SetKernel(kernel);
   result->SetBaselineResponse(0.0);
-  // The multipliers of the constraints (entries n and beyond) go no further.
+  // The multipliers of the constraints (entries n and beyond) give the
+  // border's part of the full variance; the elements take the rest.
+  result->SetBorderVariance(-weights.tail(1 + static_cast<Eigen::Index>(m))
+                                         .dot(rightHand.tail(1 + static_cast<Eigen::Index>(m))));
   krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
   if (!krige_detail::VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
   return ZqKrigeResult(result.release());

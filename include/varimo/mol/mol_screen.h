@@ -40,6 +40,12 @@ struct ZqMolScreenOptions {
   // result then names that kernel. Local models already walk their kernels
   // for each query.
   bool fallbackKernels = false;
+  // The prediction alone, for ranking (ZqMolKrige::PredictMean): rows
+  // without variance, neighbours or contributions, in a fraction of the
+  // time for a global model.
+  bool meanOnly = false;
+  // The variance of the rows (and of their "std" and "P(>T)").
+  ZqMolVariance variance = ZqMolVariance::kKriging;
 };
 
 struct ZqMolScreenRow {
@@ -49,11 +55,15 @@ struct ZqMolScreenRow {
   // Why there is no prediction: the record's own error, or the reason the
   // model gave none. Empty for a valid prediction.
   std::string failure;
+  // What to beware of in a valid prediction (ZqDescribeDriftExtrapolation);
+  // usually empty.
+  std::string warning;
 };
 
 struct ZqMolScreenSummary {
   std::size_t rows = 0;
   std::size_t failed = 0;
+  std::size_t warned = 0;  // valid rows with a warning
   // Why reading stopped before the end of the file (ZqMoleculeReader's
   // GetError); empty when the whole file was read.
   std::string readError;
@@ -70,7 +80,14 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
 // Why the model gives no valid prediction of `mol`, in words for a
 // message: no heavy atoms, a drift field missing, a molecule the model
 // cannot place (an error value, or a variance outside its kernel's range).
-std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol);
+// `meanOnly`: for a prediction made without its variance.
+std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol, bool meanOnly = false);
+
+// For a universal model: which drift field of `mol` lies outside the range
+// of the training records' values, where the prediction extrapolates the
+// drift, as "its drift field F = V lies outside the training range
+// [A, B]"; empty when none does.
+std::string ZqDescribeDriftExtrapolation(const ZqMolModel& model, const Molkit::ZqMolBase& mol);
 
 // The columns of a prediction row, and their text.
 struct ZqMolPredictionFormat {
@@ -84,6 +101,8 @@ struct ZqMolPredictionFormat {
   // The name of the kernel that made each prediction, as a last column or
   // field "kernel": a local model's rows may use different ones.
   bool kernel = false;
+  // Which variance the numbers show.
+  ZqMolVariance varianceKind = ZqMolVariance::kKriging;
 };
 
 // The CSV header line, "row,name,prediction,variance,neighbours" and the
@@ -112,8 +131,9 @@ struct ZqMolScreenOutput {
   std::string thresholdText;
 };
 
-// The columns of a model's rows: a last "kernel" column for a local model,
-// or when failed predictions fall back to lesser kernels.
+// The columns of a model's rows: the prediction alone for a mean-only
+// screen; a last "kernel" column for a local model, or when failed
+// predictions fall back to lesser kernels.
 ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
                                             const ZqMolScreenOutput& output);
 
