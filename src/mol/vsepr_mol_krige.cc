@@ -66,6 +66,12 @@ ZqMolKrigeResult ZqVseprMolKrigeImpl::Result(Self& self, const M& mol) {
                                                                  self.krige_.GetVariogram()));
 }
 
+bool ZqVseprMolKrigeImpl::MakeFingerprint(const Molkit::ZqMolBase& mol, ZqVseprPropFP& fp) const {
+  if (!HasDrift(mol)) return false;
+  fp = GetFP(mol);
+  return !fp.IsEmpty();
+}
+
 void ZqVseprMolKrigeImpl::Clear() {
   krige_.Clear();
   training_.Clear();
