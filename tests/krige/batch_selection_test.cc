@@ -205,6 +205,29 @@ TEST(BatchSelection, PicksRespectExclusionsDuplicatesAndThreads) {
   }
 }
 
+// Without a nugget, copies of training points have posterior covariances
+// of rounding noise; the joint draw must still factorise.
+TEST(BatchSelection, ThompsonDrawsOnCopiesOfTrainingPoints) {
+  const Data& d = TestData();
+  auto model = MakeModel(0, false);
+  ZqKrigeKernel kernel = Kernel();
+  kernel.SetNugget(0.0);
+  for (std::size_t i = 0; i < d.training.size(); ++i) model->AddTraining(d.training[i], d.responses[i]);
+  ASSERT_TRUE(model->TrainFixed(kernel));
+  std::vector<Element> pool = d.pool;
+  for (std::size_t i = 0; i < 30; ++i) {
+    pool.push_back(d.training[i]);
+    pool.push_back({d.training[i][0] + 1e-7, d.training[i][1]});
+  }
+  ZqSelectionOptions options;
+  options.batch = ZqBatchKind::Thompson;
+  options.picks = 30;
+  options.candidates = pool.size();
+  const ZqSelection chosen = Select(*model, pool, options);
+  ASSERT_TRUE(chosen.Ok()) << chosen.error;
+  EXPECT_EQ(chosen.picks.size(), 30u);
+}
+
 TEST(BatchSelection, FailuresSayWhy) {
   const Data& d = TestData();
   auto model = Trained(0, false);

@@ -34,6 +34,7 @@
 
 #include <Eigen/Cholesky>
 #include <Eigen/Core>
+#include <Eigen/Eigenvalues>
 
 #include <algorithm>
 #include <cmath>
@@ -525,9 +526,12 @@ class GlobalSelection {
   std::vector<double> incumbents_;
 };
 
-// The joint posterior of the candidates, as a Cholesky factor of their
-// covariance, with the model's variances on the diagonal and the
-// posterior correlations off it.
+// A posterior variance below this share of the sill is rounding noise.
+inline constexpr double kNoiseShare = 1e-10;
+
+// The joint posterior of the candidates, as a square root F (F F' = C;
+// lower triangular when C factorises) of their covariance C, with the
+// model's variances on the diagonal and the posterior correlations off it.
 template <class T, class TT>
 bool JointFactor(const ZqStandardKrigeImpl<T, TT>& model, const std::vector<Member<T>>& members,
                  const PoolScan<T>& scan, unsigned int threads, Eigen::MatrixXd& factor) {
@@ -558,22 +562,31 @@ bool JointFactor(const ZqStandardKrigeImpl<T, TT>& model, const std::vector<Memb
   }
   rhs.resize(0, 0);
   solutions.resize(0, 0);
-  Eigen::VectorXd scale(m), variances(m);
+  // The correlations, from covariances that cancel to rounding noise next
+  // to a training element: there they can exceed 1 in size, so they are
+  // clamped, and a candidate whose posterior variance is lost in the noise
+  // is drawn alone (its value is all but known anyway).
+  Eigen::VectorXd rootGp(m), sd(m), variances(m);
   for (Eigen::Index i = 0; i < m; ++i) {
     const double gp = factor(i, i);
     variances(i) = std::max(scan.variance[members[static_cast<std::size_t>(i)].index], 0.0);
-    scale(i) = gp > 0.0 ? std::sqrt(variances(i) / gp) : 0.0;
+    sd(i) = std::sqrt(variances(i));
+    rootGp(i) = gp > kNoiseShare * sill ? std::sqrt(gp) : 0.0;
   }
   for (Eigen::Index i = 0; i < m; ++i) {
-    for (Eigen::Index j = 0; j < i; ++j) factor(i, j) *= scale(i) * scale(j);
+    for (Eigen::Index j = 0; j < i; ++j) {
+      const double correlation =
+          rootGp(i) > 0.0 && rootGp(j) > 0.0 ? std::clamp(factor(i, j) / (rootGp(i) * rootGp(j)), -1.0, 1.0) : 0.0;
+      factor(i, j) = correlation * sd(i) * sd(j);
+    }
   }
   // Candidates that are near copies of each other make the matrix
-  // semidefinite; a jitter that grows tenfold until it factorises keeps
-  // the draws' correlations while giving the factor a diagonal. The strict
-  // upper triangle keeps the matrix for the next try.
+  // semidefinite; a small jitter that grows tenfold until it factorises
+  // keeps the draws' correlations while giving the factor a diagonal. The
+  // strict upper triangle keeps the matrix for the next try.
   factor.triangularView<Eigen::StrictlyUpper>() = factor.transpose();
   const double mean = std::max(variances.mean(), 1e-300);
-  for (double jitter = 1e-12; jitter < 1.0; jitter *= 10.0) {
+  for (double jitter = 1e-12; jitter < 1e-5; jitter *= 10.0) {
     factor.diagonal() = variances.array() + jitter * mean;
     Eigen::LLT<Eigen::Ref<Eigen::MatrixXd>, Eigen::Lower> llt(factor);
     if (llt.info() == Eigen::Success) {
@@ -582,7 +595,15 @@ bool JointFactor(const ZqStandardKrigeImpl<T, TT>& model, const std::vector<Memb
     }
     factor.triangularView<Eigen::StrictlyLower>() = factor.transpose();
   }
-  return false;
+  // A kernel that is no valid covariance on this distance (a power law on
+  // Tanimoto distances can be one) leaves the matrix indefinite: the draws
+  // then come from its nearest semidefinite matrix, the negative
+  // eigenvalues set to 0, through the square root V sqrt(L).
+  factor.diagonal() = variances;
+  Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> eigen(factor);
+  if (eigen.info() != Eigen::Success) return false;
+  factor = eigen.eigenvectors() * eigen.eigenvalues().cwiseMax(0.0).cwiseSqrt().asDiagonal();
+  return factor.allFinite();
 }
 
 template <class T, class TT>
@@ -603,7 +624,7 @@ ZqSelection Thompson(const ZqStandardKrigeImpl<T, TT>& model, std::vector<Member
   auto draw = [&] {
     Eigen::VectorXd z(m);
     for (Eigen::Index i = 0; i < m; ++i) z(i) = normal(engine);
-    return Eigen::VectorXd(sign * (mean + factor.triangularView<Eigen::Lower>() * z));
+    return Eigen::VectorXd(sign * (mean + factor * z));
   };
   std::vector<char> available(members.size(), 1);
   auto onTraining = [&](const Member<T>& member) {
