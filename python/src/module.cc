@@ -16,6 +16,7 @@ PYBIND11_MODULE(_core, m) {
   VarimoPython::BindAcquisition(m);
   VarimoPython::BindMolecules(m);
   VarimoPython::BindReports(m);
+  VarimoPython::BindScreen(m);
   VarimoPython::BindVectors(m);
   m.attr("__version__") = Varimo::VarimoGetVersion();
 }

@@ -15,6 +15,7 @@
 #include "varimo/mol/mol_cross_validation.h"
 #include "varimo/mol/mol_model_file.h"
 #include "varimo/mol/mol_predict.h"
+#include "varimo/mol/mol_screen.h"
 #include "varimo/mol/mol_selection.h"
 #include "varimo/platform/molkit/molecule_files.h"
 
@@ -172,14 +173,19 @@ std::vector<std::size_t> AddRecords(Varimo::ZqMolModel& model, const Molecules& 
   return refused;
 }
 
-py::tuple Values(const Predictions& predictions) {
+Varimo::ZqMolVariance VarianceKind(bool full) {
+  return full ? Varimo::ZqMolVariance::kFull : Varimo::ZqMolVariance::kKriging;
+}
+
+py::tuple Values(const Predictions& predictions, bool full) {
   const std::size_t n = predictions.results.size();
   py::array_t<double> prediction(n), variance(n);
   py::array_t<bool> valid(n);
   for (std::size_t i = 0; i < n; ++i) {
     const Varimo::ZqMolKrigeResult& result = predictions.results[i].result;
     prediction.mutable_at(i) = result.Valid() ? NanIfFailed(result.GetResponse()) : std::nan("");
-    variance.mutable_at(i) = result.Valid() ? NanIfFailed(result.GetVariance()) : std::nan("");
+    const double v = full ? result.GetFullVariance() : result.GetVariance();
+    variance.mutable_at(i) = result.Valid() ? NanIfFailed(v) : std::nan("");
     valid.mutable_at(i) = result.Valid() && !std::isnan(prediction.at(i)) && !std::isnan(variance.at(i));
   }
   return py::make_tuple(prediction, variance, valid);
@@ -223,12 +229,12 @@ py::list Contributions(const Predictions& predictions, const Molecules& batch) {
   return out;
 }
 
-py::array_t<double> ProbabilityAbove(const Predictions& predictions, double threshold) {
+py::array_t<double> ProbabilityAbove(const Predictions& predictions, double threshold, bool full) {
   const std::size_t n = predictions.results.size();
   py::array_t<double> p(n);
   for (std::size_t i = 0; i < n; ++i) {
     const Varimo::ZqMolKrigeResult& result = predictions.results[i].result;
-    p.mutable_at(i) = result.Valid() ? Varimo::ZqProbabilityGreaterThan(result, threshold) : std::nan("");
+    p.mutable_at(i) = result.Valid() ? Varimo::ZqProbabilityGreaterThan(result, threshold, VarianceKind(full)) : std::nan("");
     if (result.Valid() && !(p.at(i) >= 0.0 && p.at(i) <= 1.0)) p.mutable_at(i) = std::nan("");
   }
   return p;
@@ -303,10 +309,11 @@ void BindMolecules(py::module_& m) {
 
   py::class_<Predictions>(m, "Predictions")
       .def("__len__", [](const Predictions& p) { return p.results.size(); })
-      .def("values", &Values, "(prediction, variance, valid); NaN where a prediction failed")
+      .def("values", &Values, py::arg("full") = false,
+           "(prediction, variance, valid); NaN where a prediction failed; full: the full kriging variance")
       .def("neighbours", &Neighbours, py::arg("k"))
       .def("contributions", &Contributions, py::arg("molecules"))
-      .def("probability_above", &ProbabilityAbove, py::arg("threshold"))
+      .def("probability_above", &ProbabilityAbove, py::arg("threshold"), py::arg("full") = false)
       .def("kernels", [](const Predictions& p) {
         std::vector<std::optional<std::string>> names;
         for (const auto& r : p.results) {
@@ -359,6 +366,17 @@ void BindMolecules(py::module_& m) {
         return predictions;
       }, py::arg("molecules"), py::arg("threads") = 1, py::arg("contributions") = false,
          py::arg("fallback_kernels") = false)
+      .def("drift_extrapolations", [](const Varimo::ZqMolModel& model, const Molecules& batch) {
+        // (row, what lies outside) for each molecule whose drift leaves the
+        // training range.
+        std::vector<std::pair<std::size_t, std::string>> out;
+        for (std::size_t i = 0; i < batch.mols.size(); ++i) {
+          if (!batch.mols[i]) continue;
+          std::string text = Varimo::ZqDescribeDriftExtrapolation(model, *batch.mols[i]);
+          if (!text.empty()) out.emplace_back(i, std::move(text));
+        }
+        return out;
+      }, py::arg("molecules"))
       .def("kernel", [](const Varimo::ZqMolModel& model) { return ToTuple(model.GetKernel()); })
       .def("trained_kernels", [](const Varimo::ZqMolModel& model) { return ToPython(model.GetTrainedKernels()); })
       .def("variogram", [](const Varimo::ZqMolModel& model) {

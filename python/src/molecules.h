@@ -37,5 +37,7 @@ const Molkit::ZqMolBase& At(const Molecules& batch, std::size_t row);
 void BindMolecules(pybind11::module_& m);
 // The report images of predictions.
 void BindReports(pybind11::module_& m);
+// Screening files and partitions of files into output files.
+void BindScreen(pybind11::module_& m);
 
 }  // namespace VarimoPython

@@ -75,3 +75,22 @@ def test_lesser_kernels_predict_what_the_best_cannot():
     with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted"):
         assert np.all(np.isnan(model.predict(longer)))
     assert np.all(np.isfinite(model.set_params(fallback_kernels=True).predict(longer)))
+
+
+def test_a_drift_outside_its_training_range_is_named_and_the_full_variance_grows():
+    import pandas as pd
+
+    train = pd.DataFrame({
+        "smiles": ["CO", "CCO", "CCCO", "CCCCO", "CCCCCO", "CCCCCCO", "CCN", "CCCN", "CCCCN", "CCCCCN"],
+        "d": [0, 0.2, 0.35, 0.5, 0.7, 0.85, 1, 0.4, 0.6, 0.3]})
+    act = [1.1, 2.3, 2.9, 4.2, 4.8, 6.1, 2.2, 3.1, 3.9, 4.6]
+    queries = pd.DataFrame({"smiles": ["CCCCCCN", "CCOC"], "d": [0.5, 3.0]})
+    model = varimo.MolKriging(drift=["d"]).fit(train, act)
+    with pytest.warns(varimo.PredictionWarning, match=r"1 molecules extrapolate the drift.*row 1: its drift field d = "
+                                                      r"3 lies outside the training range \[0, 1\]"):
+        _, kriging = model.predict(queries, return_std=True)
+    with pytest.warns(varimo.PredictionWarning):
+        _, full = model.set_params(variance="full").predict(queries, return_std=True)
+    assert full[0] < 1.5 * kriging[0] and full[1] > 2.0 * kriging[1]
+    with pytest.raises(ValueError, match="variance is 'kriging' or 'full'"):
+        model.set_params(variance="wide").predict(queries)

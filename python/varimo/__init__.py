@@ -13,6 +13,7 @@ from ._base import Kernel, Variogram
 from .kriging import Kriging
 from .mol_kriging import MolKriging, Neighbours, PredictionWarning
 from .report import Report, report
+from ._screening import screen
 
 __version__ = _core.__version__
 
@@ -28,4 +29,5 @@ __all__ = [
     "acquisition",
     "cross_validate",
     "report",
+    "screen",
 ]

@@ -76,6 +76,12 @@ class MolKriging(ChoosingMixin, CoreEstimator):
     errors : {"warn", "raise"}
         A molecule that cannot be read or predicted gives NaN with a
         PredictionWarning, or raises ValueError.
+    variance : {"kriging", "full"}
+        The variance behind ``return_std`` and ``predict_proba_above``: the
+        kriging variance, or the full one, which adds the variance of
+        estimating the mean and the drift; only the full one grows as a
+        universal model's query leaves its drift's training range (as
+        varimo-krige --variance full).
 
     X is a sequence of SMILES strings or RDKit molecules, a DataFrame with a
     column of them, or the path of an SD, SMILES or CSV file; with a path, y
@@ -83,7 +89,8 @@ class MolKriging(ChoosingMixin, CoreEstimator):
     """
 
     def __init__(self, local=None, kernel=None, drift=None, max_path=6, min_path=1, force_paths_out=True,
-                 weight_by_length=False, stereo_aware=False, threads=1, fallback_kernels=False, errors="warn"):
+                 weight_by_length=False, stereo_aware=False, threads=1, fallback_kernels=False, errors="warn",
+                 variance="kriging"):
         self.local = local
         self.kernel = kernel
         self.drift = drift
@@ -95,6 +102,7 @@ class MolKriging(ChoosingMixin, CoreEstimator):
         self.threads = threads
         self.fallback_kernels = fallback_kernels
         self.errors = errors
+        self.variance = variance
 
     # Making the model ----------------------------------------------------
 
@@ -195,12 +203,23 @@ class MolKriging(ChoosingMixin, CoreEstimator):
         data = _inputs.molecules(X, self.drift)
         predictions, _ = _messages.call(self.model_.predict, data.batch, threads, contributions,
                                         bool(self.fallback_kernels))
-        prediction, variance, valid = predictions.values()
+        prediction, variance, valid = predictions.values(self._full_variance())
         failed = dict(data.failures)
         for row in np.flatnonzero(~valid):
             failed.setdefault(int(row), "the prediction failed")
         report_failures(sorted(failed.items()), self.errors)
+        if self.drift:
+            outside = [(row, text) for row, text in self.model_.drift_extrapolations(data.batch) if valid[row]]
+            if outside:
+                warnings.warn(f"{len(outside)} molecules extrapolate the drift, further than the kriging variance "
+                              f"says (variance='full' says it): {_inputs.describe_failures(outside)}",
+                              PredictionWarning, stacklevel=3)
         return data, predictions, prediction, variance
+
+    def _full_variance(self):
+        if self.variance not in ("kriging", "full"):
+            raise ValueError(f"variance is 'kriging' or 'full', not {self.variance!r}")
+        return self.variance == "full"
 
     def predict(self, X, return_std=False):
         """Predictions of the molecules X; with return_std, also their
@@ -214,7 +233,7 @@ class MolKriging(ChoosingMixin, CoreEstimator):
         """The probability that each molecule's true value lies above the
         threshold, under the normal law of its prediction and variance."""
         _, predictions, _, _ = self._predictions(X)
-        return predictions.probability_above(float(threshold))
+        return predictions.probability_above(float(threshold), self._full_variance())
 
     def contributions(self, X):
         """What each heavy atom of each molecule contributes: how much it moves

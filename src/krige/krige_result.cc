@@ -19,6 +19,7 @@ constexpr unsigned int kBadID = 0xFFFFFFFF;
 
 ZqKrigeResultImpl::ZqKrigeResultImpl(const ZqKrigeResultImpl& other)
     : baseline_(other.baseline_),
+      borderVariance_(other.borderVariance_),
       kernel_(other.kernel_ ? other.kernel_->CreateCopy() : nullptr),
       elements_(other.elements_),
       copies_(other.copies_) {}
@@ -27,6 +28,7 @@ ZqKrigeResultImpl& ZqKrigeResultImpl::operator=(const ZqKrigeResultImpl& other) 
   if (this != &other) {
     ZqKrigeResultImpl copy(other);
     baseline_ = copy.baseline_;
+    borderVariance_ = copy.borderVariance_;
     kernel_ = std::move(copy.kernel_);
     elements_ = std::move(copy.elements_);
     copies_ = std::move(copy.copies_);
@@ -195,6 +197,13 @@ double ZqCalculateVariance(const ZqKrigeResultBase& result, double errorValue) {
     variance -= result.GetWeight(i) * (sill - kernel.GetValue(result.GetDistance(i)));
   }
   return variance < 0.0 ? errorValue : variance;
+}
+
+double ZqCalculateFullVariance(const ZqKrigeResultBase& result, double errorValue) {
+  const double variance = ZqCalculateVariance(result, -1.0);
+  if (variance < 0.0) return errorValue;
+  const double full = variance + result.GetBorderVariance();
+  return full < 0.0 || std::isnan(full) ? errorValue : full;
 }
 
 double ZqSumWeights(const ZqKrigeResultBase& result, double errorValue) {

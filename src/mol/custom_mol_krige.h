@@ -47,8 +47,11 @@ class ZqCustomMolKrigeImpl final : public ZqMolKrigeImpl {
     training_.GetView();
     return krige_->Train(kernel);
   }
+  // Every result carries the variogram: made once here, and kept by the
+  // engine, rather than for every query.
   bool TrainFixed(const ZqKrigeKernelBase& kernel) override {
     training_.GetView();
+    krige_->GetVariogram();
     return krige_->TrainFixed(kernel);
   }
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) override { return Result(*this, mol); }
@@ -66,6 +69,7 @@ class ZqCustomMolKrigeImpl final : public ZqMolKrigeImpl {
   ZqKrigeTrainedKernels GetTrainedKernels() const override { return krige_->GetTrainedKernels(); }
   bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override {
     training_.GetView();
+    krige_->GetVariogram();
     return krige_->TrainWithKernels(trained);
   }
   void Clear() override;

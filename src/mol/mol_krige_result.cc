@@ -25,7 +25,8 @@ ZqMolKrigeResultImpl::ZqMolKrigeResultImpl(ZqKrigeResult result,
       training_(std::move(training)),
       variogram_(std::move(variogram)),
       response_(ZqCalculateResponse(result_, kErrorValue)),
-      variance_(ZqCalculateVariance(result_, kErrorValue)) {}
+      variance_(ZqCalculateVariance(result_, kErrorValue)),
+      fullVariance_(ZqCalculateFullVariance(result_, kErrorValue)) {}
 
 const Molkit::ZqMolBase& ZqMolKrigeResultImpl::GetMol(unsigned int id) const {
   if (id >= training_->mols.size() || !training_->mols[id]) return EmptyMolecule();
@@ -109,6 +110,7 @@ ZqMolKrigeResult::~ZqMolKrigeResult() = default;
 bool ZqMolKrigeResult::Valid() const { return impl_->GetResult().Valid(); }
 double ZqMolKrigeResult::GetResponse() const { return impl_->GetResponse(); }
 double ZqMolKrigeResult::GetVariance() const { return impl_->GetVariance(); }
+double ZqMolKrigeResult::GetFullVariance() const { return impl_->GetFullVariance(); }
 unsigned int ZqMolKrigeResult::GetNumElements() const { return impl_->GetResult().GetNumElements(); }
 double ZqMolKrigeResult::GetElementDistance(unsigned int i) const { return impl_->GetResult().GetDistance(i); }
 double ZqMolKrigeResult::GetElementWeight(unsigned int i) const { return impl_->GetResult().GetWeight(i); }
@@ -162,21 +164,22 @@ std::vector<double> ZqMolKrigeResult::GetAtomContributions(const Molkit::ZqMolBa
   return impl_->GetAtomContributions(mol, baseline, true);
 }
 
-double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x) {
+double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x, ZqMolVariance kind) {
   const double response = result.GetResponse();
+  const double variance = kind == ZqMolVariance::kFull ? result.GetFullVariance() : result.GetVariance();
   // At variance 0 the law is a point mass at the response; the erf form
   // would divide 0 by 0 at the point itself.
-  if (result.GetVariance() == 0.0) return x < response ? 0.0 : (x > response ? 1.0 : 0.5);
-  return (Numarc::Zqerf((x - result.GetResponse()) / std::sqrt(2.0 * result.GetVariance())) + 1.0) * 0.5;
+  if (variance == 0.0) return x < response ? 0.0 : (x > response ? 1.0 : 0.5);
+  return (Numarc::Zqerf((x - response) / std::sqrt(2.0 * variance)) + 1.0) * 0.5;
 }
 
-double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x) {
-  return 1.0 - ZqProbabilityLessThan(result, x);
+double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x, ZqMolVariance kind) {
+  return 1.0 - ZqProbabilityLessThan(result, x, kind);
 }
 
-double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b) {
+double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b, ZqMolVariance kind) {
   if (a > b) std::swap(a, b);
-  return ZqProbabilityLessThan(result, b) - ZqProbabilityLessThan(result, a);
+  return ZqProbabilityLessThan(result, b, kind) - ZqProbabilityLessThan(result, a, kind);
 }
 
 }  // namespace Varimo

@@ -20,6 +20,7 @@ class ZqMolKrigeResultImpl {
   const ZqKrigeResult& GetResult() const { return result_; }
   double GetResponse() const { return response_; }
   double GetVariance() const { return variance_; }
+  double GetFullVariance() const { return fullVariance_; }
   const ZqVariogram& GetVariogram() const { return variogram_; }
   const ZqMolKrigeTrainingView& GetTraining() const { return *training_; }
   // The training molecule of an id from the engine; an empty molecule for
@@ -46,6 +47,7 @@ class ZqMolKrigeResultImpl {
   ZqVariogram variogram_;
   double response_ = 1.7976931348623157e308;
   double variance_ = 1.7976931348623157e308;
+  double fullVariance_ = 1.7976931348623157e308;
 };
 
 }  // namespace Varimo

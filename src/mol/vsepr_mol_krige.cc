@@ -1,5 +1,6 @@
 #include "vsepr_mol_krige.h"
 
+#include <cmath>
 #include <utility>
 
 #include "mol_krige_result_impl.h"
@@ -70,6 +71,13 @@ bool ZqVseprMolKrigeImpl::MakeFingerprint(const Molkit::ZqMolBase& mol, ZqVseprP
   if (!HasDrift(mol)) return false;
   fp = GetFP(mol);
   return !fp.IsEmpty();
+}
+
+std::optional<double> ZqVseprMolKrigeImpl::PredictMean(const Molkit::ZqMolBase& mol) const {
+  if (!HasDrift(mol)) return std::nullopt;
+  const double prediction = krige_.PredictMean(GetFP(mol));
+  if (prediction == krige_.GetErrorValue() || !std::isfinite(prediction)) return std::nullopt;
+  return prediction;
 }
 
 void ZqVseprMolKrigeImpl::Clear() {

@@ -36,14 +36,18 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
     training_.GetView();
     return krige_.Train(kernel);
   }
+  // Every result carries the variogram: made once here, and kept by the
+  // engine, rather than for every query.
   bool TrainFixed(const ZqKrigeKernelBase& kernel) override {
     training_.GetView();
+    krige_.GetVariogram();
     return krige_.TrainFixed(kernel);
   }
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const override { return Result(*this, mol); }
+  std::optional<double> PredictMean(const Molkit::ZqMolBase& mol) const override;
   ZqVariogram GetVariogram() override { return krige_.GetVariogram(); }
   ZqVariogram GetVariogram() const override { return krige_.GetVariogram(); }
   ZqKrigeKernel GetKernel() override { return krige_.GetKernel(); }
@@ -53,6 +57,7 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
   ZqKrigeTrainedKernels GetTrainedKernels() const override { return krige_.GetTrainedKernels(); }
   bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) override {
     training_.GetView();
+    krige_.GetVariogram();
     return krige_.TrainWithKernels(trained);
   }
   void Clear() override;

@@ -99,6 +99,8 @@ TEST(KrigeModels, PredictionsAndVariancesMatchDirectSolves) {
     model.PredictMany(data.queries, predictions, variances);
     EXPECT_TRUE(VarimoTest::WithinRelative(predictions[std::stoul(line[6])], prediction, 1e-10));
     EXPECT_TRUE(VarimoTest::WithinRelative(variances[std::stoul(line[6])], variance, 1e-10));
+    // So does the prediction without its variance, from weights solved once.
+    EXPECT_TRUE(VarimoTest::WithinRelative(model.PredictMean(query), prediction, 1e-10));
   }
 }
 
@@ -155,6 +157,7 @@ TEST(KrigeModels, QueriesOnTrainingElementsReturnTheirResponses) {
           EXPECT_NEAR(model->Predict(unique[u]), response, 1e-14 * (1.0 + std::fabs(response))) << name << u;
           EXPECT_EQ(model->GetVariance(unique[u]), variance) << name << nugget;
           EXPECT_NEAR(predictions[u], response, 1e-14 * (1.0 + std::fabs(response)));
+          EXPECT_EQ(model->PredictMean(unique[u]), response);
           EXPECT_EQ(variances[u], variance) << name << nugget;
         }
       }

@@ -60,6 +60,8 @@ TEST(LocalKrige, PredictionsMatchSolvesOnTheNearestNeighbours) {
     const Element& query = data.queries[std::stoul(line[8])];
     EXPECT_TRUE(VarimoTest::WithinRelative(model->Predict(query), VarimoTest::ToDouble(line[9]), 1e-9));
     EXPECT_TRUE(VarimoTest::WithinRelative(model->GetVariance(query), VarimoTest::ToDouble(line[10]), 1e-9));
+    EXPECT_TRUE(VarimoTest::WithinRelative(ZqCalculateFullVariance(model->GetKrigeResult(query), -1.0),
+                                           VarimoTest::ToDouble(line[11]), 1e-9));
   }
 }
 

@@ -94,6 +94,9 @@ TEST(UniversalKrige, PredictionsAndVariancesMatchTheBorderedSolve) {
     const Element& query = data.queries[std::stoul(line[5])];
     EXPECT_TRUE(VarimoTest::WithinRelative(model->Predict(query), VarimoTest::ToDouble(line[6]), 1e-9));
     EXPECT_TRUE(VarimoTest::WithinRelative(model->GetVariance(query), VarimoTest::ToDouble(line[7]), 1e-9));
+    EXPECT_TRUE(VarimoTest::WithinRelative(model->PredictMean(query), VarimoTest::ToDouble(line[6]), 1e-9));
+    EXPECT_TRUE(VarimoTest::WithinRelative(ZqCalculateFullVariance(model->GetKrigeResult(query), kError),
+                                           VarimoTest::ToDouble(line[8]), 1e-9));
   }
   // The weights reproduce the drift: they sum to one.
   const ZqKrigeResult result = model->GetKrigeResult(data.queries[0]);
@@ -140,6 +143,7 @@ TEST(UniversalKrige, ElementsWithoutFiniteDriftAreRefusedAndSuchQueriesInvalid) 
   for (const Element& query : {Element{-200.0, 1.0, 1.0}, Element{60.0, 1.0, 1.0}}) {
     EXPECT_FALSE(model->GetKrigeResult(query).Valid());
     EXPECT_EQ(model->Predict(query), kError);
+    EXPECT_EQ(model->PredictMean(query), kError);
   }
   EXPECT_TRUE(model->IsTrained());
   EXPECT_TRUE(capture.Messages().empty());

@@ -219,4 +219,37 @@ TEST(InputsFallback, LesserKernelsPredictWhatTheBestCannot) {
   }
 }
 
+// Universal kriging outside its drift's training range: the rows are named,
+// and only the full variance, asked for, grows with the distance.
+TEST(InputsDrift, ExtrapolatedDriftIsNamedAndTheFullVarianceGrows) {
+  const std::string train = Scratch("drift_train.smi"), query = Scratch("drift_query.smi"),
+                    pred = Scratch("drift_pred.csv");
+  Write(train, "smiles name act d\nCO methanol 1.1 0\nCCO ethanol 2.3 0.2\nCCCO propanol 2.9 0.35\n"
+               "CCCCO butanol 4.2 0.5\nCCCCCO pentanol 4.8 0.7\nCCCCCCO hexanol 6.1 0.85\nCCN ethylamine 2.2 1\n"
+               "CCCN propylamine 3.1 0.4\nCCCCN butylamine 3.9 0.6\nCCCCCN pentylamine 4.6 0.3\n");
+  Write(query, "smiles name d\nCCCCCCN inside 0.5\nCCOC beyond 3\nCCOC far 1e6\n");
+  const std::string args = "--train " + train + " --response act --drift d --predict " + query + " --out " + pred;
+  Outcome run = Krige(args);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err,
+            "varimo-krige: row 1 (beyond): its drift field d = 3 lies outside the training range [0, 1]: the "
+            "prediction extrapolates the drift, further than its kriging variance says\n"
+            "varimo-krige: row 2 (far): the model gives no valid prediction: its drift field d = 1e+06 lies outside "
+            "the training range [0, 1], where its kriging variance falls outside the kernel's range\n"
+            "varimo-krige: 1 of 3 rows extrapolate the drift (named above)\n"
+            "varimo-krige: 1 of 3 rows could not be predicted (named above); they hold the error value "
+            "1.7976931348623157e+308\n");
+  const std::vector<std::string> kriging = Lines(Slurp(pred));
+  ASSERT_EQ(Krige(args + " --variance full").status, 0);
+  const std::vector<std::string> full = Lines(Slurp(pred));
+  ASSERT_EQ(kriging.size(), 4u);
+  ASSERT_EQ(full.size(), 4u);
+  const auto variance = [](const std::string& line) {
+    const std::size_t third = line.find(',', line.find(',', line.find(',') + 1) + 1);
+    return std::stod(line.substr(third + 1));
+  };
+  EXPECT_LT(variance(full[1]), 2.0 * variance(kriging[1]));
+  EXPECT_GT(variance(full[2]), 4.0 * variance(kriging[2]));
+}
+
 }  // namespace

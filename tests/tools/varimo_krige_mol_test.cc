@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -151,6 +152,31 @@ TEST_F(BzrSplit, SavedModelsAndThreadsGiveTheSameBytes) {
               HasSubstr("not a varimo molecule model"));
 }
 
+// Without the variance: the prediction column alone, its numbers those of
+// the full run up to rounding, in CSV and SD.
+TEST_F(BzrSplit, NoVarianceKeepsThePredictionsAlone) {
+  const std::string full = Scratch("full.csv"), mean = Scratch("mean.csv"), sd = Scratch("mean.sdf");
+  ASSERT_EQ(Krige(Files() + " --out " + full + " --quiet").status, 0);
+  const Outcome run = Krige(Files() + " --out " + mean + " --no-variance --threads 2");
+  ASSERT_EQ(run.status, 0) << run.err;
+  const std::vector<std::string> fullLines = Lines(Slurp(full)), meanLines = Lines(Slurp(mean));
+  ASSERT_EQ(meanLines.size(), fullLines.size());
+  EXPECT_EQ(meanLines[0], "row,name,prediction");
+  for (std::size_t i = 1; i < fullLines.size(); ++i) {
+    std::vector<std::string> a, b;
+    Corvane::ZqStringTokenizeQuoted(a, fullLines[i], ",", "\"", false);
+    Corvane::ZqStringTokenizeQuoted(b, meanLines[i], ",", "\"", false);
+    ASSERT_EQ(b.size(), 3u) << meanLines[i];
+    EXPECT_EQ(b[0] + b[1], a[0] + a[1]);
+    EXPECT_NEAR(std::stod(b[2]), std::stod(a[2]), 1e-9 * std::fabs(std::stod(a[2])));
+  }
+  ASSERT_EQ(Krige(Files() + " --out " + sd + " --no-variance").status, 0);
+  const std::string records = Slurp(sd);
+  EXPECT_THAT(records, HasSubstr(">  <prediction>\n"));
+  EXPECT_THAT(records, ::testing::Not(HasSubstr(">  <std>")));
+  EXPECT_THAT(records, ::testing::Not(HasSubstr(">  <neighbours>")));
+}
+
 // Queries with an unreadable record between two molecules: rows 0 and 2.
 std::string QueriesWithAGap(const Mols& all) {
   return Molkit::ZqMolToSDRecord(*all[0]) + "unreadable\n\n\nnot a counts line\nM  END\n$$$$\n" +
@@ -287,6 +313,11 @@ TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
       {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --report r --report-format gif",
        "--report-format must be png, svg or pdf, not gif"},
       {sdf + " --response ACTIVITY --save m.vkm --report r", "--report needs --predict"},
+      {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --no-variance --threshold 6",
+       "--no-variance leaves out what --threshold, --contributions, --report and --variance need"},
+      {"cv" + sdf + " --response ACTIVITY --no-variance", "cv takes no --threshold, --fallback-kernels, --no-variance"},
+      {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --variance wide",
+       "--variance must be kriging or full, not wide"},
   };
   for (const auto& [args, message] : cases) {
     const Outcome run = Krige(args);

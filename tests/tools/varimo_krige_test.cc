@@ -479,6 +479,8 @@ TEST(VarimoKrige, ProgressWithoutATotalCountsTheRowsSoFar) {
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const std::string files = TrainAndPredict() + " --out " + Scratch("pred.csv");
   const std::string drift = DriftFiles() + " --out " + Scratch("pred.csv");
+  const std::string empty = Scratch("empty.csv");
+  std::ofstream(empty).close();
   const std::vector<std::pair<std::string, std::string>> cases = {
       {files + " --response z", "has no column z"},
       {files + " --response name", "column name of "},
@@ -506,6 +508,7 @@ TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
       {files + " --response", "option --response needs a value"},
       {"--response y --predict x.csv --out y.csv", "missing --train"},
       {"--train /nonexistent.csv --response y --predict x.csv --out y.csv", "cannot read /nonexistent.csv"},
+      {"--train " + empty + " --response y --predict x.csv --out y.csv", "No data to work with!"},
   };
   for (const auto& [args, message] : cases) {
     const Outcome run = Krige(args);

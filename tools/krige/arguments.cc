@@ -20,7 +20,7 @@ const char* HelpText() {
        varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv|PRED.sdf
                     [--contributions CONTRIB.csv] [--local K [--predict-training]
                     [--max-variogram-size M]] [--drift TAG,...] [--threshold T]
-                    [--fallback-kernels]
+                    [--fallback-kernels] [--no-variance] [--variance kriging|full]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
                     [--report DIR [--report-format png|svg|pdf]]
                     [--interval ALPHA] [--domain]
@@ -100,6 +100,22 @@ columns) of that name.
                          trained once, when first needed), until one predicts it;
                          a last column (or SD field) "kernel" names the kernel of
                          each row
+  --no-variance          the prediction alone, "row,name,prediction" (SD: the
+                         field "prediction"), for ranking a large library: a
+                         global model skips the solve behind the variance and
+                         the neighbours and predicts several times as fast; a
+                         query whose variance would make it fail still gets its
+                         prediction; not with --threshold, --contributions or
+                         --report
+  --variance kriging|full  the variance of the rows, their "std" and "P(>T)":
+                         the kriging variance (the default), or the full one,
+                         which adds the variance of estimating the mean and the
+                         drift; far outside the drift's training range a
+                         universal model extrapolates its drift while the
+                         kriging variance stays at the sill, and only the full
+                         variance grows. A query whose drift field lies outside
+                         the range of the training records' values is named on
+                         standard error either way
   --contributions FILE   "row,atom,contribution" for each heavy atom of each
                          query (atom: its index in the record from 0, explicit
                          hydrogens counted): how much the atom moves the
@@ -258,10 +274,16 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "cv takes no --predict, --out, --contributions, --save or --load";
     }
     if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) return "cv takes no --report or --report-format";
-    if (parsed.threshold || parsed.fallbackKernels) return "cv takes no --threshold or --fallback-kernels";
+    if (parsed.threshold || parsed.fallbackKernels || parsed.noVariance || parsed.fullVariance) {
+      return "cv takes no --threshold, --fallback-kernels, --no-variance or --variance";
+    }
     return {};
   }
   if (!parsed.reportFormat.empty() && parsed.reportDir.empty()) return "--report-format needs --report DIR";
+  if (parsed.noVariance && (parsed.threshold || !parsed.contributionsPath.empty() || !parsed.reportDir.empty() ||
+                            parsed.fullVariance)) {
+    return "--no-variance leaves out what --threshold, --contributions, --report and --variance need";
+  }
   if (!parsed.loadPath.empty()) {
     if (!parsed.trainPath.empty() || !parsed.responseName.empty()) {
       return "--load replaces --train and --response";
@@ -305,9 +327,11 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       if (choice == ChoiceFlag::Invalid) return std::nullopt;
       continue;
     }
-    if (flag == "--predict-training" || flag == "--quiet" || flag == "--fallback-kernels") {
-      (flag == "--quiet" ? parsed.quiet : flag == "--fallback-kernels" ? parsed.fallbackKernels : parsed.predictTraining) =
-          true;
+    if (flag == "--predict-training" || flag == "--quiet" || flag == "--fallback-kernels" || flag == "--no-variance") {
+      (flag == "--quiet"              ? parsed.quiet
+       : flag == "--fallback-kernels" ? parsed.fallbackKernels
+       : flag == "--no-variance"      ? parsed.noVariance
+                                      : parsed.predictTraining) = true;
       continue;
     }
     std::string* target = nullptr;
@@ -323,7 +347,8 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (flag == "--report") target = &parsed.reportDir;
     const bool known = target || flag == "--features" || flag == "--drift" || flag == "--model" ||
                        flag == "--local" || flag == "--max-variogram-size" || flag == "--threads" ||
-                       flag == "--folds" || flag == "--seed" || flag == "--report-format" || flag == "--threshold";
+                       flag == "--folds" || flag == "--seed" || flag == "--report-format" || flag == "--threshold" ||
+                       flag == "--variance";
     if (!known) {
       error = "unknown option " + flag + " (see --help)";
       return std::nullopt;
@@ -359,6 +384,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       unsigned int size = 0;
       valid = ParseCount(flag, value, size, error);
       parsed.maxVariogramSize = size;
+    } else if (flag == "--variance") {
+      parsed.fullVariance = value == "full";
+      valid = value == "kriging" || value == "full";
+      if (!valid) error = "--variance must be kriging or full, not " + value;
     } else if (flag == "--report-format") {
       parsed.reportFormat = value;
       valid = value == "png" || value == "svg" || value == "pdf";
@@ -380,9 +409,9 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     return parsed;
   }
   if (!parsed.contributionsPath.empty() || !parsed.savePath.empty() || parsed.threads != 1 || parsed.threshold ||
-      parsed.fallbackKernels) {
-    error = "--contributions, --save, --threads, --threshold and --fallback-kernels are only for molecule files "
-            "(see --help)";
+      parsed.fallbackKernels || parsed.noVariance || parsed.fullVariance) {
+    error = "--contributions, --save, --threads, --threshold, --fallback-kernels, --no-variance and --variance full "
+            "are only for molecule files (see --help)";
     return std::nullopt;
   }
   if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) {

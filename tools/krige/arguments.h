@@ -38,6 +38,8 @@ struct Arguments {
   std::optional<double> threshold;    // --threshold T: the column P(>T)
   std::string thresholdText;          // T as given
   bool fallbackKernels = false;       // a failed global prediction tries the lesser kernels
+  bool noVariance = false;            // the prediction alone, without the variance solve
+  bool fullVariance = false;          // --variance full: with the variance of the mean and drift
   std::string reportDir;              // empty: no report images
   std::string reportFormat;           // png, svg or pdf; empty: not given, png
 

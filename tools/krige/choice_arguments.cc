@@ -97,6 +97,10 @@ std::string ChoiceConflict(const Arguments& parsed) {
     if (parsed.crossValidate && (c.intervalAlpha || c.domain)) return "cv takes no --interval or --domain";
     if (!parsed.crossValidate && c.calibration) return "--calibration is only for cv";
     if ((c.intervalAlpha || c.domain) && parsed.predictPath.empty()) return "--interval and --domain need --predict";
+    if ((c.intervalAlpha || c.domain) && parsed.noVariance) {
+      return "--interval and --domain need the full prediction that --no-variance leaves out";
+    }
+    if (c.intervalAlpha && parsed.fullVariance) return "--interval is calibrated on the kriging variance, not --variance full";
     return {};
   }
   if (parsed.loadPath.empty()) {
@@ -110,6 +114,7 @@ std::string ChoiceConflict(const Arguments& parsed) {
       !parsed.reportDir.empty() || !parsed.reportFormat.empty() || parsed.threshold || parsed.fallbackKernels) {
     return "select takes no --predict, --contributions, --save, --report, --threshold or --fallback-kernels";
   }
+  if (parsed.noVariance || parsed.fullVariance) return "select takes no --no-variance or --variance";
   if (c.intervalAlpha || c.domain || c.calibration) return "select takes no --interval, --domain or --calibration";
   const std::string acquisition = !c.acquisition.empty() ? c.acquisition : c.batch == "thompson" ? "thompson" : "ei";
   if (c.batch == "thompson" && acquisition != "thompson") {

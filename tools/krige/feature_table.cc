@@ -40,6 +40,10 @@ std::optional<CsvTable> LoadCsv(const std::string& path, std::string& error) {
     while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
     std::string last;
     for (const std::string& comment : result.GetComments()) last = comment;
+    // A comment that describes the reader's whole state is no one-line
+    // cause: its first line is.
+    last = last.substr(0, last.find('\n'));
+    if (text.find('\n') != std::string::npos) text = text.substr(0, text.find('\n'));
     error = "cannot load " + path + ": " + text + (last.empty() ? std::string() : " (" + last + ")");
     return std::nullopt;
   }

@@ -78,9 +78,9 @@ class Reports {
     return (std::filesystem::path(dir_) / (std::to_string(row) + '.' + extension_)).string();
   }
   // Drawn on the calling thread: Cairo and RDKit's depiction are not relied
-  // on to be thread-safe. False when the image cannot be written.
-  // The row's output must be written before: the entries travel to the
-  // report as data fields of the row's molecule.
+  // on to be thread-safe. False when the image cannot be written. The row's
+  // output must be written before, as the interval and domain entries
+  // travel to the report as data fields of the row's molecule.
   bool Draw(Varimo::ZqMolScreenRow& row) {
     Molkit::ZqMolBase& mol = *row.record.mol;
     if (intervals_ || domain_) {
@@ -153,13 +153,10 @@ int RunMolecules(const Arguments& args) {
 
   std::unique_ptr<Molkit::ZqMoleculeReader> reader = Molkit::ZqMoleculeReader::Open(args.predictPath, error);
   if (!reader) return Fail(error);
-  Varimo::ZqMolPredictionFormat format;
-  format.variance = true;
-  format.kernel = model->GetSettings().numLocal > 0 || args.fallbackKernels;
-  if (args.threshold) {
-    format.threshold = args.threshold;
-    format.thresholdText = args.thresholdText;
-  }
+  Varimo::ZqMolScreenOutput output;
+  output.sd = IsSDOutput(args.outPath);
+  output.threshold = args.threshold;
+  output.thresholdText = args.thresholdText;
   // Intervals calibrated on the model's own cross-validation residuals,
   // and the domain of its training molecules, when asked.
   std::optional<Varimo::ZqConformalIntervals> intervals;
@@ -170,40 +167,39 @@ int RunMolecules(const Arguments& args) {
       return Fail("--interval needs held-out predictions of the model's " + std::to_string(model->GetNumRecords()) +
                   " training molecules in " + std::to_string(args.folds) + " folds, and none could be made");
     }
-    format.intervals = &*intervals;
-    format.alpha = *args.choice.intervalAlpha;
+    output.intervals = &*intervals;
+    output.alpha = *args.choice.intervalAlpha;
   }
   if (args.choice.domain) {
     domain = Varimo::ZqMolModelDomain(*model);
-    format.domain = &*domain;
+    output.domain = &*domain;
   }
-  const bool sd = IsSDOutput(args.outPath);
-  outputs.Out().Write(sd ? std::string() : Varimo::ZqPredictionCsvHeader(format));
   if (!args.contributionsPath.empty()) outputs.Contributions().Write("row,atom,contribution\n");
   Reports reports(args, *model);
-  if (format.intervals || format.domain) reports.ShowUncertainty(format.intervals, format.alpha, format.domain);
+  if (output.intervals || output.domain) reports.ShowUncertainty(output.intervals, output.alpha, output.domain);
   Varimo::ZqMolScreenOptions options;
   options.threads = args.threads;
   options.chunkSize = ChunkSize(args.threads);
   options.contributions = !args.contributionsPath.empty();
   options.fallbackKernels = args.fallbackKernels;
+  options.meanOnly = args.noVariance;
+  if (args.fullVariance) options.variance = Varimo::ZqMolVariance::kFull;
   Progress progress(0, !args.quiet);
-  const Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMolecules(
-      *model, *reader, options, [&](std::vector<Varimo::ZqMolScreenRow>& chunk) {
-        std::string text, contributions;
+  const Varimo::ZqMolScreenSummary summary = Varimo::ZqScreenMoleculesInto(
+      *model, *reader, options, output, outputs.Out(), [&](std::vector<Varimo::ZqMolScreenRow>& chunk) {
+        std::string contributions;
         for (Varimo::ZqMolScreenRow& row : chunk) {
-          text += sd ? Varimo::ZqFormatPredictionSD(row, format) : Varimo::ZqFormatPredictionCsv(row, format);
           if (!row.failure.empty()) {
             Say(DescribeRow(row.row, row.record.name) + ": " + row.failure);
             if (reports.Enabled()) reports.RemoveStale(row.row);
             continue;
           }
+          if (!row.warning.empty()) Say(DescribeRow(row.row, row.record.name) + ": " + row.warning);
           if (options.contributions) contributions += ContributionLines(row);
           if (reports.Enabled() && !reports.Draw(row)) {
             Say(DescribeRow(row.row, row.record.name) + ": cannot write the report " + reports.PathOf(row.row));
           }
         }
-        outputs.Out().Write(text);
         if (options.contributions) outputs.Contributions().Write(contributions);
         progress.Update(chunk.back().row + 1);
         return true;
@@ -212,6 +208,10 @@ int RunMolecules(const Arguments& args) {
   if (!summary.readError.empty()) return Fail(args.predictPath + ": " + summary.readError + "; nothing written");
   if (summary.rows == 0) return Fail(args.predictPath + " holds no molecule record; nothing written");
   if (!outputs.Commit(error)) return Fail(error);
+  if (summary.warned > 0) {
+    Say(std::to_string(summary.warned) + " of " + std::to_string(summary.rows) +
+        " rows extrapolate the drift (named above)");
+  }
   if (summary.failed > 0) {
     Say(std::to_string(summary.failed) + " of " + std::to_string(summary.rows) +
         " rows could not be predicted (named above); they hold the error value 1.7976931348623157e+308");

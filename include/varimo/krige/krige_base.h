@@ -61,6 +61,14 @@ class ZqKrigeBase : public ZqDataModelBase<T> {
   virtual bool TrainFixed(const ZqKrigeKernelBase& kernel) = 0;
   virtual double GetVariance(const T& element) = 0;
   virtual double GetVariance(const T& element) const = 0;
+  // The prediction without its variance, for callers that only rank by it.
+  // A trained global model answers from weights solved once at training, a
+  // dot product with the query's covariances instead of a solve per query;
+  // the number equals Predict's up to rounding, except that a query whose
+  // variance falls outside the kernel's range, which Predict refuses, still
+  // gets one here (its variance is never computed). Models without such a
+  // shortcut, and untrained ones, give Predict.
+  virtual double PredictMean(const T& element) const { return Predict(element); }
   // Not valid on failure. A query equal to a training element (distance 0
   // to it) gets weight exactly 1 on that element and 0 on the others, and
   // is valid with every trained kernel, whatever the size of its nugget: its

@@ -49,6 +49,16 @@ class ZqKrigeResultBase {
   virtual bool GetHasID(unsigned int element, unsigned int copy) const = 0;
   virtual unsigned int GetID(unsigned int element, unsigned int copy) const = 0;
   virtual ZqKrigeResultBase* CreateCopy() const = 0;
+  // The part of the full kriging variance that comes from the border of
+  // the kriging system, the constraints that estimate the mean (ordinary
+  // kriging) or the mean and the drift (universal kriging) from the
+  // training data: -mu'(1, f), with mu the multipliers of the border and f
+  // the query's drift. Of either sign, since the kriging variance
+  // sill - sum w_i (sill - kernel(d_i)) of the constrained weights is not
+  // the variance of a known mean; it grows without bound as the query's
+  // drift leaves the training range. 0 for simple kriging and for a query
+  // on a training element.
+  virtual double GetBorderVariance() const { return 0.0; }
 };
 
 class ZqKrigeResultImpl final : public ZqKrigeResultBase {
@@ -77,9 +87,11 @@ class ZqKrigeResultImpl final : public ZqKrigeResultBase {
   bool GetHasID(unsigned int element, unsigned int copy) const override;
   unsigned int GetID(unsigned int element, unsigned int copy) const override;
   ZqKrigeResultBase* CreateCopy() const override { return new ZqKrigeResultImpl(*this); }
+  double GetBorderVariance() const override { return borderVariance_; }
 
   // Building, for the models.
   void SetBaselineResponse(double baseline) { baseline_ = baseline; }
+  void SetBorderVariance(double variance) { borderVariance_ = variance; }
   void SetKernel(const ZqKrigeKernelBase& kernel) { kernel_.reset(kernel.CreateCopy()); }
   // Appends an element and returns its index.
   unsigned int AddElement(double distance, double weight, double response, bool isUnmeasured, unsigned int id,
@@ -112,6 +124,7 @@ class ZqKrigeResultImpl final : public ZqKrigeResultBase {
                      Field Element::*elementField, Field& out) const;
 
   double baseline_ = 0.0;
+  double borderVariance_ = 0.0;
   std::unique_ptr<ZqKrigeKernelBase> kernel_;
   std::vector<Element> elements_;
   std::map<unsigned int, std::vector<Copy>> copies_;
@@ -152,6 +165,7 @@ class ZqKrigeResult final : public ZqKrigeResultBase {
   bool GetHasID(unsigned int e, unsigned int c) const override { return impl_->GetHasID(e, c); }
   unsigned int GetID(unsigned int e, unsigned int c) const override { return impl_->GetID(e, c); }
   ZqKrigeResultBase* CreateCopy() const override { return impl_->CreateCopy(); }
+  double GetBorderVariance() const override { return impl_->GetBorderVariance(); }
 
   const ZqKrigeResultBase& GetResult() const { return *impl_; }
 
@@ -167,6 +181,13 @@ double ZqCalculateResponse(const ZqKrigeResultBase& result, double errorValue);
 // formula for simple, ordinary and universal models; `errorValue` when it is
 // negative. The models pass -1 to detect that case.
 double ZqCalculateVariance(const ZqKrigeResultBase& result, double errorValue);
+// The full kriging variance, the mean squared error of the prediction when
+// the mean and the drift are estimated from the training data:
+// ZqCalculateVariance plus GetBorderVariance. Use it for intervals far from
+// the training data in drift, where a universal model extrapolates its
+// drift while the kriging variance stays at the sill. `errorValue` for an
+// invalid result or a negative value.
+double ZqCalculateFullVariance(const ZqKrigeResultBase& result, double errorValue);
 double ZqSumWeights(const ZqKrigeResultBase& result, double errorValue);
 double ZqSumAbsWeights(const ZqKrigeResultBase& result, double errorValue);
 // Sum of w^2 divided by sum of |w| (NaN when all weights are 0).
@@ -181,6 +202,9 @@ double ZqAbsWeightedVariance(const ZqKrigeResultBase& result, double fraction, b
 
 inline double ZqCalculateResponse(const ZqKrigeResult& r, double e) { return ZqCalculateResponse(r.GetResult(), e); }
 inline double ZqCalculateVariance(const ZqKrigeResult& r, double e) { return ZqCalculateVariance(r.GetResult(), e); }
+inline double ZqCalculateFullVariance(const ZqKrigeResult& r, double e) {
+  return ZqCalculateFullVariance(r.GetResult(), e);
+}
 inline double ZqSumWeights(const ZqKrigeResult& r, double e) { return ZqSumWeights(r.GetResult(), e); }
 inline double ZqSumAbsWeights(const ZqKrigeResult& r, double e) { return ZqSumAbsWeights(r.GetResult(), e); }
 inline double ZqSumSquaredWeights(const ZqKrigeResult& r, double e) { return ZqSumSquaredWeights(r.GetResult(), e); }

@@ -47,7 +47,14 @@ bool ZqOrdinaryKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const C
   krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
   // The Schur complement 1' C^-1 1 of the bordered matrix; positive for a
   // positive definite C unless rounding has destroyed it.
-  return unitSum_ > 0.0 && std::isfinite(unitSum_);
+  if (!(unitSum_ > 0.0 && std::isfinite(unitSum_))) return false;
+  // With the estimated mean b = 1'C^-1 y / 1'C^-1 1, the prediction is
+  // b + c' C^-1 (y - b 1).
+  const double mean = whitenedUnit_.dot(whitenedResponses_) / unitSum_;
+  Eigen::VectorXd meanWeights = cholesky_.triangularView<Eigen::Upper>().solve(whitenedResponses_);
+  meanWeights -= mean * unitSolve_;
+  this->SetMeanSolution(std::move(meanWeights), Eigen::VectorXd::Constant(1, mean));
+  return true;
 }
 
 template <class T, class TT>
@@ -58,12 +65,13 @@ ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqK
   std::vector<double> distances;
   Eigen::VectorXd weights = krige_detail::QueryCovariances(element, kernel, container, distances);
   const std::size_t under = krige_detail::ElementUnderQuery(weights.data(), kernel, container);
+  double multiplier = 0.0;
   if (under < n) {
     weights = Eigen::VectorXd::Unit(static_cast<Eigen::Index>(n), static_cast<Eigen::Index>(under));
   } else {
     krige_detail::SolveWithFactor(cholesky_, weights);
     // The Lagrange multiplier that makes the weights sum to one.
-    const double multiplier = (weights.sum() - 1.0) / unitSum_;
+    multiplier = (weights.sum() - 1.0) / unitSum_;
     weights -= multiplier * unitSolve_;
   }
   if (!weights.allFinite()) return ZqKrigeResult();
@@ -71,6 +79,8 @@ ZqKrigeResult ZqOrdinaryKrige<T, TT>::GetKrigeResult(const T& element, const ZqK
   auto result = std::make_unique<ZqKrigeResultImpl>();
   result->SetKernel(kernel);
   result->SetBaselineResponse(0.0);
+  // The bordered system C w + mu 1 = c has mu = multiplier.
+  result->SetBorderVariance(-multiplier);
   krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
   if (!krige_detail::VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
   return ZqKrigeResult(result.release());

@@ -39,6 +39,9 @@ bool ZqSimpleKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const Con
   for (double& response : uniqueResponses_) response -= mean_;
   whitenedResponses_ = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), static_cast<Eigen::Index>(n));
   krige_detail::WhitenInPlace(cholesky_, whitenedResponses_);
+  // C^-1 (y - mean): the prediction is mean + c' C^-1 (y - mean).
+  Eigen::VectorXd meanWeights = cholesky_.triangularView<Eigen::Upper>().solve(whitenedResponses_);
+  this->SetMeanSolution(std::move(meanWeights), Eigen::VectorXd::Constant(1, mean_));
   return true;
 }
 

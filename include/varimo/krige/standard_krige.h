@@ -57,6 +57,7 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   double Predict(const T& element) const override;
   double GetVariance(const T& element) override;
   double GetVariance(const T& element) const override;
+  double PredictMean(const T& element) const override;
   ZqKrigeResult GetKrigeResult(const T& element) override;
   ZqKrigeResult GetKrigeResult(const T& element) const override;
 
@@ -118,6 +119,14 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   virtual void PredictTrained(const std::vector<const T*>& queries, double* predictions, double* variances) const;
 
   const ZqKrigeKernelBase& TrainedKernel() const { return *kernel_; }
+  // What PredictMean needs, from the subclass's TrainFixed: with a query's
+  // covariances c with the unique training elements and its drift
+  // properties f, the prediction is c'weights + border(0) + sum f_k
+  // border(k + 1).
+  void SetMeanSolution(Eigen::VectorXd weights, Eigen::VectorXd border) {
+    meanWeights_ = std::move(weights);
+    meanBorder_ = std::move(border);
+  }
   // Whether a nearly singular covariance matrix is worth a warning: not for
   // the per-query models of a local model, which would warn per query.
   bool WarnsOfConditioning() const { return warnsOfConditioning_; }
@@ -137,6 +146,8 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   ZqVariogramImpl variogram_;
   bool fullVariogramValid_ = false;
   ZqFullVariogramImpl fullVariogram_;
+  Eigen::VectorXd meanWeights_;
+  Eigen::VectorXd meanBorder_;
 };
 
 template <class T, class TT>

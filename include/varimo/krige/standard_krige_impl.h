@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "varimo/krige/kernel_fit.h"
+#include "varimo/krige/krige_system_impl.h"
 #include "varimo/krige/standard_krige.h"
 #include "varimo/krige/training_container_impl.h"
 #include "varimo/platform/corvane/error_handler.h"
@@ -55,7 +56,9 @@ ZqStandardKrigeImpl<T, TT>::ZqStandardKrigeImpl(const ZqStandardKrigeImpl& other
       variogramValid_(other.variogramValid_),
       variogram_(other.variogram_),
       fullVariogramValid_(other.fullVariogramValid_),
-      fullVariogram_(other.fullVariogram_) {}
+      fullVariogram_(other.fullVariogram_),
+      meanWeights_(other.meanWeights_),
+      meanBorder_(other.meanBorder_) {}
 
 template <class T, class TT>
 void ZqStandardKrigeImpl<T, TT>::Invalidate() {
@@ -65,6 +68,8 @@ void ZqStandardKrigeImpl<T, TT>::Invalidate() {
   fullVariogramValid_ = false;
   variogram_.Clear();
   fullVariogram_.Clear();
+  meanWeights_.resize(0);
+  meanBorder_.resize(0);
 }
 
 template <class T, class TT>
@@ -191,6 +196,31 @@ double ZqStandardKrigeImpl<T, TT>::Predict(const T& element) {
 template <class T, class TT>
 double ZqStandardKrigeImpl<T, TT>::Predict(const T& element) const {
   return ZqCalculateResponse(GetKrigeResult(element), errorValue_);
+}
+
+template <class T, class TT>
+double ZqStandardKrigeImpl<T, TT>::PredictMean(const T& element) const {
+  const std::size_t n = container_.GetNumUnique();
+  if (!trained_ || static_cast<std::size_t>(meanWeights_.size()) != n || meanBorder_.size() == 0) {
+    return Predict(element);
+  }
+  const ZqPropertyListFxn<T>* drift = container_.GetPropertyFxn();
+  const std::size_t m = drift ? drift->GetSize() : 0;
+  if (static_cast<std::size_t>(meanBorder_.size()) != 1 + m) return Predict(element);
+  if (drift && !drift->HasProperties(element)) return errorValue_;
+  std::vector<double> properties(m);
+  for (std::size_t k = 0; k < m; ++k) properties[k] = drift->GetProperty(element, k);
+  std::vector<double> distances;
+  const Eigen::VectorXd covariances = krige_detail::QueryCovariances(element, *kernel_, container_, distances);
+  // A training element under the query answers with its own response, as
+  // the full solve does (drift and all, for universal kriging).
+  const std::size_t under = krige_detail::ElementUnderQuery(covariances.data(), *kernel_, container_);
+  if (under < n && (m == 0 || container_.GetUniqueProperties(under) == properties)) {
+    return container_.GetUniqueResponse(under);
+  }
+  double prediction = covariances.dot(meanWeights_) + meanBorder_(0);
+  for (std::size_t k = 0; k < m; ++k) prediction += properties[k] * meanBorder_(static_cast<Eigen::Index>(k + 1));
+  return std::isfinite(prediction) ? prediction : errorValue_;
 }
 
 template <class T, class TT>

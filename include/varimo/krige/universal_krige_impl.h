@@ -79,7 +79,14 @@ bool ZqUniversalKrige<T, TT>::TrainFixed(const ZqKrigeKernelBase& kernel, const 
     }
   }
   ldlt_->compute(system);
-  return ldlt_->info() == Eigen::Success;
+  if (ldlt_->info() != Eigen::Success) return false;
+  // The system is symmetric, so a query's prediction w'y, with w the head
+  // of S^-1 r, is also r' S^-1 [y; 0]: one solve serves every query.
+  Eigen::VectorXd responses = Eigen::VectorXd::Zero(size + border);
+  responses.head(size) = Eigen::Map<const Eigen::VectorXd>(uniqueResponses_.data(), size);
+  const Eigen::VectorXd solution = ldlt_->solve(responses);
+  this->SetMeanSolution(solution.head(size), solution.tail(border));
+  return true;
 }
 
 template <class T, class TT>
@@ -133,7 +140,10 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   auto result = std::make_unique<ZqKrigeResultImpl>();
   result->SetKernel(kernel);
   result->SetBaselineResponse(0.0);
-  // The multipliers of the constraints (entries n and beyond) go no further.
+  // The multipliers of the constraints (entries n and beyond) give the
+  // border's part of the full variance; the elements take the rest.
+  result->SetBorderVariance(-weights.tail(1 + static_cast<Eigen::Index>(m))
+                                         .dot(rightHand.tail(1 + static_cast<Eigen::Index>(m))));
   krige_detail::FillResultElements(*result, container, distances, weights, uniqueResponses_, 0.0);
   if (!krige_detail::VarianceInRange(ZqCalculateVariance(*result, -1.0), kernel)) return ZqKrigeResult();
   return ZqKrigeResult(result.release());

@@ -40,6 +40,7 @@ class ZqKrigeImpl : public ZqKrigeBase<T> {
   bool TrainFixed(const ZqKrigeKernelBase& kernel) override { return model_->TrainFixed(kernel); }
   double Predict(const T& element) override { return model_->Predict(element); }
   double Predict(const T& element) const override { return std::as_const(*model_).Predict(element); }
+  double PredictMean(const T& element) const override { return model_->PredictMean(element); }
   double GetErrorValue() const override { return model_->GetErrorValue(); }
   double GetVariance(const T& element) override { return model_->GetVariance(element); }
   double GetVariance(const T& element) const override { return std::as_const(*model_).GetVariance(element); }

@@ -22,6 +22,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -59,7 +60,12 @@ class ZqMolKrigeResult {
   bool Valid() const;
   // The largest double when not valid.
   double GetResponse() const;
+  // The kriging variance.
   double GetVariance() const;
+  // The full kriging variance, with the variance of estimating the mean
+  // and the drift (ZqCalculateFullVariance): the one for intervals of a
+  // universal model far outside its drift's training range.
+  double GetFullVariance() const;
 
   // The training elements that carry the prediction: unique fingerprints
   // (or molecules), each with its distance to the query, its weight, and
@@ -105,14 +111,21 @@ class ZqMolKrigeResult {
   std::unique_ptr<ZqMolKrigeResultImpl> impl_;
 };
 
+// Which variance spreads a prediction: the kriging variance, everywhere
+// the default, or the full one (GetFullVariance).
+enum class ZqMolVariance { kKriging, kFull };
+
 // The chance that the true value lies below x, above x, or between a and b
 // (in either order), for a normal law of the result's mean and variance. At
 // variance 0 (a query on a training element of a model without nugget) the
 // law is a point mass at the response: below it 0, above it 1, and 1/2 at
 // the response itself, the limit the normal law gives there; never NaN.
-double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x);
-double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x);
-double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b);
+double ZqProbabilityLessThan(const ZqMolKrigeResult& result, double x,
+                             ZqMolVariance variance = ZqMolVariance::kKriging);
+double ZqProbabilityGreaterThan(const ZqMolKrigeResult& result, double x,
+                                ZqMolVariance variance = ZqMolVariance::kKriging);
+double ZqProbabilityBetween(const ZqMolKrigeResult& result, double a, double b,
+                            ZqMolVariance variance = ZqMolVariance::kKriging);
 
 // The implementations behind ZqMolKrige.
 class ZqMolKrigeImpl {
@@ -131,6 +144,12 @@ class ZqMolKrigeImpl {
   virtual ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const = 0;
   virtual ZqVariogram GetVariogram() = 0;
   virtual ZqVariogram GetVariogram() const = 0;
+  // The prediction alone (see ZqMolKrige::PredictMean); this one takes it
+  // from the full result.
+  virtual std::optional<double> PredictMean(const Molkit::ZqMolBase& mol) const {
+    const ZqMolKrigeResult result = GetResult(mol);
+    return result.Valid() ? std::optional<double>(result.GetResponse()) : std::nullopt;
+  }
   virtual void Clear() = 0;
   virtual ZqMolKrigeImpl* CreateCopy() const = 0;
   // The kernel of a trained model (a local model's best ranked one); the
@@ -206,6 +225,15 @@ class ZqMolKrige {
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const { return std::as_const(*impl_).GetResult(mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) { return impl_->GetResult(mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) const { return std::as_const(*impl_).GetResult(mol); }
+  // The prediction without its variance, neighbours or contributions, for
+  // ranking large libraries: a trained global model answers in one pass
+  // over the training set instead of a solve per query, equal to
+  // GetResult's response up to rounding. Nothing when there is no
+  // prediction; unlike GetResult, a query whose kriging variance would fall
+  // outside the kernel's range still gets its number, since that variance
+  // is never computed. Const and safe to call concurrently on a trained
+  // model.
+  std::optional<double> PredictMean(const Molkit::ZqMolBase& mol) const { return impl_->PredictMean(mol); }
   ZqVariogram GetVariogram() { return impl_->GetVariogram(); }
   ZqVariogram GetVariogram() const { return std::as_const(*impl_).GetVariogram(); }
   ZqKrigeKernel GetKernel() { return impl_->GetKernel(); }

@@ -15,7 +15,9 @@
 #include <cstddef>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "varimo/krige/krige_base.h"
@@ -69,6 +71,10 @@ ZqMolTrainingRecords ZqSelectMolTraining(const std::vector<const Molkit::ZqMolBa
                                          const std::vector<std::size_t>& records, const std::string& response,
                                          std::vector<std::string>& errors);
 
+// A drift field of a molecule as the models read it: the SD field stripped
+// of white space, a finite number; nothing otherwise.
+std::optional<double> ZqReadDriftField(const Molkit::ZqMolBase& mol, const std::string& tag);
+
 // "record N (name)", or "record N" without a name: how messages name the
 // records of a file, counted from 1.
 std::string ZqDescribeRecord(std::size_t record, const std::string& name);
@@ -121,8 +127,12 @@ class ZqMolModel {
   // The mean of the responses: the baseline of the atom contributions that
   // the program and the reports show. NaN without records.
   double GetMeanResponse() const;
+  // The smallest and the largest value of each drift field over the
+  // records, in the order of the settings' drift; empty without a drift.
+  const std::vector<std::pair<double, double>>& GetDriftRanges() const { return driftRanges_; }
 
  private:
+  void WidenDriftRanges(const Molkit::ZqMolBase& mol);
   std::string DriftProblem() const;
 
   class Fallbacks;
@@ -131,6 +141,7 @@ class ZqMolModel {
   std::unique_ptr<ZqMolKrige> krige_;
   std::vector<std::unique_ptr<Molkit::ZqMolBase>> mols_;
   std::vector<double> responses_;
+  std::vector<std::pair<double, double>> driftRanges_;
   bool trained_ = false;
   std::unique_ptr<Fallbacks> fallbacks_;  // made anew whenever the model trains
 };

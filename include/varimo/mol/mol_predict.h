@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "varimo/mol/mol_krige.h"
@@ -23,6 +24,9 @@ struct ZqMolPredictOptions {
   unsigned int threads = 1;
   // Whether to fill each valid prediction's atom contributions.
   bool contributions = false;
+  // The prediction alone (ZqMolKrige::PredictMean) in `mean`: no result,
+  // hence no variance, neighbours or contributions.
+  bool meanOnly = false;
   // What the contributions are measured against.
   double baseline = 0.0;
   // Called on the calling thread with the number of queries done so far,
@@ -32,6 +36,8 @@ struct ZqMolPredictOptions {
 
 struct ZqMolPrediction {
   ZqMolKrigeResult result;
+  // The prediction of a mean-only run; nothing when there is none.
+  std::optional<double> mean;
   // By atom index, 0 for hydrogens; empty unless asked for and valid.
   std::vector<double> contributions;
 };

@@ -24,6 +24,7 @@
 #include "varimo/mol/mol_model.h"
 #include "varimo/mol/mol_predict.h"
 #include "varimo/platform/molkit/molecule_reader.h"
+#include "varimo/platform/molkit/output_file.h"
 
 namespace Varimo {
 
@@ -41,6 +42,12 @@ struct ZqMolScreenOptions {
   // result then names that kernel. Local models already walk their kernels
   // for each query.
   bool fallbackKernels = false;
+  // The prediction alone, for ranking (ZqMolKrige::PredictMean): rows
+  // without variance, neighbours or contributions, in a fraction of the
+  // time for a global model.
+  bool meanOnly = false;
+  // The variance of the rows (and of their "std" and "P(>T)").
+  ZqMolVariance variance = ZqMolVariance::kKriging;
 };
 
 struct ZqMolScreenRow {
@@ -50,11 +57,15 @@ struct ZqMolScreenRow {
   // Why there is no prediction: the record's own error, or the reason the
   // model gave none. Empty for a valid prediction.
   std::string failure;
+  // What to beware of in a valid prediction (ZqDescribeDriftExtrapolation);
+  // usually empty.
+  std::string warning;
 };
 
 struct ZqMolScreenSummary {
   std::size_t rows = 0;
   std::size_t failed = 0;
+  std::size_t warned = 0;  // valid rows with a warning
   // Why reading stopped before the end of the file (ZqMoleculeReader's
   // GetError); empty when the whole file was read.
   std::string readError;
@@ -71,7 +82,14 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
 // Why the model gives no valid prediction of `mol`, in words for a
 // message: no heavy atoms, a drift field missing, a molecule the model
 // cannot place (an error value, or a variance outside its kernel's range).
-std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol);
+// `meanOnly`: for a prediction made without its variance.
+std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol, bool meanOnly = false);
+
+// For a universal model: which drift field of `mol` lies outside the range
+// of the training records' values, where the prediction extrapolates the
+// drift, as "its drift field F = V lies outside the training range
+// [A, B]"; empty when none does.
+std::string ZqDescribeDriftExtrapolation(const ZqMolModel& model, const Molkit::ZqMolBase& mol);
 
 // The columns of a prediction row, and their text.
 struct ZqMolPredictionFormat {
@@ -93,6 +111,8 @@ struct ZqMolPredictionFormat {
   // molecule lies in this applicability domain (1 or 0), as the columns or
   // fields "nearest_similarity" and "in_domain"; none when null.
   const ZqApplicabilityDomain* domain = nullptr;
+  // Which variance the numbers show.
+  ZqMolVariance varianceKind = ZqMolVariance::kKriging;
 };
 
 // The CSV header line, "row,name,prediction,variance,neighbours" and the
@@ -113,5 +133,33 @@ std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredicti
 // that could not be read is written as an empty molecule with its name, so
 // that the records of the output match those of the input one to one.
 std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictionFormat& format);
+
+// Where screened rows go: a CSV file (with or without its header line, as
+// a partition of a larger output may be) or SD records.
+struct ZqMolScreenOutput {
+  bool sd = false;
+  bool header = true;
+  std::optional<double> threshold;
+  std::string thresholdText;
+  // The interval and domain columns (ZqMolPredictionFormat); none when null.
+  const ZqConformalIntervals* intervals = nullptr;
+  double alpha = 0.1;
+  const ZqApplicabilityDomain* domain = nullptr;
+};
+
+// The columns of a model's rows: the prediction alone for a mean-only
+// screen; a last "kernel" column for a local model, or when failed
+// predictions fall back to lesser kernels.
+ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
+                                            const ZqMolScreenOutput& output);
+
+// Screens `reader` into `out`: the CSV header (when asked), then the text of
+// every row, chunk by chunk; `each`, when set, sees each chunk after its
+// rows are written (to write further files, draw reports, count) and
+// returns false to stop. The caller commits `out`.
+ZqMolScreenSummary ZqScreenMoleculesInto(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
+                                         const ZqMolScreenOptions& options, const ZqMolScreenOutput& output,
+                                         Molkit::ZqOutputFile& out,
+                                         const std::function<bool(std::vector<ZqMolScreenRow>&)>& each = {});
 
 }  // namespace Varimo

@@ -1,5 +1,6 @@
 #include "varimo/mol/mol_model.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -126,6 +127,7 @@ bool ZqMolModel::AddTraining(const Molkit::ZqMolBase& mol, double response) {
   if (!std::isfinite(response) || !krige_->AddTraining(mol, response)) return false;
   mols_.emplace_back(mol.CreateCopy());
   responses_.push_back(response);
+  WidenDriftRanges(mol);
   trained_ = false;
   fallbacks_.reset();
   return true;
@@ -135,9 +137,33 @@ bool ZqMolModel::AddTraining(const Molkit::ZqMolBase& mol, const Printex::ZqVsep
   if (!std::isfinite(response) || !krige_->AddTrainingWithFingerprint(mol, fp, response)) return false;
   mols_.emplace_back(mol.CreateCopy());
   responses_.push_back(response);
+  WidenDriftRanges(mol);
   trained_ = false;
   fallbacks_.reset();
   return true;
+}
+
+void ZqMolModel::WidenDriftRanges(const Molkit::ZqMolBase& mol) {
+  const std::vector<std::string>& drift = settings_.drift;
+  const bool first = driftRanges_.empty();
+  if (first) driftRanges_.resize(drift.size());
+  for (std::size_t k = 0; k < drift.size(); ++k) {
+    // The engine took the molecule, so its drift fields read as numbers.
+    const double value = ZqReadDriftField(mol, drift[k]).value_or(0.0);
+    auto& [low, high] = driftRanges_[k];
+    low = first ? value : std::min(low, value);
+    high = first ? value : std::max(high, value);
+  }
+}
+
+std::optional<double> ZqReadDriftField(const Molkit::ZqMolBase& mol, const std::string& tag) {
+  double value = 0.0;
+  if (!mol.HasSDData(tag) ||
+      !Corvane::ZqStringToNumber(Corvane::ZqStringStripWhiteSpace(mol.GetSDData(tag)), value) ||
+      !std::isfinite(value)) {
+    return std::nullopt;
+  }
+  return value;
 }
 
 // Why the drift fields cannot make a drift: a field named twice, or one

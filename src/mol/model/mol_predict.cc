@@ -20,7 +20,9 @@ std::vector<ZqMolPrediction> ZqPredictMolecules(const ZqMolKrige& model,
   auto work = [&](bool reports) {
     for (std::size_t i = next++; i < queries.size(); i = next++) {
       ZqMolPrediction& p = predictions[i];
-      if (queries[i] != nullptr) {
+      if (queries[i] != nullptr && options.meanOnly) {
+        p.mean = model.PredictMean(*queries[i]);
+      } else if (queries[i] != nullptr) {
         p.result = model.GetResult(*queries[i]);
         if (options.contributions && p.result.Valid()) {
           p.contributions = p.result.GetAtomContributions(*queries[i], options.baseline);

@@ -33,7 +33,24 @@ std::string Neighbours(const ZqMolKrigeResult& result) {
   return names;
 }
 
-bool Predicted(const ZqMolScreenRow& row) { return row.failure.empty() && row.prediction.result.Valid(); }
+bool Predicted(const ZqMolScreenRow& row) {
+  return row.failure.empty() && (row.prediction.mean || row.prediction.result.Valid());
+}
+
+// Six significant digits, for messages.
+std::string Short(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6g", value);
+  return text;
+}
+
+double Variance(const ZqMolKrigeResult& result, const ZqMolPredictionFormat& format) {
+  return format.varianceKind == ZqMolVariance::kFull ? result.GetFullVariance() : result.GetVariance();
+}
+
+double Prediction(const ZqMolScreenRow& row) {
+  return row.prediction.mean ? *row.prediction.mean : row.prediction.result.GetResponse();
+}
 
 // The interval's and the domain's fields of a row, as the format asks.
 std::vector<std::pair<std::string, std::string>> UncertaintyFields(const ZqMolScreenRow& row,
@@ -58,19 +75,30 @@ std::vector<std::pair<std::string, std::string>> UncertaintyFields(const ZqMolSc
 
 }  // namespace
 
-std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol) {
+std::string ZqExplainFailedPrediction(const ZqMolModel& model, const Molkit::ZqMolBase& mol, bool meanOnly) {
   if (mol.GetNumHeavyAtoms() == 0) return "no heavy atoms";
   for (const std::string& tag : model.GetSettings().drift) {
-    double value = 0.0;
-    if (!mol.HasSDData(tag) ||
-        !Corvane::ZqStringToNumber(Corvane::ZqStringStripWhiteSpace(mol.GetSDData(tag)), value) ||
-        !std::isfinite(value)) {
-      return "the drift field " + tag + " is missing or not a number";
-    }
+    if (!ZqReadDriftField(mol, tag)) return "the drift field " + tag + " is missing or not a number";
+  }
+  if (meanOnly) return "the model gives no prediction (not a finite number)";
+  if (const std::string drift = ZqDescribeDriftExtrapolation(model, mol); !drift.empty()) {
+    return "the model gives no valid prediction: " + drift + ", where its kriging variance falls outside the kernel's range";
   }
   return "the model gives no valid prediction: its kriging variance falls outside the kernel's range (a "
          "near-duplicate of training molecules under a kernel with almost no nugget, or a molecule far from all of "
          "them)";
+}
+
+std::string ZqDescribeDriftExtrapolation(const ZqMolModel& model, const Molkit::ZqMolBase& mol) {
+  const std::vector<std::string>& drift = model.GetSettings().drift;
+  const std::vector<std::pair<double, double>>& ranges = model.GetDriftRanges();
+  for (std::size_t k = 0; k < drift.size() && k < ranges.size(); ++k) {
+    const std::optional<double> value = ZqReadDriftField(mol, drift[k]);
+    if (!value || (*value >= ranges[k].first && *value <= ranges[k].second)) continue;
+    return "its drift field " + drift[k] + " = " + Short(*value) + " lies outside the training range [" +
+           Short(ranges[k].first) + ", " + Short(ranges[k].second) + "]";
+  }
+  return {};
 }
 
 ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
@@ -80,7 +108,8 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
   const std::size_t chunkSize = std::max<std::size_t>(1, options.chunkSize);
   ZqMolPredictOptions predict;
   predict.threads = options.threads;
-  predict.contributions = options.contributions;
+  predict.contributions = options.contributions && !options.meanOnly;
+  predict.meanOnly = options.meanOnly;
   predict.baseline = model.GetMeanResponse();
   std::vector<ZqMolScreenRow> chunk;
   bool more = true;
@@ -102,19 +131,31 @@ ZqMolScreenSummary ZqScreenMolecules(const ZqMolModel& model, Molkit::ZqMolecule
     for (std::size_t i = 0; i < chunk.size(); ++i) {
       ZqMolScreenRow& row = chunk[i];
       row.prediction = std::move(predictions[i]);
-      if (row.record.mol && !row.prediction.result.Valid() && options.fallbackKernels) {
+      const bool predicted = row.prediction.mean || row.prediction.result.Valid();
+      if (row.record.mol && !predicted && options.fallbackKernels) {
         row.prediction.result = model.GetFallbackResult(*row.record.mol);
-        if (row.prediction.result.Valid() && options.contributions) {
+        if (row.prediction.result.Valid() && options.meanOnly) {
+          row.prediction.mean = row.prediction.result.GetResponse();
+          row.prediction.result = ZqMolKrigeResult();
+        } else if (row.prediction.result.Valid() && options.contributions) {
           row.prediction.contributions =
               row.prediction.result.GetAtomContributions(*row.record.mol, predict.baseline);
         }
       }
       if (!row.record.mol) {
         row.failure = row.record.error;
-      } else if (!row.prediction.result.Valid()) {
-        row.failure = ZqExplainFailedPrediction(model, *row.record.mol);
+      } else if (!row.prediction.mean && !row.prediction.result.Valid()) {
+        row.failure = ZqExplainFailedPrediction(model, *row.record.mol, options.meanOnly);
       }
-      if (!row.failure.empty()) ++summary.failed;
+      if (!row.failure.empty()) {
+        ++summary.failed;
+      } else if (!model.GetSettings().drift.empty()) {
+        row.warning = ZqDescribeDriftExtrapolation(model, *row.record.mol);
+        if (!row.warning.empty()) {
+          row.warning += ": the prediction extrapolates the drift, further than its kriging variance says";
+          ++summary.warned;
+        }
+      }
     }
     summary.rows += chunk.size();
     if (!sink(chunk)) {
@@ -139,12 +180,14 @@ std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredicti
   const ZqMolKrigeResult& result = row.prediction.result;
   const bool predicted = Predicted(row);
   std::string line = std::to_string(row.row) + ',' + CsvField(row.record.name) + ',' +
-                     Number(predicted ? result.GetResponse() : kFailed);
+                     Number(predicted ? Prediction(row) : kFailed);
   if (format.variance) {
-    line += ',' + Number(predicted ? result.GetVariance() : kFailed) + ',' +
+    line += ',' + Number(predicted ? Variance(result, format) : kFailed) + ',' +
             CsvField(predicted ? Neighbours(result) : std::string());
   }
-  if (format.threshold) line += ',' + Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold) : kFailed);
+  if (format.threshold) {
+    line += ',' + Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold, format.varianceKind) : kFailed);
+  }
   if (format.kernel) line += ',' + CsvField(predicted ? result.GetKernel().GetName() : std::string());
   for (const auto& [name, value] : UncertaintyFields(row, format)) line += ',' + value;
   return line + '\n';
@@ -161,20 +204,52 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
   }
   const ZqMolKrigeResult& result = row.prediction.result;
   const bool predicted = Predicted(row);
-  record += SDField("prediction", Number(predicted ? result.GetResponse() : kFailed));
+  record += SDField("prediction", Number(predicted ? Prediction(row) : kFailed));
   if (format.variance) {
-    record += SDField("std", Number(predicted ? std::sqrt(result.GetVariance()) : kFailed));
+    record += SDField("std", Number(predicted ? std::sqrt(Variance(result, format)) : kFailed));
     record += SDField("neighbours", predicted ? Neighbours(result) : std::string());
   }
   if (format.threshold) {
     // A '>' would end the tag early for SD readers, RDKit's among them.
     record += SDField("P(above " + format.thresholdText + ")",
-                      Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold) : kFailed));
+                      Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold, format.varianceKind)
+                                       : kFailed));
   }
   if (format.kernel) record += SDField("kernel", predicted ? result.GetKernel().GetName() : std::string());
   for (const auto& [name, value] : UncertaintyFields(row, format)) record += SDField(name, value);
   if (!predicted) record += SDField("failure", row.failure);
   return record + "$$$$\n";
+}
+
+ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMolScreenOptions& options,
+                                            const ZqMolScreenOutput& output) {
+  ZqMolPredictionFormat format;
+  format.variance = !options.meanOnly;
+  format.varianceKind = options.variance;
+  format.kernel = !options.meanOnly && (model.GetSettings().numLocal > 0 || options.fallbackKernels);
+  // A probability needs the variance a mean-only screen never computes.
+  if (!options.meanOnly) format.threshold = output.threshold;
+  format.thresholdText = output.thresholdText;
+  format.intervals = output.intervals;
+  format.alpha = output.alpha;
+  format.domain = output.domain;
+  return format;
+}
+
+ZqMolScreenSummary ZqScreenMoleculesInto(const ZqMolModel& model, Molkit::ZqMoleculeReader& reader,
+                                         const ZqMolScreenOptions& options, const ZqMolScreenOutput& output,
+                                         Molkit::ZqOutputFile& out,
+                                         const std::function<bool(std::vector<ZqMolScreenRow>&)>& each) {
+  const ZqMolPredictionFormat format = ZqPredictionFormatFor(model, options, output);
+  if (output.header && !output.sd) out.Write(ZqPredictionCsvHeader(format));
+  return ZqScreenMolecules(model, reader, options, [&](std::vector<ZqMolScreenRow>& chunk) {
+    std::string text;
+    for (const ZqMolScreenRow& row : chunk) {
+      text += output.sd ? ZqFormatPredictionSD(row, format) : ZqFormatPredictionCsv(row, format);
+    }
+    out.Write(text);
+    return !each || each(chunk);
+  });
 }
 
 }  // namespace Varimo

@@ -18,7 +18,11 @@ order the pair (|x_i - x_j|, r_i - r_j).
 Universal kriging (all unique points; a repeated point's response is the
 mean of its copies): numpy.linalg.solve of the bordered system
   [C 1 P; 1' 0 0; P' 0 0] [w; mu; nu] = [b; 1; p],
-prediction w'y and variance sill - w'b.
+prediction w'y and variance sill - w'b; and the full variance, which adds
+the variance of estimating the mean and drift, by the generalised least
+squares formula (not from the bordered solve):
+  sill - b'C^-1 b + (f - F'C^-1 b)' (F'C^-1 F)^-1 (f - F'C^-1 b),
+F = [1 P] for universal and [1] for ordinary kriging, f = (1, p).
 
 Local kriging with K neighbours: the records sorted by (distance to the
 query, index); the first K records are taken, then further records in that
@@ -29,8 +33,9 @@ responses), ordinary and universal kriging, solved as above.
 
 Lines: "train x0 x1 x2 y", "query x0 x1 x2",
 "pair <distance> <residual difference>",
-"universal <kernel> <range> <sill> <nugget> <query> <prediction> <variance>",
-"local <model> <K> <predict-training 0|1> <kernel> <range> <sill> <nugget> <query> <prediction> <variance>".
+"universal <kernel> <range> <sill> <nugget> <query> <prediction> <variance> <full variance>",
+"local <model> <K> <predict-training 0|1> <kernel> <range> <sill> <nugget> <query> <prediction> <variance>
+<full variance>" (the full variance of simple kriging is its variance).
 """
 import math
 import os
@@ -93,6 +98,21 @@ def solve(kind, unique, y, q, kernel, r, s, nug):
     return w @ y, s - w @ b
 
 
+def full_variance(kind, unique, q, kernel, r, s, nug):
+    C = np.array([[s - kernel(distance(a, b), r, s, nug) for b in unique] for a in unique])
+    b = np.array([s - kernel(distance(q, u), r, s, nug) for u in unique])
+    Cb = np.linalg.solve(C, b)
+    if kind == "simple":
+        return s - b @ Cb
+    F = np.ones((len(unique), 1))
+    f = np.array([1.0])
+    if kind == "universal":
+        F = np.hstack([F, np.array(unique)])
+        f = np.append(f, q)
+    gap = f - F.T @ Cb
+    return s - b @ Cb + gap @ np.linalg.solve(F.T @ np.linalg.solve(C, F), gap)
+
+
 def neighbours(q, K, predict_training):
     order = sorted(range(len(points)), key=lambda i: (distance(q, points[i]), i))
     if predict_training:
@@ -122,7 +142,8 @@ unique, y = unique_of(list(zip(points, responses)))
 for name, kernel, r, s, nug in KERNELS:
     for qi, q in enumerate(queries):
         prediction, variance = solve("universal", unique, y, q, kernel, r, s, nug)
-        lines.append(f"universal {name} {r!r} {s!r} {nug!r} {qi} {prediction!r} {variance!r}")
+        full = full_variance("universal", unique, q, kernel, r, s, nug)
+        lines.append(f"universal {name} {r!r} {s!r} {nug!r} {qi} {prediction!r} {variance!r} {full!r}")
 
 for K in (8, 15):
     for predict_training in (0, 1):
@@ -131,8 +152,9 @@ for K in (8, 15):
                 local_unique, local_y = unique_of(neighbours(q, K, predict_training))
                 for kind in ("simple", "ordinary", "universal"):
                     prediction, variance = solve(kind, local_unique, local_y, q, kernel, r, s, nug)
+                    full = full_variance(kind, local_unique, q, kernel, r, s, nug)
                     lines.append(f"local {kind} {K} {predict_training} {name} {r!r} {s!r} {nug!r} {qi} "
-                                 f"{prediction!r} {variance!r}")
+                                 f"{prediction!r} {variance!r} {full!r}")
 
 here = os.path.dirname(os.path.abspath(__file__))
 with open(os.path.join(here, "drift_local_refs.txt"), "w") as out:
