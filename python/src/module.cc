@@ -3,6 +3,7 @@
 // call that trains or predicts.
 #include <pybind11/pybind11.h>
 
+#include "acquisition.h"
 #include "messages.h"
 #include "molecules.h"
 #include "vectors.h"
@@ -12,6 +13,7 @@ PYBIND11_MODULE(_core, m) {
   m.doc() = "The compiled core of the varimo package; use the classes of varimo instead.";
   VarimoPython::InstallMessageQueue();
   VarimoPython::BindMessages(m);
+  VarimoPython::BindAcquisition(m);
   VarimoPython::BindMolecules(m);
   VarimoPython::BindReports(m);
   VarimoPython::BindScreen(m);

@@ -10,11 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "acquisition.h"
 #include "conversions.h"
 #include "varimo/mol/mol_cross_validation.h"
 #include "varimo/mol/mol_model_file.h"
 #include "varimo/mol/mol_predict.h"
 #include "varimo/mol/mol_screen.h"
+#include "varimo/mol/mol_selection.h"
 #include "varimo/platform/molkit/molecule_files.h"
 
 namespace VarimoPython {
@@ -406,6 +408,16 @@ void BindMolecules(py::module_& m) {
         if (i >= model.GetNumRecords()) throw py::index_error("no record " + std::to_string(i));
         return model.GetRecord(i).GetCanonicalSmiles();
       })
+      .def("select", [](const Varimo::ZqMolModel& model, const Molecules& pool, const py::dict& options) {
+        const Varimo::ZqSelectionOptions selection = SelectionOptions(options);
+        Varimo::ZqMolListPool source(model, Pointers(pool), selection.threads);
+        Varimo::ZqSelection chosen;
+        {
+          py::gil_scoped_release release;
+          chosen = Varimo::ZqSelectMolecules(model, source, selection);
+        }
+        return PicksToPython(chosen);
+      }, py::arg("pool"), py::arg("options"))
       .def("cross_validate", [](const Varimo::ZqMolModel& model, const Molecules& batch,
                                 const std::vector<std::size_t>& rows, const std::vector<double>& responses,
                                 unsigned int folds, std::uint64_t seed, unsigned int threads) {

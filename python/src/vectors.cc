@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "acquisition.h"
 #include "conversions.h"
+#include "varimo/krige/applicability_domain.h"
 #include "varimo/krige/cross_validation.h"
 #include "varimo/krige/vector_model.h"
 
@@ -84,6 +86,47 @@ class VectorModel {
     return py::make_tuple(ToArray(predictions), ToArray(variances));
   }
 
+  // The picks from the rows of a pool (batch_selection.h).
+  py::tuple Select(const py::array_t<double, py::array::c_style | py::array::forcecast>& x, const py::dict& options) {
+    if (!trained_) throw py::value_error("the model is not trained");
+    const Varimo::ZqSelectionOptions selection = SelectionOptions(options);
+    const std::vector<Varimo::ZqVectorElement> rows = Rows(x);
+    Varimo::ZqPoolInMemory<Varimo::ZqVectorElement> pool(rows);
+    Varimo::ZqSelection chosen;
+    {
+      py::gil_scoped_release release;
+      chosen = Varimo::ZqSelectBatch(*model_, pool, selection);
+    }
+    return PicksToPython(chosen);
+  }
+
+  // nearest distance, training rows within the radius, sd ratio and
+  // in_domain of each row, against the domain of the training rows.
+  py::tuple Applicability(const py::array_t<double, py::array::c_style | py::array::forcecast>& x, double quantile) {
+    if (!trained_) throw py::value_error("the model is not trained");
+    const std::vector<Varimo::ZqVectorElement> rows = Rows(x);
+    std::vector<double> nearest(rows.size()), ratio(rows.size());
+    std::vector<long> within(rows.size());
+    py::array_t<bool> inside(static_cast<py::ssize_t>(rows.size()));
+    {
+      py::gil_scoped_release release;
+      Varimo::ZqDomainOptions options;
+      options.quantile = quantile;
+      const Varimo::ZqApplicabilityDomain domain = Varimo::ZqApplicabilityDomain::FromModel(*model_, options);
+      const Varimo::ZqKrigeBase<Varimo::ZqVectorElement>& model = *model_;
+      for (std::size_t i = 0; i < rows.size(); ++i) {
+        const Varimo::ZqDomainAssessment a = Varimo::ZqIsFiniteRow(rows[i])
+                                                 ? domain.Assess(model.GetKrigeResult(rows[i]))
+                                                 : Varimo::ZqDomainAssessment();
+        nearest[i] = a.nearestDistance;
+        ratio[i] = a.sdRatio;
+        within[i] = static_cast<long>(a.withinRadius);
+        inside.mutable_data()[i] = a.inDomain;
+      }
+    }
+    return py::make_tuple(ToArray(nearest), ToArray(within), ToArray(ratio), inside);
+  }
+
   KernelTuple Kernel() const { return ToTuple(std::as_const(*model_).GetKernel()); }
   py::tuple TrainedKernels() const { return ToPython(model_->GetTrainedKernels()); }
   py::tuple Variogram() const {
@@ -126,6 +169,8 @@ void BindVectors(py::module_& m) {
       .def("train", &VectorModel::Train)
       .def("train_with_kernels", &VectorModel::TrainWithKernels, py::arg("kernels"), py::arg("fixed"))
       .def("predict", &VectorModel::Predict, py::arg("x"), py::arg("threads") = 1)
+      .def("select", &VectorModel::Select, py::arg("x"), py::arg("options"))
+      .def("applicability", &VectorModel::Applicability, py::arg("x"), py::arg("quantile"))
       .def("kernel", &VectorModel::Kernel)
       .def("trained_kernels", &VectorModel::TrainedKernels)
       .def("variogram", &VectorModel::Variogram)

@@ -7,7 +7,7 @@ report images, as scikit-learn estimators.
     prediction, std = model.predict(new_smiles, return_std=True)
 """
 
-from . import _core
+from . import _core, acquisition
 from .cross_validation import CrossValidation, cross_validate
 from ._base import Kernel, Variogram
 from .kriging import Kriging
@@ -26,6 +26,7 @@ __all__ = [
     "PredictionWarning",
     "Report",
     "Variogram",
+    "acquisition",
     "cross_validate",
     "report",
     "screen",

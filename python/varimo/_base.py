@@ -32,7 +32,8 @@ class CoreEstimator(RegressorMixin, BaseEstimator):
         return self.__dict__["_variogram"]
 
     def __getstate__(self):
-        state = {k: v for k, v in self.__dict__.items() if k not in ("model_", "_variogram")}
+        unpicklable = ("model_", "_variogram", "_conformal_intervals")
+        state = {k: v for k, v in self.__dict__.items() if k not in unpicklable}
         if hasattr(self, "model_"):
             state["_core_state"] = self._save_core()
         return state

@@ -1,15 +1,17 @@
 """Kriging on rows of numbers as a scikit-learn estimator."""
 
 import numpy as np
+from sklearn.base import clone
 
 from . import _core, _messages
 from ._base import CoreEstimator, Kernel
+from ._choosing import ChoosingMixin, call
 from .mol_kriging import check_errors, check_threads, no_kernel_error, report_failures
 
 _MODELS = ("simple", "ordinary", "universal")
 
 
-class Kriging(CoreEstimator):
+class Kriging(ChoosingMixin, CoreEstimator):
     """Kriging on numeric features with a Euclidean distance: the engine of
     ``varimo-krige`` on CSV files, giving the same numbers to the last bit.
 
@@ -93,15 +95,41 @@ class Kriging(CoreEstimator):
         self._training = (values, y)
         self.kernel_ = Kernel(*model.kernel())
         self.__dict__.pop("_variogram", None)
+        self._forget_calibration()
         return self
+
+    def _checked_columns(self, X):
+        values, _, _ = self._columns(X)
+        if values.shape[1] != self.n_features_in_:
+            raise ValueError(f"X has {values.shape[1]} columns; the model was fitted on {self.n_features_in_}")
+        return values
+
+    # Choosing and trusting (ChoosingMixin) ------------------------------------
+
+    def _select_core(self, pool, options):
+        return call(self.model_.select, self._checked_columns(pool), options), None
+
+    def _held_out(self):
+        from .cross_validation import cross_validate
+
+        values, y = self._training
+        model = clone(self)
+        if self.drift_columns:
+            # The stored rows hold the drift columns last, by position.
+            model.drift_columns = list(range(values.shape[1] - len(self.drift_columns), values.shape[1]))
+        cv = cross_validate(model, values, y, folds=5)
+        return y, cv.prediction, cv.std**2
+
+    def _assess(self, X, quantile):
+        self._check_fitted()
+        nearest, within, ratio, inside = call(self.model_.applicability, self._checked_columns(X), quantile)
+        return 1.0 - nearest, within, ratio, inside
 
     def predict(self, X, return_std=False):
         """Predictions of the rows of X; with return_std, also their standard
         deviations. NaN for a row that cannot be predicted."""
         self._check_fitted()
-        values, _, _ = self._columns(X)
-        if values.shape[1] != self.n_features_in_:
-            raise ValueError(f"X has {values.shape[1]} columns; the model was fitted on {self.n_features_in_}")
+        values = self._checked_columns(X)
         (prediction, variance), _ = _messages.call(self.model_.predict, values, check_threads(self.threads))
         failed = (prediction >= 1e300) | (variance >= 1e300) | ~np.isfinite(prediction) | ~np.isfinite(variance)
         prediction[failed] = np.nan

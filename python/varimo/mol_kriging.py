@@ -8,6 +8,7 @@ import numpy as np
 
 from . import _core, _inputs, _messages
 from ._base import CoreEstimator, Kernel, Variogram
+from ._choosing import ChoosingMixin, call
 
 Neighbours = collections.namedtuple("Neighbours", "indices weights distances")
 
@@ -42,7 +43,7 @@ def no_kernel_error(n, reported):
     return RuntimeError(f"no kernel could be trained on {n} molecules: {reason}")
 
 
-class MolKriging(CoreEstimator):
+class MolKriging(ChoosingMixin, CoreEstimator):
     """Kriging on molecules: predictions with a variance, the neighbours that
     carry them, and what each atom contributes.
 
@@ -173,6 +174,25 @@ class MolKriging(CoreEstimator):
         self.training_rows_ = training_rows
         self.kernel_ = Kernel(*model.kernel())
         self.__dict__.pop("_variogram", None)
+        self._forget_calibration()
+
+    # Choosing and trusting (ChoosingMixin) ------------------------------------
+
+    def _select_core(self, pool, options):
+        data = _inputs.molecules(pool, self.drift)
+        return call(self.model_.select, data.batch, options), list(data.batch.names())
+
+    def _conformal(self):
+        # Folds of the training records themselves, as varimo-krige
+        # predict --interval calibrates.
+        if "_conformal_intervals" not in self.__dict__:
+            self.__dict__["_conformal_intervals"] = call(_core.calibrate_mol_model, self.model_, 5, 1,
+                                                         check_threads(self.threads))
+        return self.__dict__["_conformal_intervals"]
+
+    def _assess(self, X, quantile):
+        _, predictions, _, _ = self._predictions(X)
+        return call(_core.mol_domain, self.model_, quantile).assess(predictions)
 
     # Predicting ------------------------------------------------------------
 

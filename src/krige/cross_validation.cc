@@ -38,6 +38,7 @@ ZqCrossValidationSummary ZqSummarizeCrossValidation(const std::vector<double>& m
     }
   }
   summary.counted = counted.size();
+  summary.calibration = ZqSummarizeCalibration(measured, predicted, variances);
   if (counted.empty()) {
     summary.rmse = summary.r2 = summary.coverage95 = kNaN;
     return summary;

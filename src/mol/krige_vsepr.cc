@@ -1,6 +1,8 @@
 // The kriging models over Vsepr fingerprints, instantiated once here.
 #include "varimo/mol/krige_vsepr.h"
 
+#include "varimo/krige/applicability_domain_impl.h"
+#include "varimo/krige/batch_selection_impl.h"
 #include "varimo/krige/create_krige.h"
 #include "varimo/krige/krige_impl.h"
 
@@ -32,5 +34,11 @@ ZqVseprKrige::ZqVseprKrige(const ZqKrigeOptions& options, bool simple)
 
 ZqVseprKrige::ZqVseprKrige(const ZqKrigeOptions& options, std::size_t numProperties)
     : ZqKrigeImpl(ZqCreateKrige<ZqVseprPropFP>(ZqVseprJaccardDistFxn(), ZqGetVseprPropsFxn(numProperties), options)) {}
+
+// Batch selection and the applicability domain on fingerprints.
+template ZqSelection ZqSelectBatch<ZqVseprPropFP>(const ZqKrigeBase<ZqVseprPropFP>&, ZqPoolSource<ZqVseprPropFP>&,
+                                                 const ZqSelectionOptions&);
+template ZqApplicabilityDomain ZqApplicabilityDomain::FromModel(const ZqKrigeBase<ZqVseprPropFP>&,
+                                                                const ZqDomainOptions&);
 
 }  // namespace Varimo

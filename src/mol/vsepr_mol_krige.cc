@@ -67,6 +67,12 @@ ZqMolKrigeResult ZqVseprMolKrigeImpl::Result(Self& self, const M& mol) {
                                                                  self.krige_.GetVariogram()));
 }
 
+bool ZqVseprMolKrigeImpl::MakeFingerprint(const Molkit::ZqMolBase& mol, ZqVseprPropFP& fp) const {
+  if (!HasDrift(mol)) return false;
+  fp = GetFP(mol);
+  return !fp.IsEmpty();
+}
+
 std::optional<double> ZqVseprMolKrigeImpl::PredictMean(const Molkit::ZqMolBase& mol) const {
   if (!HasDrift(mol)) return std::nullopt;
   const double prediction = krige_.PredictMean(GetFP(mol));

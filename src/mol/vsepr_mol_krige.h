@@ -62,6 +62,8 @@ class ZqVseprMolKrigeImpl final : public ZqMolKrigeImpl {
   }
   void Clear() override;
   ZqMolKrigeImpl* CreateCopy() const override { return new ZqVseprMolKrigeImpl(*this); }
+  const ZqKrigeBase<ZqVseprPropFP>* GetFingerprintModel() const override { return &krige_.GetModel(); }
+  bool MakeFingerprint(const Molkit::ZqMolBase& mol, ZqVseprPropFP& fp) const override;
 
  private:
   template <class M>

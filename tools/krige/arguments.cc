@@ -23,8 +23,15 @@ const char* HelpText() {
                     [--fallback-kernels] [--no-variance] [--variance kriging|full]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
                     [--report DIR [--report-format png|svg|pdf]]
+                    [--interval ALPHA] [--domain]
        varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
-                    [--local K] [--drift TAG,...] [--threads N]
+                    [--local K] [--drift TAG,...] [--threads N] [--calibration]
+       varimo-krige select --train MOLS --response NAME --pool POOL --picks N
+                    --out PICKS.csv|PICKS.sdf [--acquisition greedy|ucb|ei|pi|thompson]
+                    [--batch believer|liar-min|liar-mean|liar-max|thompson]
+                    [--kappa K] [--xi X] [--minimize] [--exclude-training]
+                    [--allow-duplicates] [--candidates M] [--seed S] [--local K]
+                    [--drift TAG,...] [--load MODEL.vkm] [--threads N]
 
 Kriges the rows of a CSV file (a header line of column names, then one line per
 element) and predicts the rows of another.
@@ -134,6 +141,36 @@ columns) of that name.
                          held-out values within prediction +- 1.96 sqrt(variance));
                          R2 is nan, and said to be undefined, when fewer than two
                          predictions count or their measured values are equal
+  --calibration          with cv: then "coverage50 x", "coverage80 x", "coverage90 x",
+                         "miscalibration area x" (mean |coverage - level| over the
+                         levels 0.05 to 0.95), "Spearman |error| sd x" and "NLPD x"
+                         (mean negative log predictive density)
+  --interval ALPHA       with --predict: columns (or SD fields) "lower" and "upper"
+                         of a conformal interval that misses with probability
+                         ALPHA (0.1 for 90 %), calibrated on the residuals of a
+                         cross-validation of the training set (--folds, --seed)
+  --domain               with --predict: columns (or SD fields) "nearest_similarity"
+                         (of the nearest training molecule) and "in_domain" (1 when
+                         that molecule is as near as 95 % of the training molecules
+                         are to their own nearest other one, else 0)
+  select                 the next N molecules to make from POOL (any molecule file
+                         --predict reads): "rank,row,name,prediction,sd,acquisition"
+                         in pick order (row: the record's number in POOL from 0),
+                         or with PICKS.sdf (POOL an SD file) the picked records
+                         with those fields. Without --batch, the top N by the
+                         acquisition (default ei: expected improvement over the
+                         best training response by at least --xi, default 0; ucb:
+                         mean + K sd, --kappa default 2; pi: probability of
+                         improvement; greedy: the mean; --minimize for the
+                         smallest response). --batch believer or liar-*: each pick
+                         is taken in as if measured at its prediction (or the
+                         min, mean or max training response) before the next.
+                         --batch thompson: each pick the best of one joint
+                         posterior draw over the --candidates M (default 2000)
+                         members of largest ucb, deterministic under --seed.
+                         Picks never repeat; two identical molecules are not both
+                         picked unless --allow-duplicates; --exclude-training
+                         leaves out molecules equal to a training molecule
 The query file is read, predicted and written a chunk of records at a time, so
 files of any size take little memory. A row that cannot be predicted is named on
 standard error with its row, its name and the reason, and the run ends with one
@@ -180,11 +217,13 @@ bool AllDigits(const std::string& value) {
   return !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
 }
 
+}  // namespace
+
 // A whole number from `least` to `most` into `number`; false, with `error`
 // set, otherwise: too large a number is said to be too large, not to be no
 // number.
 bool ParseCount(const std::string& flag, const std::string& value, unsigned int& number, std::string& error,
-                unsigned int least = 1, unsigned int most = 4294967295u) {
+                unsigned int least, unsigned int most) {
   if (Corvane::ZqStringToNumber(value, number) && number >= least && number <= most) return true;
   const std::string range = "from " + std::to_string(least) + " to " + std::to_string(most);
   error = flag + " must be a whole number " + range + ", not " + value;
@@ -193,8 +232,6 @@ bool ParseCount(const std::string& flag, const std::string& value, unsigned int&
   }
   return false;
 }
-
-}  // namespace
 
 bool IsMoleculeFile(const std::string& path) {
   std::string lower = path;
@@ -228,6 +265,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
   if (parsed.universal && parsed.drift.empty()) return "--model universal needs --drift TAG,...";
   if (parsed.numLocal == 0 && parsed.predictTraining) return "--predict-training is only for --local K";
   if (parsed.numLocal == 0 && parsed.maxVariogramSize) return "--max-variogram-size is only for --local K";
+  if (std::string choice = ChoiceConflict(parsed); !choice.empty() || parsed.select) return choice;
   if (parsed.crossValidate) {
     if (parsed.trainPath.empty()) return "missing --train (see --help)";
     if (parsed.responseName.empty()) return "missing --response (see --help)";
@@ -275,8 +313,8 @@ std::string MoleculeConflict(const Arguments& parsed) {
 std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, std::string& error) {
   Arguments parsed;
   std::size_t first = 0;
-  if (!args.empty() && args.front() == "cv") {
-    parsed.crossValidate = true;
+  if (!args.empty() && (args.front() == "cv" || args.front() == "select")) {
+    (args.front() == "cv" ? parsed.crossValidate : parsed.select) = true;
     first = 1;
   }
   for (std::size_t i = first; i < args.size(); ++i) {
@@ -284,6 +322,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     if (flag == "--help" || flag == "-h") {
       parsed.help = true;
       return parsed;
+    }
+    if (const ChoiceFlag choice = ParseChoiceFlag(args, i, parsed, error); choice != ChoiceFlag::NotOurs) {
+      if (choice == ChoiceFlag::Invalid) return std::nullopt;
+      continue;
     }
     if (flag == "--predict-training" || flag == "--quiet" || flag == "--fallback-kernels" || flag == "--no-variance") {
       (flag == "--quiet"              ? parsed.quiet
@@ -359,7 +401,8 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     }
     if (!valid) return std::nullopt;
   }
-  parsed.molecules = parsed.crossValidate || !parsed.loadPath.empty() || IsMoleculeFile(parsed.trainPath);
+  parsed.molecules =
+      parsed.crossValidate || parsed.select || !parsed.loadPath.empty() || IsMoleculeFile(parsed.trainPath);
   if (parsed.molecules) {
     error = MoleculeConflict(parsed);
     if (!error.empty()) return std::nullopt;
@@ -373,6 +416,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
   }
   if (!parsed.reportDir.empty() || !parsed.reportFormat.empty()) {
     error = "--report and --report-format are only for molecule files (see --help)";
+    return std::nullopt;
+  }
+  if (AnyChoiceFlag(parsed)) {
+    error = "select, --interval, --domain and --calibration are only for molecule files (see --help)";
     return std::nullopt;
   }
   const std::pair<const char*, const std::string*> required[] = {{"--train", &parsed.trainPath},

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "choice_arguments.h"
+
 namespace VarimoKrige {
 
 struct Arguments {
@@ -40,6 +42,10 @@ struct Arguments {
   bool fullVariance = false;          // --variance full: with the variance of the mean and drift
   std::string reportDir;              // empty: no report images
   std::string reportFormat;           // png, svg or pdf; empty: not given, png
+
+  // The select command, and the options of choosing and trusting.
+  bool select = false;
+  ChoiceArguments choice;
 };
 
 // More threads than this is a slip of the keyboard rather than a machine.
@@ -49,6 +55,11 @@ constexpr unsigned int kMaxThreads = 1024;
 // a .csv file whose header has a "smiles" column (extensions and column
 // name in any case).
 bool IsMoleculeFile(const std::string& path);
+
+// A whole number from `least` to `most` into `number`; false, with `error`
+// set, otherwise.
+bool ParseCount(const std::string& flag, const std::string& value, unsigned int& number, std::string& error,
+                unsigned int least = 1, unsigned int most = 4294967295u);
 
 // The arguments, or nothing with `error` set to a one-line message.
 std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, std::string& error);

@@ -9,6 +9,18 @@
 #include "varimo/mol/mol_cross_validation.h"
 
 namespace VarimoKrige {
+namespace {
+
+// How well the held-out variances describe the errors, after the lines
+// every run prints, so that those stay as they are.
+void PrintCalibration(const Varimo::ZqCalibration& c) {
+  std::printf("coverage50 %.6g\ncoverage80 %.6g\ncoverage90 %.6g\n", c.coverage50, c.coverage80, c.coverage90);
+  std::printf("miscalibration area %.6g\n", c.miscalibrationArea);
+  std::printf("Spearman |error| sd %.6g\n", c.spearmanErrorSd);
+  std::printf("NLPD %.6g\n", c.meanNegativeLogDensity);
+}
+
+}  // namespace
 
 int RunCrossValidation(const Arguments& args) {
   int status = kBadInput;
@@ -42,6 +54,7 @@ int RunCrossValidation(const Arguments& args) {
   }
   std::printf("R2 %.6g\n", summary.r2);
   std::printf("coverage95 %.6g\n", summary.coverage95);
+  if (args.choice.calibration) PrintCalibration(summary.calibration);
   return 0;
 }
 

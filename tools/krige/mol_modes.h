@@ -1,5 +1,5 @@
 // varimo-krige on molecule files: predicting (training or loading a model,
-// saving it) and cross-validation.
+// saving it), cross-validation and choosing from a pool.
 #pragma once
 
 #include <string>
@@ -12,9 +12,13 @@ namespace VarimoKrige {
 // for bad input.
 int RunMolecules(const Arguments& args);
 int RunCrossValidation(const Arguments& args);
+int RunSelection(const Arguments& args);
 
 // False, with `error` naming both, when an output path is an input or
 // another output: the run would overwrite what it reads or writes.
 bool CheckPathsDiffer(const Arguments& args, std::string& error);
+
+// Whether an output path names an SD file (.sdf or .sdf.gz, in any case).
+bool IsSDOutput(const std::string& path);
 
 }  // namespace VarimoKrige

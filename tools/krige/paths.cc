@@ -1,3 +1,4 @@
+#include <cctype>
 #include <filesystem>
 #include <utility>
 #include <vector>
@@ -17,11 +18,20 @@ bool SameFile(const std::string& a, const std::string& b) {
   return std::filesystem::weakly_canonical(a, failure) == std::filesystem::weakly_canonical(b, failure);
 }
 
+bool EndsWithLower(const std::string& path, const std::string& suffix) {
+  std::string lower = path;
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return lower.size() >= suffix.size() && lower.compare(lower.size() - suffix.size(), suffix.size(), suffix) == 0;
+}
+
 }  // namespace
+
+bool IsSDOutput(const std::string& path) { return EndsWithLower(path, ".sdf") || EndsWithLower(path, ".sdf.gz"); }
 
 bool CheckPathsDiffer(const Arguments& args, std::string& error) {
   const std::vector<std::pair<const char*, const std::string*>> inputs = {
-      {"--train", &args.trainPath}, {"--predict", &args.predictPath}, {"--load", &args.loadPath}};
+      {"--train", &args.trainPath}, {"--predict", &args.predictPath}, {"--load", &args.loadPath},
+      {"--pool", &args.choice.poolPath}};
   const std::vector<std::pair<const char*, const std::string*>> outputs = {
       {"--out", &args.outPath}, {"--contributions", &args.contributionsPath}, {"--save", &args.savePath}};
   for (std::size_t o = 0; o < outputs.size(); ++o) {

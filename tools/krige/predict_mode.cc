@@ -15,6 +15,7 @@
 #include "varimo/mol/krige_report.h"
 #include "varimo/mol/mol_model_file.h"
 #include "varimo/mol/mol_screen.h"
+#include "varimo/mol/mol_uncertainty.h"
 #include "varimo/platform/molkit/output_file.h"
 
 namespace VarimoKrige {
@@ -23,14 +24,6 @@ namespace {
 // Records read, predicted and written at a time: enough to keep the
 // threads busy, few enough that memory stays small.
 std::size_t ChunkSize(unsigned int threads) { return std::max<std::size_t>(256, 32 * std::size_t{threads}); }
-
-bool EndsWithLower(const std::string& path, const std::string& suffix) {
-  std::string lower = path;
-  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return lower.size() >= suffix.size() && lower.compare(lower.size() - suffix.size(), suffix.size(), suffix) == 0;
-}
-
-bool IsSDOutput(const std::string& path) { return EndsWithLower(path, ".sdf") || EndsWithLower(path, ".sdf.gz"); }
 
 // The outputs of the run, all opened before anything is read so that a
 // path that cannot be written stops the run before it costs anything, and
@@ -73,13 +66,26 @@ class Reports {
     options_.SetContributionBaseline(model.GetMeanResponse());
   }
   bool Enabled() const { return !dir_.empty(); }
+  // The interval and the domain as two more entries of every report.
+  void ShowUncertainty(const Varimo::ZqConformalIntervals* intervals, double alpha,
+                       const Varimo::ZqApplicabilityDomain* domain) {
+    intervals_ = intervals;
+    domain_ = domain;
+    alpha_ = alpha;
+    Varimo::ZqPushReportUncertainty(options_, alpha, intervals != nullptr, domain != nullptr);
+  }
   std::string PathOf(std::size_t row) const {
     return (std::filesystem::path(dir_) / (std::to_string(row) + '.' + extension_)).string();
   }
   // Drawn on the calling thread: Cairo and RDKit's depiction are not relied
-  // on to be thread-safe. False when the image cannot be written.
+  // on to be thread-safe. False when the image cannot be written. The row's
+  // output must be written before, as the interval and domain entries
+  // travel to the report as data fields of the row's molecule.
   bool Draw(Varimo::ZqMolScreenRow& row) {
-    const Molkit::ZqMolBase& mol = *row.record.mol;
+    Molkit::ZqMolBase& mol = *row.record.mol;
+    if (intervals_ || domain_) {
+      Varimo::ZqSetReportUncertainty(mol, row.prediction.result, options_, intervals_, alpha_, domain_);
+    }
     if (mol.GetName().empty()) {
       options_.ClearTitle();
     } else {
@@ -96,6 +102,9 @@ class Reports {
   std::string dir_;
   std::string extension_;
   Varimo::ZqKrigeReportOptions options_;
+  const Varimo::ZqConformalIntervals* intervals_ = nullptr;
+  const Varimo::ZqApplicabilityDomain* domain_ = nullptr;
+  double alpha_ = 0.1;
 };
 
 // The report folder, made when missing; an error when it cannot be made or
@@ -148,8 +157,26 @@ int RunMolecules(const Arguments& args) {
   output.sd = IsSDOutput(args.outPath);
   output.threshold = args.threshold;
   output.thresholdText = args.thresholdText;
+  // Intervals calibrated on the model's own cross-validation residuals,
+  // and the domain of its training molecules, when asked.
+  std::optional<Varimo::ZqConformalIntervals> intervals;
+  std::optional<Varimo::ZqApplicabilityDomain> domain;
+  if (args.choice.intervalAlpha) {
+    intervals = Varimo::ZqCalibrateMolModel(*model, args.folds, args.seed, args.threads);
+    if (!intervals->IsFitted()) {
+      return Fail("--interval needs held-out predictions of the model's " + std::to_string(model->GetNumRecords()) +
+                  " training molecules in " + std::to_string(args.folds) + " folds, and none could be made");
+    }
+    output.intervals = &*intervals;
+    output.alpha = *args.choice.intervalAlpha;
+  }
+  if (args.choice.domain) {
+    domain = Varimo::ZqMolModelDomain(*model);
+    output.domain = &*domain;
+  }
   if (!args.contributionsPath.empty()) outputs.Contributions().Write("row,atom,contribution\n");
   Reports reports(args, *model);
+  if (output.intervals || output.domain) reports.ShowUncertainty(output.intervals, output.alpha, output.domain);
   Varimo::ZqMolScreenOptions options;
   options.threads = args.threads;
   options.chunkSize = ChunkSize(args.threads);

@@ -73,7 +73,7 @@ int main(int argc, char** argv) {
   }
   if (args->molecules) {
 #ifdef VARIMO_KRIGE_MOLECULES
-    return args->crossValidate ? RunCrossValidation(*args) : RunMolecules(*args);
+    return args->crossValidate ? RunCrossValidation(*args) : args->select ? RunSelection(*args) : RunMolecules(*args);
 #else
     return Fail("this varimo-krige was built without RDKit and reads no molecule files");
 #endif

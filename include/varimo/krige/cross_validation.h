@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "varimo/krige/calibration.h"
+
 namespace Varimo {
 
 // The fold (0 to folds - 1) of each of n records: fold k holds the records
@@ -30,6 +32,10 @@ struct ZqCrossValidationSummary {
   double rmse = 0.0;
   double r2 = 0.0;
   double coverage95 = 0.0;
+  // How well the variances describe the errors: coverages at the other
+  // levels, the miscalibration area, the rank correlation of |error| with
+  // sd and the mean negative log predictive density (calibration.h).
+  ZqCalibration calibration;
 };
 
 // The summary of measured values and their held-out predictions and

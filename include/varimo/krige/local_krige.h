@@ -109,6 +109,11 @@ class ZqLocalKrigeImpl : public ZqKrigeBase<T> {
   // Whether the pairs have outgrown maxVariogramSize, so that variograms
   // come from a random sample.
   bool IsSampled() const { return sampled_; }
+  // The training records' elements, in order of addition, and the
+  // distance of the model.
+  const T& GetDataElement(std::size_t record) const { return data_[record].GetElement(); }
+  const Record& GetData(std::size_t record) const { return data_[record]; }
+  const ZqKrigeDistanceFxn<T>& GetDistanceFxn() const { return *distFxn_; }
   // The candidate kernels in the order a query tries them.
   const std::vector<std::unique_ptr<ZqKrigeKernelBase>>& GetKernels() const { return kernels_; }
 

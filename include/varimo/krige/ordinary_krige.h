@@ -29,6 +29,10 @@ class ZqOrdinaryKrige final : public ZqStandardKrigeImpl<T, TT> {
 
   void Clear() override;
   ZqKrigeBase<T>* CreateKrigeCopy() const override { return new ZqOrdinaryKrige(*this); }
+  // The border is the 1 of the weights' sum; solved by the block
+  // elimination of the queries.
+  bool RightHandSide(const T& query, Eigen::VectorXd& rightHand) const override;
+  bool SolveSystem(Eigen::MatrixXd& rightHands) const override;
 
  protected:
   bool TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) override;

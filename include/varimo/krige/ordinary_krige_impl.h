@@ -120,4 +120,32 @@ void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries
   }
 }
 
+template <class T, class TT>
+bool ZqOrdinaryKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& rightHand) const {
+  const auto n = cholesky_.rows();
+  if (!this->IsTrained() || static_cast<std::size_t>(n) != this->GetContainer().GetNumUnique()) return false;
+  std::vector<double> distances;
+  const Eigen::VectorXd covariances =
+      krige_detail::QueryCovariances(query, this->TrainedKernel(), this->GetContainer(), distances);
+  rightHand.resize(n + 1);
+  rightHand << covariances, 1.0;
+  return true;
+}
+
+template <class T, class TT>
+bool ZqOrdinaryKrige<T, TT>::SolveSystem(Eigen::MatrixXd& rightHands) const {
+  const auto n = cholesky_.rows();
+  if (!this->IsTrained() || rightHands.rows() != n + 1) return false;
+  // C w + mu 1 = b and 1'w = beta: with u = C^-1 b and z = C^-1 1,
+  // mu = (1'u - beta) / (1'z) and w = u - mu z.
+  auto weights = rightHands.topRows(n);
+  krige_detail::SolveWithFactor(cholesky_, weights);
+  for (Eigen::Index q = 0; q < rightHands.cols(); ++q) {
+    const double multiplier = (weights.col(q).sum() - rightHands(n, q)) / unitSum_;
+    weights.col(q) -= multiplier * unitSolve_;
+    rightHands(n, q) = multiplier;
+  }
+  return rightHands.allFinite();
+}
+
 }  // namespace Varimo

@@ -33,6 +33,9 @@ class ZqSimpleKrige final : public ZqStandardKrigeImpl<T, TT> {
 
   void Clear() override;
   ZqKrigeBase<T>* CreateKrigeCopy() const override { return new ZqSimpleKrige(*this); }
+  // No border: r holds the covariances alone.
+  bool RightHandSide(const T& query, Eigen::VectorXd& rightHand) const override;
+  bool SolveSystem(Eigen::MatrixXd& rightHands) const override;
 
  protected:
   // Fails, and the next kernel is tried, when the covariance matrix is not

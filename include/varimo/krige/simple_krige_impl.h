@@ -98,4 +98,21 @@ void ZqSimpleKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, 
   }
 }
 
+template <class T, class TT>
+bool ZqSimpleKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& rightHand) const {
+  if (!this->IsTrained() || static_cast<std::size_t>(cholesky_.rows()) != this->GetContainer().GetNumUnique()) {
+    return false;
+  }
+  std::vector<double> distances;
+  rightHand = krige_detail::QueryCovariances(query, this->TrainedKernel(), this->GetContainer(), distances);
+  return true;
+}
+
+template <class T, class TT>
+bool ZqSimpleKrige<T, TT>::SolveSystem(Eigen::MatrixXd& rightHands) const {
+  if (!this->IsTrained() || rightHands.rows() != cholesky_.rows()) return false;
+  krige_detail::SolveWithFactor(cholesky_, rightHands);
+  return rightHands.allFinite();
+}
+
 }  // namespace Varimo

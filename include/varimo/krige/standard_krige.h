@@ -84,6 +84,21 @@ class ZqStandardKrigeImpl : public ZqKrigeBase<T> {
   ZqFullVariogram GetFullVariogram() override;
   ZqFullVariogram GetFullVariogram() const override;
 
+  // The linear system of a trained model, for conditioning its predictions
+  // on further points without a new factorisation (batch selection):
+  // RightHandSide gives a query's right-hand side r, its covariances
+  // sill - kernel(d) with the unique training elements followed by the
+  // border of ordinary kriging (1) or universal kriging (1, then the
+  // query's drift properties); SolveSystem replaces each column r of
+  // `rightHands` by S^-1 r through the model's own factorisation: the
+  // weights, then the multipliers of the border. With them the posterior
+  // covariance of two queries is K(a, b) - r_a' S^-1 r_b. False when the
+  // model is not trained, or the query lacks finite drift properties.
+  virtual bool RightHandSide(const T& /*query*/, Eigen::VectorXd& /*rightHand*/) const { return false; }
+  virtual bool SolveSystem(Eigen::MatrixXd& /*rightHands*/) const { return false; }
+  // The kernel a trained model predicts with; null when it is not trained.
+  const ZqKrigeKernelBase* GetTrainedKernel() const { return trained_ ? kernel_.get() : nullptr; }
+
   double GetErrorValue() const override { return errorValue_; }
   unsigned int GetMissingIDValue() const { return missingIDValue_; }
   bool GetIncludeUnmeasured() const { return includeUnmeasured_; }

@@ -50,6 +50,8 @@ class ZqUniversalKrige final : public ZqStandardKrigeImpl<T, TT> {
 
   void Clear() override;
   ZqKrigeBase<T>* CreateKrigeCopy() const override { return new ZqUniversalKrige(*this); }
+  bool RightHandSide(const T& query, Eigen::VectorXd& rightHand) const override;
+  bool SolveSystem(Eigen::MatrixXd& rightHands) const override;
 
  protected:
   bool TrainFixed(const ZqKrigeKernelBase& kernel, const Container& container) override;

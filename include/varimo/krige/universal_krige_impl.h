@@ -147,4 +147,28 @@ ZqKrigeResult ZqUniversalKrige<T, TT>::GetKrigeResult(const T& element, const Zq
   return ZqKrigeResult(result.release());
 }
 
+template <class T, class TT>
+bool ZqUniversalKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& rightHand) const {
+  const Container& container = this->GetContainer();
+  const std::size_t n = container.GetNumUnique();
+  if (!this->IsTrained() || uniqueResponses_.size() != n) return false;
+  const ZqPropertyListFxn<T>* drift = container.GetPropertyFxn();
+  const std::size_t m = drift ? drift->GetSize() : 0;
+  if (drift && !drift->HasProperties(query)) return false;
+  const auto size = static_cast<Eigen::Index>(n);
+  std::vector<double> distances;
+  rightHand.resize(size + 1 + static_cast<Eigen::Index>(m));
+  rightHand.head(size) = krige_detail::QueryCovariances(query, this->TrainedKernel(), container, distances);
+  rightHand(size) = 1.0;
+  for (std::size_t k = 0; k < m; ++k) rightHand(size + 1 + static_cast<Eigen::Index>(k)) = drift->GetProperty(query, k);
+  return rightHand.allFinite();
+}
+
+template <class T, class TT>
+bool ZqUniversalKrige<T, TT>::SolveSystem(Eigen::MatrixXd& rightHands) const {
+  if (!this->IsTrained() || ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHands.rows()) return false;
+  rightHands = ldlt_->solve(rightHands);
+  return rightHands.allFinite();
+}
+
 }  // namespace Varimo

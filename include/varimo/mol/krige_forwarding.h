@@ -61,6 +61,9 @@ class ZqKrigeImpl : public ZqKrigeBase<T> {
   ZqDataModelBase<T>* CreateCopy() const override { return model_->CreateKrigeCopy(); }
   ZqKrigeBase<T>* CreateKrigeCopy() const override { return model_->CreateKrigeCopy(); }
 
+  // The model the calls go to.
+  const ZqKrigeBase<T>& GetModel() const { return *model_; }
+
  private:
   std::unique_ptr<ZqKrigeBase<T>> model_;
 };

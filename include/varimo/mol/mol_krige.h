@@ -41,6 +41,7 @@
 namespace Varimo {
 
 class ZqMolKrigeResultImpl;
+class ZqVseprPropFP;
 
 // One prediction with what explains it. Copies are deep; a result keeps
 // the training molecules it refers to alive, so it stays valid after its
@@ -163,6 +164,11 @@ class ZqMolKrigeImpl {
   // The training state as kernels, and its restoration (see ZqKrigeBase).
   virtual ZqKrigeTrainedKernels GetTrainedKernels() const = 0;
   virtual bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) = 0;
+  // The engine's model on fingerprints, and the element of a query in it
+  // (its fingerprint with its drift); null and false for a model on a
+  // caller's distance, and false for a molecule without the drift.
+  virtual const ZqKrigeBase<ZqVseprPropFP>* GetFingerprintModel() const { return nullptr; }
+  virtual bool MakeFingerprint(const Molkit::ZqMolBase& /*mol*/, ZqVseprPropFP& /*fp*/) const { return false; }
 };
 
 using ZqMolDistanceFxn = ZqKrigeDistanceFxn<Molkit::ZqMolBase>;
@@ -239,6 +245,13 @@ class ZqMolKrige {
   bool TrainWithKernels(const ZqKrigeTrainedKernels& trained) { return impl_->TrainWithKernels(trained); }
   // Removes the training data; results made before stay valid.
   void Clear() { impl_->Clear(); }
+  // The engine's model behind a Vsepr model, whose elements are the
+  // molecules' fingerprints with their drift (krige_vsepr.h), and the
+  // element of a molecule: what batch selection and the applicability
+  // domain work on. Null, and false, for a model on a caller's distance;
+  // false also for a molecule without the drift or heavy atoms.
+  const ZqKrigeBase<ZqVseprPropFP>* GetFingerprintModel() const { return impl_->GetFingerprintModel(); }
+  bool MakeFingerprint(const Molkit::ZqMolBase& mol, ZqVseprPropFP& fp) const { return impl_->MakeFingerprint(mol, fp); }
 
  private:
   std::unique_ptr<ZqMolKrigeImpl> impl_;

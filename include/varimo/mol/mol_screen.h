@@ -19,6 +19,8 @@
 #include <string>
 #include <vector>
 
+#include "varimo/krige/applicability_domain.h"
+#include "varimo/krige/calibration.h"
 #include "varimo/mol/mol_model.h"
 #include "varimo/mol/mol_predict.h"
 #include "varimo/platform/molkit/molecule_reader.h"
@@ -101,12 +103,22 @@ struct ZqMolPredictionFormat {
   // The name of the kernel that made each prediction, as a last column or
   // field "kernel": a local model's rows may use different ones.
   bool kernel = false;
+  // The interval of miss rate `alpha` of these conformal intervals, as the
+  // columns or fields "lower" and "upper"; none when null.
+  const ZqConformalIntervals* intervals = nullptr;
+  double alpha = 0.1;
+  // The similarity of the nearest training molecule and whether the
+  // molecule lies in this applicability domain (1 or 0), as the columns or
+  // fields "nearest_similarity" and "in_domain"; none when null.
+  const ZqApplicabilityDomain* domain = nullptr;
   // Which variance the numbers show.
   ZqMolVariance varianceKind = ZqMolVariance::kKriging;
 };
 
 // The CSV header line, "row,name,prediction,variance,neighbours" and the
-// further columns the format asks for.
+// further columns the format asks for, in the order of its fields. A row
+// without a prediction has the error value in the interval's and the
+// similarity's columns and an empty in_domain.
 std::string ZqPredictionCsvHeader(const ZqMolPredictionFormat& format);
 // One CSV line. Numbers have 17 significant digits; a row without a
 // prediction has the error value 1.7976931348623157e+308 in its numbers
@@ -129,6 +141,10 @@ struct ZqMolScreenOutput {
   bool header = true;
   std::optional<double> threshold;
   std::string thresholdText;
+  // The interval and domain columns (ZqMolPredictionFormat); none when null.
+  const ZqConformalIntervals* intervals = nullptr;
+  double alpha = 0.1;
+  const ZqApplicabilityDomain* domain = nullptr;
 };
 
 // The columns of a model's rows: the prediction alone for a mean-only

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "varimo/platform/corvane/strings.h"
+#include "record_text.h"
 #include "varimo/platform/molkit/molecule_files.h"
 
 namespace Varimo {
@@ -14,18 +15,9 @@ namespace {
 
 constexpr double kFailed = 1.7976931348623157e308;
 
-std::string Number(double value) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.17g", value);
-  return text;
-}
-
-std::string CsvField(const std::string& text) {
-  if (text.find_first_of(",\"\n\r") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + '"';
-}
+using record_text::CsvField;
+using record_text::Number;
+using record_text::SDField;
 
 // The names of the three training molecules of largest weight, each with
 // ';' and '\' escaped so that the list splits back into the names.
@@ -60,17 +52,25 @@ double Prediction(const ZqMolScreenRow& row) {
   return row.prediction.mean ? *row.prediction.mean : row.prediction.result.GetResponse();
 }
 
-// An SD data field; a value over several lines keeps them, a blank line
-// (which would end the field) is dropped, and an empty value has no line.
-std::string SDField(const std::string& tag, const std::string& value) {
-  std::string text = ">  <" + tag + ">\n";
-  std::size_t at = 0;
-  while (at < value.size()) {
-    const std::size_t end = std::min(value.find('\n', at), value.size());
-    if (end > at) text += value.substr(at, end - at) + '\n';
-    at = end + 1;
+// The interval's and the domain's fields of a row, as the format asks.
+std::vector<std::pair<std::string, std::string>> UncertaintyFields(const ZqMolScreenRow& row,
+                                                                   const ZqMolPredictionFormat& format) {
+  std::vector<std::pair<std::string, std::string>> fields;
+  const ZqMolKrigeResult& result = row.prediction.result;
+  const bool predicted = Predicted(row);
+  if (format.intervals) {
+    const auto [lower, upper] = predicted ? format.intervals->GetInterval(result.GetResponse(), result.GetVariance(),
+                                                                          format.alpha)
+                                          : std::pair<double, double>(kFailed, kFailed);
+    fields.emplace_back("lower", Number(lower));
+    fields.emplace_back("upper", Number(upper));
   }
-  return text + '\n';
+  if (format.domain) {
+    const ZqDomainAssessment a = predicted ? format.domain->Assess(result.GetKrigeResult()) : ZqDomainAssessment();
+    fields.emplace_back("nearest_similarity", Number(predicted ? a.nearestSimilarity : kFailed));
+    fields.emplace_back("in_domain", predicted ? (a.inDomain ? "1" : "0") : "");
+  }
+  return fields;
 }
 
 }  // namespace
@@ -171,6 +171,8 @@ std::string ZqPredictionCsvHeader(const ZqMolPredictionFormat& format) {
   std::string header = format.variance ? "row,name,prediction,variance,neighbours" : "row,name,prediction";
   if (format.threshold) header += ",P(>" + format.thresholdText + ")";
   if (format.kernel) header += ",kernel";
+  if (format.intervals) header += ",lower,upper";
+  if (format.domain) header += ",nearest_similarity,in_domain";
   return header + '\n';
 }
 
@@ -187,6 +189,7 @@ std::string ZqFormatPredictionCsv(const ZqMolScreenRow& row, const ZqMolPredicti
     line += ',' + Number(predicted ? ZqProbabilityGreaterThan(result, *format.threshold, format.varianceKind) : kFailed);
   }
   if (format.kernel) line += ',' + CsvField(predicted ? result.GetKernel().GetName() : std::string());
+  for (const auto& [name, value] : UncertaintyFields(row, format)) line += ',' + value;
   return line + '\n';
 }
 
@@ -213,6 +216,7 @@ std::string ZqFormatPredictionSD(const ZqMolScreenRow& row, const ZqMolPredictio
                                        : kFailed));
   }
   if (format.kernel) record += SDField("kernel", predicted ? result.GetKernel().GetName() : std::string());
+  for (const auto& [name, value] : UncertaintyFields(row, format)) record += SDField(name, value);
   if (!predicted) record += SDField("failure", row.failure);
   return record + "$$$$\n";
 }
@@ -226,6 +230,9 @@ ZqMolPredictionFormat ZqPredictionFormatFor(const ZqMolModel& model, const ZqMol
   // A probability needs the variance a mean-only screen never computes.
   if (!options.meanOnly) format.threshold = output.threshold;
   format.thresholdText = output.thresholdText;
+  format.intervals = output.intervals;
+  format.alpha = output.alpha;
+  format.domain = output.domain;
   return format;
 }
 

@@ -30,6 +30,18 @@ double Zqerf(double x) noexcept {
   return ZqCallBoostMath([x] { return boost::math::erf(x, ZqBoostMathPolicy()); });
 }
 
+double Zqerfc(double x) noexcept {
+  return ZqCallBoostMath([x] { return boost::math::erfc(x, ZqBoostMathPolicy()); });
+}
+
+double ZqerfcInv(double p) noexcept {
+  if (std::isnan(p) || p < 0.0 || p > 2.0) return kNaN;
+  // Boost reports the ends as overflow; their limits are the values.
+  if (p == 0.0) return kInf;
+  if (p == 2.0) return -kInf;
+  return ZqCallBoostMath([p] { return boost::math::erfc_inv(p, ZqBoostMathPolicy()); });
+}
+
 double Zqlgamma(double x) noexcept {
   if (std::isnan(x)) return x;
   // Boost reports the poles as errors; log|Gamma| tends to +inf on both

@@ -49,6 +49,8 @@ std::vector<Reference> LoadReferences(const std::string& function) {
 
 double Evaluate(const std::string& function, const Reference& r) {
   if (function == "erf") return Zqerf(r.x);
+  if (function == "erfc") return Zqerfc(r.x);
+  if (function == "erfcinv") return ZqerfcInv(r.x);
   if (function == "lgamma") return Zqlgamma(r.x);
   if (function == "digamma") return ZqDiGamma(r.x);
   if (function == "gamma_p") return ZqIncompleteGamma(r.a, r.x);
@@ -78,7 +80,7 @@ TEST_P(SpecialFunctionReferences, AgreeWithinUlps) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Numarc, SpecialFunctionReferences,
-                         ::testing::Values("erf", "lgamma", "digamma", "gamma_p", "ibeta"));
+                         ::testing::Values("erf", "erfc", "erfcinv", "lgamma", "digamma", "gamma_p", "ibeta"));
 
 TEST(NumarcSpecialFunctions, OutsideTheDomainAndAtThePolesIsNaN) {
   EXPECT_TRUE(std::isnan(Zqerf(kNaN)));
@@ -98,6 +100,11 @@ TEST(NumarcSpecialFunctions, LimitsAndEnds) {
   EXPECT_EQ(Zqerf(kInf), 1.0);
   EXPECT_EQ(Zqerf(-kInf), -1.0);
   EXPECT_EQ(Zqerf(0.0), 0.0);
+  EXPECT_EQ(Zqerfc(kInf), 0.0);
+  EXPECT_EQ(Zqerfc(-kInf), 2.0);
+  EXPECT_EQ(ZqerfcInv(0.0), kInf);
+  EXPECT_EQ(ZqerfcInv(2.0), -kInf);
+  for (double p : {-1e-300, 2.0000000000000004, kNaN}) EXPECT_TRUE(std::isnan(ZqerfcInv(p))) << p;
   for (double pole : {0.0, -0.0, -1.0, -2.0, -100.0, -0x1.0p53, -1e300, -kInf}) EXPECT_EQ(Zqlgamma(pole), kInf) << pole;
   EXPECT_EQ(Zqlgamma(kInf), kInf);
   EXPECT_EQ(Zqlgamma(1e306), kInf);  // overflow

@@ -18,6 +18,14 @@ namespace Numarc {
 // The error function. Zqerf(+-inf) = +-1; |x| >= 6 gives +-1 exactly.
 double Zqerf(double x) noexcept;
 
+// The complementary error function 1 - erf(x), accurate in the far right
+// tail where 1 - Zqerf(x) is 0: Zqerfc(10) = 2.1e-45. Zqerfc(+inf) = 0,
+// Zqerfc(-inf) = 2; it underflows to 0 beyond about x = 26.5.
+double Zqerfc(double x) noexcept;
+// Its inverse on [0, 2]: Zqerfc(ZqerfcInv(p)) = p. 0 gives +inf, 2 gives
+// -inf, and p outside [0, 2] NaN.
+double ZqerfcInv(double p) noexcept;
+
 // log|Gamma(x)|, defined for every real x.
 //   x = 0, -0 and the negative integers (the poles): +inf, the limit from
 //     either side. Every double below -2^52 is an integer, so all of them
