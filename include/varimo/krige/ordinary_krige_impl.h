@@ -122,7 +122,7 @@ void ZqOrdinaryKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries
 
 template <class T, class TT>
 bool ZqOrdinaryKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& rightHand) const {
-  const auto n = cholesky_.rows();
+  const auto n = cholesky_.Order();
   if (!this->IsTrained() || static_cast<std::size_t>(n) != this->GetContainer().GetNumUnique()) return false;
   std::vector<double> distances;
   const Eigen::VectorXd covariances =
@@ -134,7 +134,7 @@ bool ZqOrdinaryKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& righ
 
 template <class T, class TT>
 bool ZqOrdinaryKrige<T, TT>::SolveSystem(Eigen::MatrixXd& rightHands) const {
-  const auto n = cholesky_.rows();
+  const auto n = cholesky_.Order();
   if (!this->IsTrained() || rightHands.rows() != n + 1) return false;
   // C w + mu 1 = b and 1'w = beta: with u = C^-1 b and z = C^-1 1,
   // mu = (1'u - beta) / (1'z) and w = u - mu z.

@@ -100,7 +100,7 @@ void ZqSimpleKrige<T, TT>::PredictTrained(const std::vector<const T*>& queries, 
 
 template <class T, class TT>
 bool ZqSimpleKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& rightHand) const {
-  if (!this->IsTrained() || static_cast<std::size_t>(cholesky_.rows()) != this->GetContainer().GetNumUnique()) {
+  if (!this->IsTrained() || static_cast<std::size_t>(cholesky_.Order()) != this->GetContainer().GetNumUnique()) {
     return false;
   }
   std::vector<double> distances;
@@ -110,7 +110,7 @@ bool ZqSimpleKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& rightH
 
 template <class T, class TT>
 bool ZqSimpleKrige<T, TT>::SolveSystem(Eigen::MatrixXd& rightHands) const {
-  if (!this->IsTrained() || rightHands.rows() != cholesky_.rows()) return false;
+  if (!this->IsTrained() || rightHands.rows() != cholesky_.Order()) return false;
   krige_detail::SolveWithFactor(cholesky_, rightHands);
   return rightHands.allFinite();
 }

@@ -166,8 +166,8 @@ bool ZqUniversalKrige<T, TT>::RightHandSide(const T& query, Eigen::VectorXd& rig
 
 template <class T, class TT>
 bool ZqUniversalKrige<T, TT>::SolveSystem(Eigen::MatrixXd& rightHands) const {
-  if (!this->IsTrained() || ldlt_->info() != Eigen::Success || ldlt_->rows() != rightHands.rows()) return false;
-  rightHands = ldlt_->solve(rightHands);
+  if (!this->IsTrained() || !ldlt_->Valid() || ldlt_->Order() != rightHands.rows()) return false;
+  for (Eigen::Index q = 0; q < rightHands.cols(); ++q) rightHands.col(q) = ldlt_->Solve(rightHands.col(q));
   return rightHands.allFinite();
 }
 
