@@ -46,7 +46,9 @@ class BzrModel : public ::testing::Test {
   static Varimo::ZqMolModel Trained(const Varimo::ZqMolModelSettings& settings) {
     Varimo::ZqMolModel model(settings);
     for (std::size_t i = 0; i < all_->size(); ++i) {
-      if (i % 8 != 0) EXPECT_TRUE(model.AddTraining(*(*all_)[i], Activity(*(*all_)[i])));
+      if (i % 8 != 0) {
+        EXPECT_TRUE(model.AddTraining(*(*all_)[i], Activity(*(*all_)[i])));
+      }
     }
     EXPECT_TRUE(model.Train());
     return model;
