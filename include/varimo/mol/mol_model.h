@@ -71,8 +71,8 @@ ZqMolTrainingRecords ZqSelectMolTraining(const std::vector<const Molkit::ZqMolBa
                                          const std::vector<std::size_t>& records, const std::string& response,
                                          std::vector<std::string>& errors);
 
-// A drift field of a molecule as the models read it: the SD field stripped
-// of white space, a finite number; nothing otherwise.
+// A drift field of a molecule as the models read it, when it is a finite
+// number; nothing otherwise.
 std::optional<double> ZqReadDriftField(const Molkit::ZqMolBase& mol, const std::string& tag);
 
 // "record N (name)", or "record N" without a name: how messages name the

@@ -157,13 +157,12 @@ void ZqMolModel::WidenDriftRanges(const Molkit::ZqMolBase& mol) {
 }
 
 std::optional<double> ZqReadDriftField(const Molkit::ZqMolBase& mol, const std::string& tag) {
-  double value = 0.0;
-  if (!mol.HasSDData(tag) ||
-      !Corvane::ZqStringToNumber(Corvane::ZqStringStripWhiteSpace(mol.GetSDData(tag)), value) ||
-      !std::isfinite(value)) {
-    return std::nullopt;
-  }
-  return value;
+  // The engine's own reader of drift fields, so that what is reported is
+  // what the model used.
+  const Molkit::ZqMolSDDataPropertyFxn field(tag);
+  if (!field.Has(mol)) return std::nullopt;
+  const double value = field.Get(mol);
+  return std::isfinite(value) ? std::optional<double>(value) : std::nullopt;
 }
 
 // Why the drift fields cannot make a drift: a field named twice, or one
