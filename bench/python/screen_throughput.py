@@ -20,23 +20,15 @@ import sys
 import tempfile
 import time
 
-import numpy as np
-
+import package_overhead
 import varimo
 
-SMI = "/usr/share/RDKit/Contrib/FreeWilson/data/CHEMBL2321810.smi"
-ACT = "/usr/share/RDKit/Contrib/FreeWilson/data/CHEMBL2321810_act.csv"
 FIRST_5K = "/usr/share/RDKit/Data/NCI/first_5K.smi"
 
 
 def train(model_path):
-    activity = dict(line.strip().split(",") for line in list(open(ACT))[1:])
-    smiles, y = [], []
-    for line in open(SMI):
-        s, name = line.split()
-        smiles.append(s)
-        y.append(float(activity[name]))
-    varimo.MolKriging().fit(smiles, np.array(y)).save(model_path)
+    smiles, y = package_overhead.load()
+    varimo.MolKriging().fit(list(smiles), y).save(model_path)
 
 
 def write_queries(path, count):
