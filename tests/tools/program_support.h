@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -38,6 +39,13 @@ inline Outcome Krige(const std::string& args) {
   const std::string out = Scratch("stdout"), err = Scratch("stderr");
   const int raw = std::system((std::string(VARIMO_KRIGE_PROGRAM) + " " + args + " >" + out + " 2>" + err).c_str());
   return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
+}
+
+// The program writes every number with 17 significant digits: read back, the same double.
+inline std::string SeventeenDigits(double value) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%.17g", value);
+  return text;
 }
 
 inline std::vector<std::string> Lines(const std::string& text) {

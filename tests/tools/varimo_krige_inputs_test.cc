@@ -97,20 +97,6 @@ TEST_F(Inputs, HostileQueryRecordsKeepTheirRowsAndAreNamed) {
     EXPECT_THAT(lines[row + 1], ::testing::StartsWith(std::to_string(row) + ","));
     EXPECT_THAT(lines[row + 1], HasSubstr(",1.7976931348623157e+308,1.7976931348623157e+308,"));
   }
-
-  // An SD record without its "$$$$" names itself and the next; a CSV
-  // file's byte order mark is no part of its first column's name.
-  const std::string sdf = Scratch("query.sdf"), csv = Scratch("query.csv");
-  Write(sdf, "first\n  varimo\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n    0.0000    0.0000    0.0000 C   0  0\n"
-             "M  END\n>  <note>\nx\n\nsecond\n  varimo\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n"
-             "    0.0000    0.0000    0.0000 N   0  0\nM  END\n$$$$\n");
-  const Outcome merged = Krige(Train() + " --predict " + sdf + " --out " + pred);
-  EXPECT_THAT(merged.err, HasSubstr("row 0 (first): runs into the next molecule, record 2 (second), without a"));
-  EXPECT_THAT(merged.err, HasSubstr("row 1 (second): follows record 1 (first) without a"));
-  Write(csv, "\xEF\xBB\xBFsmiles,name\nCCCc1ccccc1O,fine\n");
-  const Outcome bom = Krige(Train() + " --predict " + csv + " --out " + pred);
-  EXPECT_EQ(bom.err, "");
-  EXPECT_THAT(Lines(Slurp(pred)).at(1), ::testing::StartsWith("0,fine,"));
 }
 
 TEST_F(Inputs, ArgumentsOutOfRangeAreSaidToBe) {

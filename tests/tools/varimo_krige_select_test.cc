@@ -1,4 +1,4 @@
-// varimo-krige select, predict --interval/--domain and cv --calibration on
+// varimo-krige select and predict --interval/--domain on
 // bzr.sdf (RDKit's sample data, pIC50 in ACTIVITY): every 4th record is the
 // pool, the others train. The picks' exact format, agreement with predict
 // on the same molecules, threads giving the same bytes, and the refusals.
@@ -122,18 +122,6 @@ TEST_F(BzrPool, IntervalsAndDomainJoinPredictions) {
   }
   // bzr's pool is drawn from the training set's own series: most lie inside.
   EXPECT_GT(inside, (lines.size() - 1) / 2);
-}
-
-TEST_F(BzrPool, CrossValidationPrintsCalibrationWhenAsked) {
-  const Outcome run = Krige("cv" + Train() + " --folds 3 --calibration");
-  ASSERT_EQ(run.status, 0) << run.err;
-  const std::vector<std::string> lines = Lines(run.out);
-  ASSERT_EQ(lines.size(), 12u) << run.out;
-  const char* names[] = {"coverage50 ", "coverage80 ", "coverage90 ", "miscalibration area ",
-                         "Spearman |error| sd ", "NLPD "};
-  for (int k = 0; k < 6; ++k) EXPECT_EQ(lines[6 + k].rfind(names[k], 0), 0u) << lines[6 + k];
-  EXPECT_EQ(std::vector<std::string>(lines.begin(), lines.begin() + 6),
-            Lines(Krige("cv" + Train() + " --folds 3").out));
 }
 
 TEST_F(BzrPool, BadSelectionsAreRefused) {

@@ -4,8 +4,6 @@
 // the same rows, local models against global ones, the progress lines, and
 // a one-line message with status 2 for every bad argument.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -13,12 +11,14 @@
 #include <fstream>
 #include <iomanip>
 #include <limits>
+#include <memory>
 #include <regex>
 #include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include "program_support.h"
 #include "progress.h"
 #include "test_support.h"
 #include "varimo/krige/vector_krige.h"
@@ -30,37 +30,11 @@ namespace {
 
 using Element = std::vector<double>;
 
-struct Outcome {
-  int status;
-  std::string out, err;
-};
-
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// ctest runs the cases of this file as parallel processes, so every scratch
-// file carries the test's name and process id to keep the runs apart.
-std::string Scratch(const std::string& name) {
-  const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-  return ::testing::TempDir() + "varimo_krige_" + test + "_" + std::to_string(getpid()) + "_" + name;
-}
-
-Outcome Krige(const std::string& args) {
-  const std::string out = Scratch("stdout"), err = Scratch("stderr");
-  const std::string command = std::string(VARIMO_KRIGE_PROGRAM) + " " + args + " >" + out + " 2>" + err;
-  const int raw = std::system(command.c_str());
-  return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
-}
-
-std::string SeventeenDigits(double value) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.17g", value);
-  return text;
-}
+using VarimoTest::Krige;
+using VarimoTest::Outcome;
+using VarimoTest::Scratch;
+using VarimoTest::SeventeenDigits;
+using VarimoTest::Slurp;
 
 std::string TrainAndPredict() {
   return "--train " + VarimoTest::DataPath("krige/cli_train.csv") + " --predict " +
@@ -95,6 +69,17 @@ void ReadData(std::vector<Element>& train, std::vector<double>& responses, std::
   lines = CsvLines(VarimoTest::DataPath("krige/cli_query.csv"));
   for (std::size_t i = 1; i + 1 < lines.size(); ++i)
     queries.push_back({std::stod(lines[i][0]), std::stod(lines[i][1])});
+}
+
+// The library's global model on the training rows, `kernel` fitted to them.
+std::unique_ptr<Varimo::ZqKrigeBase<Element>> LibraryModel(const std::vector<Element>& train,
+                                                           const std::vector<double>& responses, bool simple,
+                                                           Varimo::ZqKrigeKernel& kernel) {
+  auto model = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(),
+                                              Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), simple);
+  for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
+  EXPECT_TRUE(model->Train(kernel));
+  return model;
 }
 
 // The drift of the elements {a, b, d1, d2} built here: d1 and d2.
@@ -166,11 +151,8 @@ TEST(VarimoKrige, PredictsAsTheLibraryDoesInTheDocumentedFormats) {
 
     // The library on the same rows, features a and b (every numeric column
     // but the response; the name column is text).
-    std::unique_ptr<Varimo::ZqKrigeBase<Element>> model = Varimo::ZqCreateKrige<Element>(
-        Varimo::ZqEuclideanDistance(), Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), simple);
-    for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
     Varimo::ZqKrigeKernel kernel(Varimo::ZqKrigeKernelType::Exponential);
-    ASSERT_TRUE(model->Train(kernel));
+    const auto model = LibraryModel(train, responses, simple, kernel);
     EXPECT_EQ(std::stod(kernelLine[1]), kernel.GetSill());
     EXPECT_EQ(std::stod(kernelLine[3]), kernel.GetRange());
 
@@ -298,11 +280,7 @@ TEST(VarimoKrige, LocalOptionsReachTheModel) {
   ASSERT_EQ(Krige(self + " --local 40 --predict-training --out " + out).status, 0);
   const Varimo::ZqKrigeOptions options{Varimo::ZqGlobalKrigeOptions()};
   Varimo::ZqKrigeKernel kernel(Varimo::ZqKrigeKernelType::Exponential);
-  {
-    const auto all = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(), options, false);
-    for (std::size_t i = 0; i < train.size(); ++i) all->AddTraining(train[i], responses[i]);
-    ASSERT_TRUE(all->Train(kernel));
-  }
+  LibraryModel(train, responses, false, kernel);
   const auto lines = CsvLines(out);
   ASSERT_EQ(lines.size(), train.size() + 1);
   for (std::size_t left = 0; left < train.size(); ++left) {
@@ -376,11 +354,8 @@ TEST(VarimoKrige, ProgressOnStandardErrorAboveThreeHundredRowsUnlessQuiet) {
   std::vector<Element> train, unused;
   std::vector<double> responses;
   ReadData(train, responses, unused);
-  const auto model = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(),
-                                                    Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), false);
-  for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
   Varimo::ZqKrigeKernel kernel(Varimo::ZqKrigeKernelType::Exponential);
-  ASSERT_TRUE(model->Train(kernel));
+  const auto model = LibraryModel(train, responses, false, kernel);
   const auto lines = CsvLines(Scratch("pred.csv"));
   ASSERT_EQ(lines.size(), 302u);
   for (std::size_t r = 0; r < 301; ++r) {
@@ -415,6 +390,15 @@ TEST(VarimoKrige, ProgressOnStandardErrorAboveThreeHundredRowsUnlessQuiet) {
   }
 }
 
+// What was written to a temporary file; the file is closed.
+std::string Drain(std::FILE* file) {
+  std::rewind(file);
+  std::string text;
+  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+  std::fclose(file);
+  return text;
+}
+
 TEST(VarimoKrige, WarningsAndPrintedLinesEndTheProgressLineFirst) {
   // The sinks in place before the progress write into the same file, so the
   // order of the two kinds of text is visible.
@@ -437,10 +421,7 @@ TEST(VarimoKrige, WarningsAndPrintedLinesEndTheProgressLineFirst) {
   }
   // The progress has put the earlier sinks back.
   Corvane::ZqThrow.Warning("after");
-  std::rewind(screen);
-  std::string text;
-  for (int c = std::fgetc(screen); c != EOF; c = std::fgetc(screen)) text += static_cast<char>(c);
-  std::fclose(screen);
+  const std::string text = Drain(screen);
   Corvane::ZqThrow.SetSink(oldThrow);
   Corvane::ZqSetOutputSink(oldOutput);
   EXPECT_EQ(text,
@@ -464,12 +445,7 @@ TEST(VarimoKrige, ProgressWithoutATotalCountsTheRowsSoFar) {
     for (std::size_t done : {256, 512, 768}) progress.Update(done);
     progress.Finish();
   }
-  std::string text;
-  for (std::FILE* file : {log, screen}) {
-    std::rewind(file);
-    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
-    std::fclose(file);
-  }
+  const std::string text = Drain(log) + Drain(screen);
   EXPECT_EQ(text,
             "varimo-krige: predicted 1024\nvarimo-krige: predicted 2048\nvarimo-krige: predicted 5120\n"
             "varimo-krige: predicted 10240\n"
