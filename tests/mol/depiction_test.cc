@@ -5,14 +5,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cairo.h>
-
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
 
+#include "png_pixels.h"
 #include "varimo/platform/inkmap/prop_map.h"
 #include "varimo/platform/lineart/recorded_image.h"
 #include "varimo/platform/molkit/graph_mol.h"
@@ -138,27 +138,25 @@ TEST(Depiction, DrawingsArePlacedAndWrittenWithTheirColours) {
 
   const std::string path = ::testing::TempDir() + "depiction_test.png";
   ASSERT_TRUE(ZqWriteImage(path, page));
-  cairo_surface_t* png = cairo_image_surface_create_from_png(path.c_str());
-  ASSERT_EQ(cairo_surface_status(png), CAIRO_STATUS_SUCCESS);
-  EXPECT_EQ(cairo_image_surface_get_width(png), 400);
-  const unsigned char* data = cairo_image_surface_get_data(png);
-  const int stride = cairo_image_surface_get_stride(png);
+  const PngPixels png(path);
+  std::remove(path.c_str());
+  ASSERT_TRUE(png.Read());
+  EXPECT_EQ(png.Width(), 400);
   int bluish = 0, reddish = 0, dark = 0;
   for (int y = 0; y < 300; ++y) {
     for (int x = 0; x < 400; ++x) {
-      const unsigned char* p = data + y * stride + 4 * x;  // B, G, R, A in memory
-      if (p[0] > 200 && p[1] < 120 && p[2] < 120) ++bluish;
-      if (p[2] > 200 && p[1] < 120 && p[0] < 120) ++reddish;
+      const std::uint32_t p = png.At(x, y);
+      const int r = p >> 16, g = (p >> 8) & 0xFF, b = p & 0xFF;
+      if (b > 200 && g < 120 && r < 120) ++bluish;
+      if (r > 200 && g < 120 && b < 120) ++reddish;
       const bool inside = x > 52 && x < 347 && y > 62 && y < 257;
-      if (inside && p[0] < 60 && p[1] < 60 && p[2] < 60) ++dark;
+      if (inside && r < 60 && g < 60 && b < 60) ++dark;
       // Nothing of the molecule lands outside its frame.
       if (x < 49 || y < 59) {
-        EXPECT_TRUE(p[0] == 255 && p[1] == 255 && p[2] == 255) << x << "," << y;
+        EXPECT_TRUE(png.IsWhite(x, y)) << x << "," << y;
       }
     }
   }
-  cairo_surface_destroy(png);
-  std::remove(path.c_str());
   EXPECT_GT(bluish, 50);
   EXPECT_GT(reddish, 50);
   // The bonds, drawn by RDKit on the page's own context, inside the border.

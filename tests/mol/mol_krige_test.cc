@@ -319,11 +319,9 @@ TEST(MolKrige, AMethylThatRaisesTheSeriesContributesPositively) {
   ASSERT_TRUE(r.Valid());
   EXPECT_GT(r.GetResponse(), mean);
   const ZqMolKrigeResult& constResult = r;
-  const double c = constResult.GetAtomContribution(query->GetAtom(methyl), mean);
-  EXPECT_GT(c, 0.0);
-  EXPECT_EQ(r.GetAtomContribution(query->GetAtom(methyl), mean), c);
   const std::vector<double> all = r.GetAtomContributions(*query, mean);
   ASSERT_EQ(all.size(), query->GetNumAtoms());
+  EXPECT_GT(all[methyl], 0.0);
   EXPECT_EQ(all[0], 0.0);  // the deuterium
   for (unsigned int a = 0; a < all.size(); ++a) {
     EXPECT_EQ(all[a], constResult.GetAtomContribution(query->GetAtom(a), mean)) << a;

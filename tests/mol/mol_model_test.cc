@@ -87,13 +87,17 @@ void Replace(std::string& text, const std::string& from, const std::string& to) 
   text.replace(at, from.size(), to);
 }
 
-TEST_F(BzrModel, ALoadedModelPredictsAsTheSavedOneGlobalLocalAndUniversal) {
-  Varimo::ZqMolModelSettings global, local, universal;
+TEST_F(BzrModel, ALoadedModelPredictsAsTheSavedOneGlobalLocalUniversalAndNamed) {
+  Varimo::ZqMolModelSettings global, local, universal, named;
   local.numLocal = 30;
   universal.drift = {"HEAVY"};
   universal.responseName = "pIC50";
-  for (const Varimo::ZqMolModelSettings& settings : {global, local, universal}) {
+  named.kernel = "Spherical";  // fitted alone
+  for (const Varimo::ZqMolModelSettings& settings : {global, local, universal, named}) {
     const Varimo::ZqMolModel saved = Trained(settings);
+    if (!settings.kernel.empty()) {
+      EXPECT_EQ(saved.GetKernel().GetName(), settings.kernel);
+    }
     const std::string text = Varimo::ZqWriteMolModel(saved);
     std::string error;
     const std::optional<Varimo::ZqMolModel> loaded = Varimo::ZqReadMolModel(text, "m.vkm", error);
@@ -102,6 +106,7 @@ TEST_F(BzrModel, ALoadedModelPredictsAsTheSavedOneGlobalLocalAndUniversal) {
     EXPECT_EQ(loaded->GetSettings().drift, settings.drift);
     EXPECT_EQ(loaded->GetSettings().numLocal, settings.numLocal);
     EXPECT_EQ(loaded->GetSettings().responseName, settings.responseName);
+    EXPECT_EQ(loaded->GetSettings().kernel, settings.kernel);
     const std::size_t numKernels = loaded->GetTrainedKernels().kernels.size();
     EXPECT_TRUE(settings.numLocal > 0 ? numKernels > 1 : numKernels == 1) << numKernels;
     ExpectSamePredictions(saved, *loaded);
@@ -205,17 +210,6 @@ TEST_F(BzrModel, RecordsWithoutDriftOrAFiniteResponseAreRefused) {
   EXPECT_FALSE(unknown.Train());
   EXPECT_THAT(capture.Texts(Corvane::ZqThrowLevel::Error),
               ::testing::ElementsAre("ZqMolModel::Train, no candidate kernel is named \"Wiggly\""));
-}
-
-TEST_F(BzrModel, ANamedKernelIsFittedAlone) {
-  Varimo::ZqMolModelSettings settings;
-  settings.kernel = "Spherical";
-  const Varimo::ZqMolModel model = Trained(settings);
-  EXPECT_EQ(model.GetKernel().GetName(), "Spherical");
-  std::string error;
-  const auto loaded = Varimo::ZqReadMolModel(Varimo::ZqWriteMolModel(model), "m", error);
-  ASSERT_TRUE(loaded) << error;
-  EXPECT_EQ(loaded->GetSettings().kernel, "Spherical");
 }
 
 TEST_F(BzrModel, PredictionsOnThreadsEqualThoseOnOne) {
