@@ -132,6 +132,16 @@ std::vector<Rect> ReportBorders(const ZqImage& image) {
   return borders;
 }
 
+// The texts of the training panel's first `cells` cells: the molecules of
+// the largest weights, in order.
+void AppendTrainingCells(std::vector<std::string>& texts, const ZqMolKrigeResult& r, std::size_t cells) {
+  const std::vector<unsigned int> order = ByWeight(r);
+  for (std::size_t j = 0; j < cells; ++j) {
+    texts.insert(texts.end(), {"pIC50 " + Printf("%.3f", r.GetElementResponse(order[j])), "Weight",
+                               Printf("%6.3f", r.GetElementWeight(order[j]))});
+  }
+}
+
 std::size_t Count(const std::vector<std::string>& texts, const std::string& text) {
   return static_cast<std::size_t>(std::count(texts.begin(), texts.end(), text));
 }
@@ -159,12 +169,7 @@ TEST_F(KrigeReport, TextsComeInTheOrderOfThePanels) {
   ASSERT_LT(hi - lo, 10.0);
   std::vector<std::string> expected{"bzr held out", "Similar Training Molecules"};
   // The body (800 x 760) is wider than high: two rows of three molecules.
-  const std::vector<unsigned int> order = ByWeight(result);
-  for (std::size_t j = 0; j < 6; ++j) {
-    expected.push_back("pIC50 " + Printf("%.3f", result.GetElementResponse(order[j])));
-    expected.push_back("Weight");
-    expected.push_back(Printf("%6.3f", result.GetElementWeight(order[j])));
-  }
+  AppendTrainingCells(expected, result, 6);
   expected.insert(expected.end(), {"  Contributes to Higher pIC50", "  Contributes to Lower pIC50", " Measured",
                                    " " + Molkit::ZqGetSDData(Query(), "ACTIVITY"), "Properties",
                                    "pIC50 " + Printf("%.3f", result.GetResponse())});
@@ -242,14 +247,8 @@ TEST_F(KrigeReport, SkipRules) {
     // More training molecules than cells: the largest weights, in order.
     ZqImage page(800, 800);
     ASSERT_TRUE(ZqKrigeRenderTraining(page, result, options, 2, 1));
-    const std::vector<unsigned int> order = ByWeight(result);
-    const std::vector<std::string> expected{"Similar Training Molecules",
-                                            "pIC50 " + Printf("%.3f", result.GetElementResponse(order[0])),
-                                            "Weight",
-                                            Printf("%6.3f", result.GetElementWeight(order[0])),
-                                            "pIC50 " + Printf("%.3f", result.GetElementResponse(order[1])),
-                                            "Weight",
-                                            Printf("%6.3f", result.GetElementWeight(order[1]))};
+    std::vector<std::string> expected{"Similar Training Molecules"};
+    AppendTrainingCells(expected, result, 2);
     EXPECT_EQ(Texts(page), expected);
   }
   {
