@@ -261,7 +261,7 @@ TEST(nZqRanVarAttachData, ChecksThenSharesTheSourceValueReadOnly) {
   EXPECT_EQ(source.GetRanVarRefCount(), 2u);
 }
 
-TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAsItWas) {
+TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAloneUncheckedAnyKindIsTaken) {
   nZqRanVar target = Vector(Vec({1.0}), kPositive);
   EXPECT_EQ(Report(target.AttachData(Scalar(1.0), true)),
             (ResultReport{false,
@@ -280,9 +280,8 @@ TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAsItWas) {
   EXPECT_EQ(Report(null.AttachData(nZqRanVar(), true)),
             (ResultReport{false, F::InternalLogicFailure, {"nZqRanVar::AttachData"},
                           {"Source Ran Var has unknown Data Type!"}}));
-}
 
-TEST(nZqRanVarAttachData, WithoutChecksAnyKindIsTaken) {
+  // Without checks any kind is taken.
   const nZqRanVar scalar = Scalar(2.0);
   nZqRanVar matrix = Matrix(Mat23());
   EXPECT_EQ(Report(matrix.AttachData(scalar, false)), Success());

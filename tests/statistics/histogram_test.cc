@@ -194,7 +194,7 @@ TEST(Histogram, DegenerateDataGiveAnEmptyHistogram) {
   EXPECT_TRUE(bounds.empty());
 }
 
-TEST(CrossValidationScore, AgainstNumpyAndItsBadCases) {
+TEST(HistogramConstants, CrossValidationScoreAndConfidenceBandAgainstNumpyAndScipy) {
   ASSERT_EQ(LinesOf("cv").size(), 2u);
   for (const Tokens& t : LinesOf("cv")) {
     const double score = ZqGetCrossValidationHistogramScore(VarimoTest::ToDouble(t[3]), VarimoTest::ToDouble(t[4]),
@@ -205,9 +205,8 @@ TEST(CrossValidationScore, AgainstNumpyAndItsBadCases) {
   EXPECT_EQ(ZqGetCrossValidationHistogramScore(0.0, 1.0, 0, {0.5, 0.7}), kBad);
   EXPECT_EQ(ZqGetCrossValidationHistogramScore(1.0, 1.0, 3, {1.0, 1.0}), kBad);
   EXPECT_EQ(ZqGetCrossValidationHistogramScore(0.0, 1.0, 3, {0.5, std::nan("")}), kBad);
-}
 
-TEST(ConfidenceBandConstant, AgainstScipyAndItsBadCases) {
+  // The constant of the confidence band.
   ASSERT_EQ(LinesOf("band").size(), 2u);
   for (const Tokens& t : LinesOf("band")) {
     const double c =

@@ -41,11 +41,17 @@ TEST_P(QuantileAgainstNumpy, EveryCaseOfTheType) {
 // Type 3 is checked by hand below: numpy's version rounds differently.
 INSTANTIATE_TEST_SUITE_P(HyndmanFanTypes, QuantileAgainstNumpy, ::testing::Values(1u, 2u, 4u, 5u, 6u, 7u, 8u, 9u));
 
-TEST(ZqQuantile, TheDocumentedValues) {
+TEST(ZqQuantile, TheDocumentedValuesAndTypeThreeRounding) {
   // Type 8 at 0.25 of {1, 2, 3, 4}: h = 1 + 5/12.
   EXPECT_TRUE(VarimoTest::WithinUlps(ZqQuantile(0.25, {1.0, 2.0, 3.0, 4.0}, 8), 1.0 + 5.0 / 12.0, 2));
   EXPECT_EQ(ZqQuantile(0.5, {5.0, 7.0}, 8), 6.0);
   EXPECT_EQ(ZqQuantile(0.5, {5.0}, 8), -kBad);
+  // Type 3, m = -0.5: h = n p - 0.5. n = 4, p = 0.625: h = 2, g = 0, n even -> x(2).
+  EXPECT_EQ(ZqQuantile(0.625, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
+  // n = 5, p = 0.5: h = 2, g = 0, n odd -> x(3).
+  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0, 50.0}, 3), 30.0);
+  // g > 0 -> x(j + 1): n = 4, p = 0.5, h = 1.5 -> x(2).
+  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
 }
 
 TEST(ZqQuantile, ReservedValuesAndNeverReadsPastTheEnd) {
@@ -70,15 +76,6 @@ TEST(ZqQuantile, ReservedValuesAndNeverReadsPastTheEnd) {
     EXPECT_LE(nearEnd, 9.0) << type;
     EXPECT_NEAR(nearEnd, 9.0, 1e-13) << type;
   }
-}
-
-TEST(ZqQuantile, TypeThreeRoundsBySampleSize) {
-  // m = -0.5: h = n p - 0.5. n = 4, p = 0.625: h = 2, g = 0, n even -> x(2).
-  EXPECT_EQ(ZqQuantile(0.625, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
-  // n = 5, p = 0.5: h = 2, g = 0, n odd -> x(3).
-  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0, 50.0}, 3), 30.0);
-  // g > 0 -> x(j + 1): n = 4, p = 0.5, h = 1.5 -> x(2).
-  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
 }
 
 TEST(QuantileHelpers, InterpolationAndClamping) {

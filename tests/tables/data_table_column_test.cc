@@ -28,7 +28,7 @@ ZqDataTableCol NominalOf(const std::vector<std::string>& values) {
   return col;
 }
 
-TEST(ZqDataTableCol, DefaultHandleIsNamedNullColumn) {
+TEST(ZqDataTableCol, DefaultIsTheNullColumnAndTheFactoryPicksKindByScale) {
   const ZqDataTableCol col;
   EXPECT_EQ(col.GetColumnName(), "NullColumn");
   EXPECT_EQ(col.GetStatVariableType(), Type::Unknown);
@@ -41,9 +41,7 @@ TEST(ZqDataTableCol, DefaultHandleIsNamedNullColumn) {
   std::ostringstream out;
   col.PrintUniqueDiscreteValues(10, out);
   EXPECT_EQ(out.str(), "null column: no values\n");
-}
 
-TEST(ZqDataTableCol, FactoryPicksKindByScale) {
   EXPECT_EQ(ZqDataTableCol("a", Type::Nominal, 3).GetStatVarDataType(), ZqStatVarDataType::String);
   EXPECT_EQ(ZqDataTableCol("a", Type::Interval, 3).GetStatVarDataType(), ZqStatVarDataType::Int);
   EXPECT_EQ(ZqDataTableCol("a", Type::Ratio, 3).GetStatVarDataType(), ZqStatVarDataType::Double);
@@ -72,7 +70,7 @@ TEST(ZqDataTableCol, HandlesShareOneColumn) {
   EXPECT_EQ(first.GetColumnName(), "renamed");
 }
 
-TEST(ZqDataTableCol, RatioArrayAddressingAndReservedReads) {
+TEST(ZqDataTableCol, RectangularAndLowerTriangularAddressingAndReservedReads) {
   const ZqDataTableCol col("m", {1.0, 2.0, Bad::MissingDouble, Bad::BadDouble, -2.5, 6.0}, 2);
   EXPECT_EQ(col.GetFullColumnName(), "m");
   EXPECT_EQ(col.GetNumColumnsInCol(), 2u);
@@ -93,19 +91,17 @@ TEST(ZqDataTableCol, RatioArrayAddressingAndReservedReads) {
   // Huge rows must not wrap round onto a valid element.
   EXPECT_EQ(col.GetDouble(std::uint64_t{1} << 63, 0), Bad::BadIndexDouble);
   EXPECT_EQ(col.GetImpl().GetElementIndex(~std::uint64_t{0}, 1), Bad::BadIndex);
-}
 
-TEST(ZqDataTableCol, LowerTriangularAddressing) {
   // 3 x 3 symmetric: elements (0,0) (1,0) (1,1) (2,0) (2,1) (2,2).
-  const ZqDataTableCol col("tri", {0.0, 10.0, 11.0, 20.0, 21.0, 22.0}, 3, true);
-  EXPECT_TRUE(col.ColIsLowerTriangular());
-  EXPECT_EQ(col.GetTotalNumRowsInCol(), 3u);
-  EXPECT_EQ(col.GetDouble(2, 1), 21.0);
-  EXPECT_EQ(col.GetDouble(1, 2), 21.0);
-  EXPECT_EQ(col.GetDouble(2, 2), 22.0);
-  EXPECT_EQ(col.GetDouble(0, 3), Bad::BadIndexDouble);  // col not below numCols
-  EXPECT_EQ(col.GetDouble(3, 0), Bad::BadIndexDouble);  // past the elements
-  EXPECT_EQ(col.GetDouble(std::uint64_t{1} << 40, 1), Bad::BadIndexDouble);
+  const ZqDataTableCol tri("tri", {0.0, 10.0, 11.0, 20.0, 21.0, 22.0}, 3, true);
+  EXPECT_TRUE(tri.ColIsLowerTriangular());
+  EXPECT_EQ(tri.GetTotalNumRowsInCol(), 3u);
+  EXPECT_EQ(tri.GetDouble(2, 1), 21.0);
+  EXPECT_EQ(tri.GetDouble(1, 2), 21.0);
+  EXPECT_EQ(tri.GetDouble(2, 2), 22.0);
+  EXPECT_EQ(tri.GetDouble(0, 3), Bad::BadIndexDouble);  // col not below numCols
+  EXPECT_EQ(tri.GetDouble(3, 0), Bad::BadIndexDouble);  // past the elements
+  EXPECT_EQ(tri.GetDouble(std::uint64_t{1} << 40, 1), Bad::BadIndexDouble);
 }
 
 TEST(ZqDataTableCol, SparseColumns) {

@@ -16,7 +16,7 @@ namespace Type = ZqStatVariableType;
 
 const ZqDataTableRow kRow0(0), kRow1(1), kRow2(2), kRow9(9);
 
-TEST(RowPredicates, EqualityOnEachType) {
+TEST(RowPredicates, EqualityAndRangesOnEachTypeWithReservedValues) {
   const ZqDataTableCol ints = [] {
     ZqDataTableCol col("i", Type::Interval, 3);
     for (int v : {5, -1, Bad::MissingInt}) ZqAppendIntToCol(col, v);
@@ -32,9 +32,7 @@ TEST(RowPredicates, EqualityOnEachType) {
   EXPECT_TRUE(ZqRowColWithinInclUnsignedRange(5, 5, ints, 0)(kRow0));
   // Past the end of the column: the bad-index value, refused by ordinary limits.
   EXPECT_FALSE(ZqRowColWithinInclIntRange(-100, 100, ints, 0)(kRow9));
-}
 
-TEST(RowPredicates, DoublesToleranceRangeAndReservedValues) {
   const ZqDataTableCol col("d", std::vector<double>{1.0, Bad::MissingDouble, std::nan("")});
   EXPECT_FALSE(ZqRowColEqualsDouble(1.0, col, 0, 0.0)(kRow0));  // tolerance 0 never holds
   EXPECT_TRUE(ZqRowColEqualsDouble(1.05, col, 0, 0.1)(kRow0));
