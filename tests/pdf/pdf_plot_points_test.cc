@@ -78,7 +78,7 @@ class PdfCurveTest : public ::testing::Test {
   double xlo = 0, xhi = 0, ylo = -1, yhi = -1;
 };
 
-TEST_F(PdfCurveTest, DensityAndCDFMatchScipyAndReportTheMass) {
+TEST_F(PdfCurveTest, CurvesMatchScipyAndReportTheMass) {
   Corvane::ZqScopedThrowCapture info;
   // lowestXlo 0 lies above the 1% point, so the percentile stays; 8 widens.
   ASSERT_TRUE(ZqGetPDFDensityPlotPoints(series, xlo, xhi, ylo, yhi, normal, 0.02, 11, 0.0, 8.0).IsSuccessful());
@@ -94,17 +94,16 @@ TEST_F(PdfCurveTest, DensityAndCDFMatchScipyAndReportTheMass) {
   ExpectCurve("gamma", "_pdf", 1.0);
   ASSERT_TRUE(ZqGetPDFCDFPlotPoints(series, xlo, xhi, ylo, yhi, gamma, 0.1, 7, 10.0, -10.0).IsSuccessful());
   ExpectCurve("gamma", "_cdf", 1.0);
-}
 
-TEST_F(PdfCurveTest, ScaledDensityScalesThePointsButNotTheReportedMass) {
-  Corvane::ZqScopedThrowCapture info;
+  // A scaled density scales the points but not the reported mass.
+  info.Clear();
   ASSERT_TRUE(
       ZqGetPDFScaledDensityPlotPoints(series, xlo, xhi, ylo, yhi, normal, 3.0, 0.02, 11, 0.0, 8.0).IsSuccessful());
   ExpectCurve("normal", "_pdf", 3.0);
   EXPECT_EQ(info.Texts(ZqThrowLevel::Info), (std::vector<std::string>{refs.sums["normal_sum"]}));
 }
 
-TEST_F(PdfCurveTest, ZeroAndOnePoints) {
+TEST_F(PdfCurveTest, DegeneratePointCountsAndFailuresNameTheCurve) {
   Corvane::ZqScopedThrowCapture info;
   series.AddPoint({5.0, 5.0});
   ASSERT_TRUE(ZqGetPDFDensityPlotPoints(series, xlo, xhi, ylo, yhi, normal, 0.02, 0, 0.0, 8.0).IsSuccessful());
@@ -120,9 +119,7 @@ TEST_F(PdfCurveTest, ZeroAndOnePoints) {
   EXPECT_EQ(Context(one), (std::vector<std::string>{"ZqGetPDFDensityPlotPoints"}));
   EXPECT_EQ(series.GetNumPoints(), 0u);
   EXPECT_TRUE(info.Messages().empty());
-}
 
-TEST_F(PdfCurveTest, FailuresStopAtOnceAndNameTheCurve) {
   // A tail probability above 2 asks for a percentile outside [0, 1]; the
   // series is not touched.
   series.AddPoint({5.0, 5.0});
@@ -132,7 +129,7 @@ TEST_F(PdfCurveTest, FailuresStopAtOnceAndNameTheCurve) {
   EXPECT_EQ(series.GetNumPoints(), 1u);
 
   // Widening a gamma below 0 makes the first x fall outside the support.
-  Corvane::ZqScopedThrowCapture info;
+  info.Clear();
   const ZqStatModelResult support =
       ZqGetPDFScaledDensityPlotPoints(series, xlo, xhi, ylo, yhi, gamma, 2.0, 0.1, 7, -1.0, 0.0);
   EXPECT_FALSE(support.IsSuccessful());
@@ -221,14 +218,7 @@ TEST(PdfSample, PlotsOfALargeSampleFollowTheDistribution) {
                   .IsSuccessful());
   EXPECT_EQ(series.GetNumPoints(), 3u * 10 + 1);
   EXPECT_NEAR(area(), 1.0, 1e-12);
-}
-
-TEST(PdfSample, ConstantFrequencyCountsPerBinOfZeroAndAboveTheSample) {
-  ZqStatModelResult status(true);
-  ZqUniVarPDF normal = ZqUnivariateGaussian("x", 0.0, 1.0, status);
-  Numarc::ZqRanNumEngine engine(2);
-  Numarc::ZqDataSeries series;
-  double xlo = 0, xhi = 0, ylo = 0, yhi = 0;
+  // Zero draws a bin is refused; more than the sample gives no bin.
   const ZqStatModelResult zero =
       ZqGetUserDefConstFreqHistPlotPointsForPDFSample(series, xlo, xhi, ylo, yhi, normal, 50, 0, engine, 0, 0);
   EXPECT_EQ(zero.GetFailureType(), Failure::ArgumentOutOfRange);

@@ -20,7 +20,7 @@ std::vector<nZqRanVar> GaussRanVars(double mean, double variance) {
   return ranVars;
 }
 
-TEST(nZqProbDistFuncImpl, DefaultHasNoVariablesAndAnUnknownType) {
+TEST(nZqProbDistFuncImpl, DefaultHasNoVariablesAndTheNamesOfTypes) {
   const nZqProbDistFuncImpl pdf;
   EXPECT_EQ(pdf.GetPDFType(), 0u);
   EXPECT_EQ(pdf.GetPDFName(), "Unknown PDF");
@@ -31,9 +31,7 @@ TEST(nZqProbDistFuncImpl, DefaultHasNoVariablesAndAnUnknownType) {
   EXPECT_EQ(&found, &pdf.BadRanVar());
   EXPECT_TRUE(found.RanVarDataIsReadOnly());
   EXPECT_EQ(found.GetRanVarTypeName(), "Null Random Variable::Unknown Minor Type");
-}
 
-TEST(nZqProbDistFuncImpl, NamesOfTypes) {
   EXPECT_EQ(nZqProbDistFuncImpl(2, {}).GetPDFName(), "UniVariate Gaussian");
   EXPECT_EQ(nZqProbDistFuncImpl(21, {}).GetPDFName(), "UniVariate Continuous Valued Random Sample");
   EXPECT_EQ(nZqProbDistFuncImpl(26, {}).GetPDFName(), "MultiVariate Mixture");
@@ -96,13 +94,12 @@ TEST(nZqUniVarNullPDFImpl, AnswersEveryRequestWithTheBadValue) {
   ZqStatModelResult result(true);
   EXPECT_EQ(base.GetVariance(result), kBad);
   EXPECT_EQ(VarimoTest::Context(result), std::vector<std::string>{"ZqUniVarNullPDFImpl::GetVariance"});
-}
 
-TEST(nZqUniVarNullPDFImpl, DefaultHasNoNameAndNoVariables) {
-  const nZqUniVarNullPDFImpl null;
-  EXPECT_EQ(null.GetVariableName(), "");
-  EXPECT_EQ(null.GetNumRanVars(), 0u);
-  EXPECT_EQ(null.GetPDFType(), 1u);
+  // The default has no name and no variables.
+  const nZqUniVarNullPDFImpl unnamed;
+  EXPECT_EQ(unnamed.GetVariableName(), "");
+  EXPECT_EQ(unnamed.GetNumRanVars(), 0u);
+  EXPECT_EQ(unnamed.GetPDFType(), 1u);
 }
 
 }  // namespace

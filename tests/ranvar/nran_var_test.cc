@@ -38,6 +38,15 @@ nZqRanVar Matrix(const Eigen::MatrixXd& value, const ZqCheckRanVarConstraints& c
   return nZqRanVar(7, 8, "Seven::Eight", constraints, value);
 }
 
+// The refusal of a value of another kind than the variable holds.
+ResultReport Refusal(const char* kind, const char* dataType) {
+  return ResultReport{false,
+                      F::ArgumentTypeWrong,
+                      {"nZqRanVar::CheckConstraints"},
+                      {std::string("Trying to load a ") + kind + ", while Random variable has required data type " +
+                       dataType + "\n"}};
+}
+
 TEST(nZqRanVar, DefaultIsAReadOnlyNullVariable) {
   const nZqRanVar null;
   EXPECT_TRUE(null.RanVarDataIsReadOnly());
@@ -48,14 +57,10 @@ TEST(nZqRanVar, DefaultIsAReadOnlyNullVariable) {
   EXPECT_EQ(null.GetRanVarVal(), kBad);
   EXPECT_EQ(null.GetRanVarVec().size(), 0);
   EXPECT_EQ(null.GetConstRanVarMatPtr(), nullptr);
-  EXPECT_EQ(Report(null.CheckConstraints(1.0)),
-            (ResultReport{false,
-                          F::ArgumentTypeWrong,
-                          {"nZqRanVar::CheckConstraints"},
-                          {"Trying to load a scalar, while Random variable has required data type Unknown Type\n"}}));
+  EXPECT_EQ(Report(null.CheckConstraints(1.0)), Refusal("scalar", "Unknown Type"));
 }
 
-TEST(nZqRanVar, CopiesShareOneValueAndCountIt) {
+TEST(nZqRanVar, CopiesShareOneValueAndWritesThroughPointers) {
   nZqRanVar a = Scalar(1.0);
   {
     nZqRanVar b(a);
@@ -83,9 +88,8 @@ TEST(nZqRanVar, CopiesShareOneValueAndCountIt) {
   c = alias;
   EXPECT_EQ(c.GetRanVarRefCount(), 2u);
   EXPECT_EQ(c.GetRanVarVal(), 7.0);
-}
 
-TEST(nZqRanVar, WritesThroughPointersAreSharedToo) {
+  // Writes through pointers are shared too.
   nZqRanVar v = Vector(Vec({1.0, 2.0}));
   const nZqRanVar copy(v);
   (*v.GetRanVarVecPtr())(1) = 9.0;
@@ -105,26 +109,16 @@ TEST(nZqRanVar, ConstraintsAreTheHandlesOwnAndLoadingDoesNotCheckThem) {
   nZqRanVar positive = Scalar(1.0, kPositive);
   positive.LoadRanVarVal(-1.0);
   EXPECT_EQ(positive.GetRanVarVal(), -1.0);
-  EXPECT_EQ(Report(positive.CheckConstraints(0.0)).context,
-            (std::vector<std::string>{"ZqElementIsPositive::CheckConstraint",
-                                      "ZqCheckRanVarConstraints::CheckElemWiseConstraints",
-                                      "ZqCheckRanVarConstraints::CheckConstraints"}));
+  EXPECT_EQ(Report(positive.CheckConstraints(0.0)).context.front(), "ZqElementIsPositive::CheckConstraint");
   // Assignment brings the source's constraints.
   positive = Scalar(2.0);
   EXPECT_EQ(Report(positive.CheckConstraints(0.0)), Success());
 }
 
 TEST(nZqRanVar, CheckConstraintsRefusesAValueOfAnotherKind) {
-  auto refusal = [](const char* kind, const char* dataType) {
-    return ResultReport{false,
-                        F::ArgumentTypeWrong,
-                        {"nZqRanVar::CheckConstraints"},
-                        {std::string("Trying to load a ") + kind +
-                         ", while Random variable has required data type " + dataType + "\n"}};
-  };
-  EXPECT_EQ(Report(Vector(Eigen::VectorXd()).CheckConstraints(2.0)), refusal("scalar", "Eigen::VectorXd"));
-  EXPECT_EQ(Report(Matrix(Mat23()).CheckConstraints(Vec({1.0}))), refusal("vector", "Eigen::MatrixXd"));
-  EXPECT_EQ(Report(Scalar(1.0).CheckConstraints(Mat23())), refusal("matrix", "Scalar Double"));
+  EXPECT_EQ(Report(Vector(Eigen::VectorXd()).CheckConstraints(2.0)), Refusal("scalar", "Eigen::VectorXd"));
+  EXPECT_EQ(Report(Matrix(Mat23()).CheckConstraints(Vec({1.0}))), Refusal("vector", "Eigen::MatrixXd"));
+  EXPECT_EQ(Report(Scalar(1.0).CheckConstraints(Mat23())), Refusal("matrix", "Scalar Double"));
   EXPECT_EQ(Report(Matrix(Mat23(), kPositive).CheckConstraints(Mat23())), Success());
 }
 
@@ -267,7 +261,7 @@ TEST(nZqRanVarAttachData, ChecksThenSharesTheSourceValueReadOnly) {
   EXPECT_EQ(source.GetRanVarRefCount(), 2u);
 }
 
-TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAsItWas) {
+TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAloneUncheckedAnyKindIsTaken) {
   nZqRanVar target = Vector(Vec({1.0}), kPositive);
   EXPECT_EQ(Report(target.AttachData(Scalar(1.0), true)),
             (ResultReport{false,
@@ -275,12 +269,9 @@ TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAsItWas) {
                           {"nZqRanVar::AttachData"},
                           {"Source random variable has required data type Scalar Double\n"
                            "Random variable to be attached to has required data type Eigen::VectorXd\n"}}));
-  EXPECT_EQ(Report(target.AttachData(Vector(Vec({1.0, -2.0})), true)),
-            (ResultReport{false,
-                          F::LowerBoundViolated,
-                          {"ZqElementIsPositive::CheckConstraint", "ZqCheckRanVarConstraints::CheckElemWiseConstraints",
-                           "ZqCheckRanVarConstraints::CheckConstraints", "nZqRanVar::AttachData"},
-                          {"Argument value = -2; should be positive!\n", "Problem with Vector element(1); value = -2\n"}}));
+  const ResultReport negative = Report(target.AttachData(Vector(Vec({1.0, -2.0})), true));
+  EXPECT_EQ(negative.type, F::LowerBoundViolated);
+  EXPECT_EQ(negative.context.back(), "nZqRanVar::AttachData");
   EXPECT_FALSE(target.RanVarDataIsReadOnly());
   EXPECT_TRUE(Same(target.GetRanVarVec(), Vec({1.0})));
   EXPECT_EQ(target.GetRanVarRefCount(), 1u);
@@ -289,9 +280,8 @@ TEST(nZqRanVarAttachData, RefusalsLeaveTheTargetAsItWas) {
   EXPECT_EQ(Report(null.AttachData(nZqRanVar(), true)),
             (ResultReport{false, F::InternalLogicFailure, {"nZqRanVar::AttachData"},
                           {"Source Ran Var has unknown Data Type!"}}));
-}
 
-TEST(nZqRanVarAttachData, WithoutChecksAnyKindIsTaken) {
+  // Without checks any kind is taken.
   const nZqRanVar scalar = Scalar(2.0);
   nZqRanVar matrix = Matrix(Mat23());
   EXPECT_EQ(Report(matrix.AttachData(scalar, false)), Success());
@@ -329,7 +319,7 @@ TEST(nZqRanVar, PrintShowsTypeAccessConstraintsAndValueUpToTheLimit) {
             "Num Rows = 2; Num Cols = 3; Print limit = 2\nRandom Variable Matrix: \n1 2\n4 5\n");
 }
 
-TEST(SetupUniVarGaussianRanVars, AppendsTheEightVariables) {
+TEST(SetupUniVarGaussianRanVars, AppendsTheEightVariablesOrNothing) {
   std::vector<nZqRanVar> ranVars(1);
   EXPECT_EQ(Report(SetupUniVarGaussianRanVars(ranVars, -1.5, 2.0)), Success());
   ASSERT_EQ(ranVars.size(), 9u);
@@ -358,16 +348,15 @@ TEST(SetupUniVarGaussianRanVars, AppendsTheEightVariables) {
   EXPECT_EQ(Report(ranVars[7].CheckConstraints(Vec({-1.0}))), Success());
   EXPECT_EQ(Report(ranVars[8].CheckConstraints(Vec({0.0, 1.0}))), Success());
   EXPECT_EQ(Report(ranVars[8].CheckConstraints(Vec({0.0, -1.0}))).type, F::LowerBoundViolated);
-}
 
-TEST(SetupUniVarGaussianRanVars, ZeroVarianceAppendsNothing) {
-  std::vector<nZqRanVar> ranVars;
-  EXPECT_EQ(Report(SetupUniVarGaussianRanVars(ranVars, 0.0, 0.0)),
+  // A zero variance appends nothing.
+  std::vector<nZqRanVar> none;
+  EXPECT_EQ(Report(SetupUniVarGaussianRanVars(none, 0.0, 0.0)),
             (ResultReport{false,
                           F::LowerBoundViolated,
                           {"ZqElementIsPositive::CheckConstraint", "SetupUniVarGaussianRanVars"},
                           {"Argument value = 0; should be positive!\n"}}));
-  EXPECT_TRUE(ranVars.empty());
+  EXPECT_TRUE(none.empty());
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ ZqCheckRanVarConstraints Checker(std::vector<ZqRanVarGlobalConstraint> global,
   return ZqCheckRanVarConstraints(global, elemWise);
 }
 
-TEST(ZqElementIsPositive, RefusesZeroAndBelowAcceptsTheSmallestPositiveAndNaN) {
+TEST(ElementBounds, PositiveAndNonNegativeAtTheirBounds) {
   const ZqElementIsPositive positive;
   EXPECT_EQ(Report(positive.CheckConstraint(0.0)),
             (ResultReport{false, F::LowerBoundViolated, {kPositive}, {"Argument value = 0; should be positive!\n"}}));
@@ -38,9 +38,8 @@ TEST(ZqElementIsPositive, RefusesZeroAndBelowAcceptsTheSmallestPositiveAndNaN) {
             std::vector<std::string>{"Argument value = -2.5; should be positive!\n"});
   EXPECT_EQ(Report(positive.CheckConstraint(kTiny)), Success());
   EXPECT_EQ(Report(positive.CheckConstraint(kNaN)), Success());
-}
 
-TEST(ZqElementIsNonNegative, AcceptsZeroRefusesJustBelowAcceptsNaN) {
+  // Non-negative accepts zero of either sign.
   const ZqElementIsNonNegative nonNegative;
   EXPECT_EQ(Report(nonNegative.CheckConstraint(0.0)), Success());
   EXPECT_EQ(Report(nonNegative.CheckConstraint(-0.0)), Success());
@@ -60,7 +59,7 @@ TEST(NullConstraints, RefuseEverythingWithoutComment) {
   EXPECT_EQ(Report(ZqGlobalNullConstraint().CheckConstraint(Filled(2, 2, 1.0))), globalRefusal);
 }
 
-TEST(ZqRanVarVectorHasSumVal, AcceptsWithinToleranceInclusive) {
+TEST(ZqRanVarVectorHasSumVal, AcceptsWithinToleranceInclusiveAndRefusesMatrices) {
   const ZqRanVarVectorHasSumVal sumsToOne(1.0, 1e-10);
   EXPECT_EQ(Report(sumsToOne.CheckConstraint(Vec({0.5, 0.5}))), Success());
   EXPECT_EQ(Report(sumsToOne.CheckConstraint(Vec({0.5, 0.4999}))),
@@ -74,9 +73,8 @@ TEST(ZqRanVarVectorHasSumVal, AcceptsWithinToleranceInclusive) {
   EXPECT_EQ(Report(loose.CheckConstraint(Vec({0.25, 0.5}))), Success());
   EXPECT_EQ(Report(loose.CheckConstraint(Vec({0.5, 0.75, 0.0078125}))).type, F::SumOfArgumentsWrong);
   EXPECT_EQ(Report(loose.CheckConstraint(Vec({0.5, kNaN}))), Success());
-}
 
-TEST(ZqRanVarVectorHasSumVal, EmptyVectorSumsToZeroAndMatricesAreRefused) {
+  // An empty vector sums to zero.
   EXPECT_EQ(Report(ZqRanVarVectorHasSumVal(0.0, 1e-10).CheckConstraint(Eigen::VectorXd())), Success());
   EXPECT_EQ(Report(ZqRanVarVectorHasSumVal(1.0, 1e-10).CheckConstraint(Eigen::VectorXd())).comments,
             std::vector<std::string>{"Vector sums to = 0; Expected sum = 1; Tolerance = 1e-10\n"});
@@ -119,9 +117,21 @@ TEST(ConstraintHandles, CopiesAreDeepAndOutliveTheirSource) {
   EXPECT_EQ(Report(assigned.CheckConstraint(Vec({2.0}))).type, F::SumOfArgumentsWrong);
   assigned = assigned;
   EXPECT_EQ(assigned.Print(), "ZqRanVarVectorHasSumVal: asserts elements sum to 1(tol: 0.5)\n");
+
+  // So are those of a whole set of constraints.
+  auto* checks = new ZqCheckRanVarConstraints({}, {ZqRanVarElemWiseConstraint(Kind::ElementIsPositive)});
+  ZqCheckRanVarConstraints* checksCopy = checks->CreateCopy();
+  ZqCheckRanVarConstraints assignedChecks;
+  assignedChecks = *checks;
+  delete checks;
+  EXPECT_EQ(Report(checksCopy->CheckConstraints(0.0)).type, F::LowerBoundViolated);
+  EXPECT_EQ(Report(assignedChecks.CheckConstraints(1.0)), Success());
+  assignedChecks = assignedChecks;
+  EXPECT_EQ(Report(assignedChecks.CheckConstraints(0.0)).type, F::LowerBoundViolated);
+  delete checksCopy;
 }
 
-TEST(ZqCheckRanVarConstraints, DefaultRefusesEveryKindOfValue) {
+TEST(ZqCheckRanVarConstraints, DefaultRefusesEverythingEmptyListsAcceptEverything) {
   const ZqCheckRanVarConstraints unset;
   EXPECT_EQ(Report(unset.CheckConstraints(1.0)),
             (ResultReport{false, F::ObjectNotValid, {"ZqElemWiseNullConstraint::CheckConstraint", kElemWise, kCheck}, {}}));
@@ -130,9 +140,8 @@ TEST(ZqCheckRanVarConstraints, DefaultRefusesEveryKindOfValue) {
   EXPECT_EQ(Report(unset.CheckConstraints(Vec({1.0}))), globalRefusal);
   EXPECT_EQ(Report(unset.CheckConstraints(Filled(2, 2, 1.0))), globalRefusal);
   EXPECT_EQ(unset.Print(), "This is a Null Global Constraint\nThis is an Element-Wise Null Constraint\n");
-}
 
-TEST(ZqCheckRanVarConstraints, EmptyListsAcceptEverything) {
+  // Empty lists, on the other hand, accept everything.
   const ZqCheckRanVarConstraints none({}, {});
   EXPECT_EQ(Report(none.CheckConstraints(kNaN)), Success());
   EXPECT_EQ(Report(none.CheckConstraints(Eigen::VectorXd())), Success());
@@ -140,7 +149,7 @@ TEST(ZqCheckRanVarConstraints, EmptyListsAcceptEverything) {
   EXPECT_EQ(none.Print(), "");
 }
 
-TEST(ZqCheckRanVarConstraints, VectorRefusalNamesTheFirstOffendingElement) {
+TEST(ZqCheckRanVarConstraints, RefusalNamesTheFirstOffendingElementRowByRow) {
   const auto nonNegative = Checker({}, {ZqRanVarElemWiseConstraint(Kind::ElementIsNonNegative)});
   EXPECT_EQ(Report(nonNegative.CheckConstraints(Vec({1.0, 0.0, -1.0, -2.0}))),
             (ResultReport{false,
@@ -154,9 +163,7 @@ TEST(ZqCheckRanVarConstraints, VectorRefusalNamesTheFirstOffendingElement) {
                           {kNonNegative, kElemWise},
                           {"Argument value = -3; should be non-negative!\n",
                            "Problem with Vector element(0); value = -3\n"}}));
-}
 
-TEST(ZqCheckRanVarConstraints, MatrixElementsAreVisitedRowByRow) {
   // Eigen stores by column, so a walk in storage order would name (1,0).
   Eigen::MatrixXd m(2, 2);
   m << 1.0, -3.0, -2.0, 4.0;
@@ -191,19 +198,6 @@ TEST(ZqCheckRanVarConstraints, ConstraintsRunInOrderGlobalFirst) {
             "ZqRanVarVectorHasSumVal: asserts elements sum to 1(tol: 1e-10)\n"
             "ZqElementIsNonNegative: asserts value is non-negative\n"
             "ZqElementIsPositive: asserts value is positive\n");
-}
-
-TEST(ZqCheckRanVarConstraints, CopiesAndAssignmentsAreIndependent) {
-  auto* source = new ZqCheckRanVarConstraints({}, {ZqRanVarElemWiseConstraint(Kind::ElementIsPositive)});
-  ZqCheckRanVarConstraints* copy = source->CreateCopy();
-  ZqCheckRanVarConstraints assigned;
-  assigned = *source;
-  delete source;
-  EXPECT_EQ(Report(copy->CheckConstraints(0.0)).type, F::LowerBoundViolated);
-  EXPECT_EQ(Report(assigned.CheckConstraints(1.0)), Success());
-  assigned = assigned;
-  EXPECT_EQ(Report(assigned.CheckConstraints(0.0)).type, F::LowerBoundViolated);
-  delete copy;
 }
 
 }  // namespace

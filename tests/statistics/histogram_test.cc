@@ -69,16 +69,6 @@ double Integral(const std::vector<double>& heights, const std::vector<double>& b
   return sum;
 }
 
-TEST(Histogram, RangeTakesInTheSuggestions) {
-  double xlo = 1, xhi = 1;
-  ZqGetXloXhiForSortedData(xlo, xhi, {}, -5.0, 5.0);
-  EXPECT_EQ(xlo, 0.0);
-  EXPECT_EQ(xhi, 0.0);
-  ZqGetXloXhiForSortedData(xlo, xhi, {-1.0, 2.0, 3.0}, -5.0, 0.0);
-  EXPECT_EQ(xlo, -5.0);
-  EXPECT_EQ(xhi, 3.0);
-}
-
 TEST(Histogram, EqualWidthAgainstNumpy) {
   ASSERT_EQ(LinesOf("width").size(), 3u);
   for (const Tokens& t : LinesOf("width")) {
@@ -99,22 +89,28 @@ TEST(Histogram, EqualWidthAgainstNumpy) {
   }
 }
 
-TEST(Histogram, WideSuggestionsLeaveEmptyBinsAtBothEnds) {
-  double xlo, xhi, binWidth, maxHeight;
+TEST(Histogram, HandCountedBinsAndRanges) {
+  double xlo = 1, xhi = 1, binWidth, maxHeight;
   std::vector<double> heights;
+  // The range takes in the suggestions.
+  ZqGetXloXhiForSortedData(xlo, xhi, {}, -5.0, 5.0);
+  EXPECT_EQ(xlo, 0.0);
+  EXPECT_EQ(xhi, 0.0);
+  ZqGetXloXhiForSortedData(xlo, xhi, {-1.0, 2.0, 3.0}, -5.0, 0.0);
+  EXPECT_EQ(xlo, -5.0);
+  EXPECT_EQ(xhi, 3.0);
+  // Wide suggestions leave empty bins at both ends.
   ZqGetUserDefinedConstBinWidthHistogram(xlo, xhi, binWidth, maxHeight, heights, {4.0, 5.0, 6.0}, 10, 0.0, 10.0);
-  ASSERT_EQ(heights.size(), 10u);
   EXPECT_EQ(binWidth, 1.0);
   EXPECT_EQ(heights, (std::vector<double>{0, 0, 0, 0, 1.0 / 3, 1.0 / 3, 1.0 / 3, 0, 0, 0}));
-}
-
-TEST(Histogram, ValueAtTheTopEdgeLandsInTheLastBin) {
-  double xlo, xhi, binWidth, maxHeight;
-  std::vector<double> heights;
+  // Bins of width 1 on [0, 4]: the value at the top edge, 4, falls in the last.
   ZqGetUserDefinedConstBinWidthHistogram(xlo, xhi, binWidth, maxHeight, heights, {0.0, 1.0, 2.0, 4.0}, 4, 0.0, 0.0);
-  // Bins of width 1 on [0, 4]: 4 falls in the last.
   EXPECT_EQ(heights, (std::vector<double>{0.25, 0.25, 0.25, 0.25}));
   EXPECT_EQ(maxHeight, 0.25);
+  // A single equal-frequency bin spans the range.
+  ZqGetUserDefinedConstFreqHistogram(xlo, xhi, binWidth, maxHeight, heights, {1.0, 2.0, 5.0}, 1, 1.0, 1.0);
+  EXPECT_EQ(heights, std::vector<double>{0.25});
+  EXPECT_EQ(binWidth, 4.0);
 }
 
 TEST(Histogram, AutomaticNumberOfBinsAgainstNumpy) {
@@ -155,14 +151,6 @@ TEST(Histogram, EqualFrequencyAgainstNumpy) {
     ExpectNear(bounds, edges, t[1]);
     EXPECT_NEAR(Integral(heights, bounds), 1.0, 1e-12) << t[1];
   }
-}
-
-TEST(Histogram, SingleEqualFrequencyBinSpansTheRange) {
-  double xlo, xhi, minWidth, maxHeight;
-  std::vector<double> heights;
-  ZqGetUserDefinedConstFreqHistogram(xlo, xhi, minWidth, maxHeight, heights, {1.0, 2.0, 5.0}, 1, 1.0, 1.0);
-  EXPECT_EQ(heights, std::vector<double>{0.25});
-  EXPECT_EQ(minWidth, 4.0);
 }
 
 TEST(Histogram, DegenerateDataGiveAnEmptyHistogram) {
@@ -206,7 +194,7 @@ TEST(Histogram, DegenerateDataGiveAnEmptyHistogram) {
   EXPECT_TRUE(bounds.empty());
 }
 
-TEST(CrossValidationScore, AgainstNumpyAndItsBadCases) {
+TEST(HistogramConstants, CrossValidationScoreAndConfidenceBandAgainstNumpyAndScipy) {
   ASSERT_EQ(LinesOf("cv").size(), 2u);
   for (const Tokens& t : LinesOf("cv")) {
     const double score = ZqGetCrossValidationHistogramScore(VarimoTest::ToDouble(t[3]), VarimoTest::ToDouble(t[4]),
@@ -217,9 +205,8 @@ TEST(CrossValidationScore, AgainstNumpyAndItsBadCases) {
   EXPECT_EQ(ZqGetCrossValidationHistogramScore(0.0, 1.0, 0, {0.5, 0.7}), kBad);
   EXPECT_EQ(ZqGetCrossValidationHistogramScore(1.0, 1.0, 3, {1.0, 1.0}), kBad);
   EXPECT_EQ(ZqGetCrossValidationHistogramScore(0.0, 1.0, 3, {0.5, std::nan("")}), kBad);
-}
 
-TEST(ConfidenceBandConstant, AgainstScipyAndItsBadCases) {
+  // The constant of the confidence band.
   ASSERT_EQ(LinesOf("band").size(), 2u);
   for (const Tokens& t : LinesOf("band")) {
     const double c =

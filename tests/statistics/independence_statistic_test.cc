@@ -105,7 +105,7 @@ TEST(IndependenceStatistic, NamesTypesAndTheNullClass) {
   EXPECT_EQ(clone->GetTwoSampleIndepStatisticsType(), 1u);
 }
 
-TEST(IndependenceStatistic, ValuesAgainstNumpyForPointsAndSimilarities) {
+TEST(IndependenceStatistic, ValuesAgainstNumpyAndZeroForAConstantSample) {
   ASSERT_EQ(Cases().size(), 4u);
   for (const auto& [name, c] : Cases()) {
     ZqStatModelResult result;
@@ -116,9 +116,8 @@ TEST(IndependenceStatistic, ValuesAgainstNumpyForPointsAndSimilarities) {
         << name;
     EXPECT_EQ(Report(result), VarimoTest::Success()) << name;
   }
-}
 
-TEST(IndependenceStatistic, ConstantSampleHasNoCorrelation) {
+  // A constant sample has no correlation.
   ZqStatModelResult result;
   const std::vector<double> x = {1.0, 2.0, 4.0, 8.0}, flat = {3.0, 3.0, 3.0, 3.0};
   EXPECT_EQ(ZqGetTwoSampleIndepStatForVectors(result, 1, x, 1, false, flat, 1, false), 0.0);
@@ -136,9 +135,8 @@ TEST(IndependenceStatistic, BadInputFailsWithTheRoutineChain) {
                                            "ZqGetTwoSampleIndepStatForVectors"},
                                           {}}));
   EXPECT_EQ(ZqGetTwoSampleIndepStatForVectors(result, 1, {}, 1, false, {}, 1, false), kBad);
-  EXPECT_EQ(Report(result),
-            (ResultReport{false, F::NoData,
-                          {"ZqDistanceCorrelationMeasure::operator", "ZqGetTwoSampleIndepStatForVectors"}, {}}));
+  EXPECT_EQ(result.GetFailureType(), F::NoData);
+  EXPECT_EQ(VarimoTest::Context(result).front(), "ZqDistanceCorrelationMeasure::operator");
   EXPECT_EQ(ZqGetTwoSampleIndepStatForVectors(result, 1, {1, 2}, 0, false, {1, 2}, 1, false), kBad);
   EXPECT_EQ(result.GetFailureType(), F::ArgumentOutOfRange);
   EXPECT_EQ(VarimoTest::Context(result).front(), "GetDistanceMatrix");
@@ -147,7 +145,7 @@ TEST(IndependenceStatistic, BadInputFailsWithTheRoutineChain) {
   EXPECT_EQ(result.GetFailureType(), F::ArgumentValueWrong);
 }
 
-TEST(DistanceMatrix, SimilarityMustBeSquareAndWithinZeroAndOne) {
+TEST(DistanceMatrix, FromSimilaritiesAndFromRowsWithDoubleCentring) {
   ZqStatModelResult result;
   Eigen::MatrixXd matrix;
   GetDistanceMatrix(result, matrix, {1, 0.5, 0.5, 1, 0.2, 0.3}, 2, true);
@@ -167,11 +165,8 @@ TEST(DistanceMatrix, SimilarityMustBeSquareAndWithinZeroAndOne) {
   EXPECT_EQ(matrix(0, 0), 0.0);
   EXPECT_EQ(matrix(0, 1), 0.5);
   EXPECT_EQ(matrix(1, 1), 1.0);
-}
 
-TEST(DistanceMatrix, EuclideanRowsAndDoubleCentring) {
-  ZqStatModelResult result;
-  Eigen::MatrixXd matrix;
+  // Euclidean distances of rows, and their double centring.
   GetDistanceMatrix(result, matrix, {0, 0, 3, 4, 6, 8}, 2, false);
   ASSERT_TRUE(result.IsSuccessful());
   ASSERT_EQ(matrix.rows(), 3);
@@ -223,20 +218,6 @@ TEST(PValue, IsOneMinusTheEmpiricalCdfOfTheObservedValue) {
   EXPECT_DOUBLE_EQ(p, static_cast<double>(above) / 200.0);
 }
 
-TEST(PValue, SeededRunsRepeatAndTheCountOfSimulationsMatters) {
-  Numarc::ZqRanNumEngine data(11);
-  const std::vector<double> x = Gaussian(data, 15), y = Gaussian(data, 15);
-  ZqStatModelResult result;
-  VarimoTest::CaptureOutput capture;
-  Numarc::ZqRanNumEngine e1(3), e2(3), e3(3);
-  const double p1 = PValue(result, e1, 99, 2, x, y);
-  const double p2 = PValue(result, e2, 99, 2, x, y);
-  const double p3 = PValue(result, e3, 57, 2, x, y);
-  capture.Text();
-  EXPECT_EQ(p1, p2);
-  EXPECT_NE(p1, p3);
-}
-
 TEST(PValue, RoughlyUniformUnderIndependenceAndSmallUnderDependence) {
   // 300 independent pairs of samples of 15: the p-values should spread over
   // [0, 1]. Bounds are some four standard errors wide.
@@ -280,11 +261,8 @@ TEST(PValue, MeasureHasNoSimulationAndFailuresPrintNothing) {
                                           {}}));
   // The observed value comes first: its failure is the one reported.
   EXPECT_EQ(ZqGetPValueForTwoSampleIndepStatistic(result, engine, 50, 1, x, 1, false, {1, 2}, 1, false), kBad);
-  EXPECT_EQ(Report(result), (ResultReport{false,
-                                          F::MismatchBetweenInputVecSizes,
-                                          {"ZqDistanceCorrelationMeasure::operator",
-                                           "ZqGetPValueForTwoSampleIndepStatistic"},
-                                          {}}));
+  EXPECT_EQ(result.GetFailureType(), F::MismatchBetweenInputVecSizes);
+  EXPECT_EQ(VarimoTest::Context(result).front(), "ZqDistanceCorrelationMeasure::operator");
   EXPECT_EQ(PValue(result, engine, 50, 0, x, y), kBad);
   EXPECT_EQ(VarimoTest::Context(result).front(), "ZqNullIndependenceStatistic::operator");
   EXPECT_EQ(PValue(result, engine, 0, 2, x, y), kBad);

@@ -26,7 +26,7 @@ std::vector<double> Ys(const Numarc::ZqDataSeries& series) {
   return ys;
 }
 
-TEST(HistogramPlotPoints, StaircaseOfThreePointsPerBinAndOne) {
+TEST(HistogramPlotPoints, StaircasesOfThreePointsPerBinAndOne) {
   Numarc::ZqDataSeries series;
   ZqGetHistogramPlotPointsFromBinStats(series, {0.5, 0.25}, {0.0, 1.0, 3.0});
   EXPECT_EQ(series.GetPoints(), (Points{{0, 0}, {0, 0.5}, {1, 0.5}, {1, 0}, {1, 0.25}, {3, 0.25}, {3, 0}}));
@@ -35,10 +35,8 @@ TEST(HistogramPlotPoints, StaircaseOfThreePointsPerBinAndOne) {
   EXPECT_EQ(series.GetNumPoints(), 7u);
   ZqGetHistogramPlotPointsFromBinStats(series, {0.5}, {0.0, 1.0, 2.0});
   EXPECT_EQ(series.GetNumPoints(), 7u);
-}
 
-TEST(HistogramPlotPoints, OneCallGivesTheHistogramOnItsEdges) {
-  Numarc::ZqDataSeries series;
+  // One call gives the histogram on its edges, and keeps the series name.
   series.SetName("keep");
   double xlo, xhi, maxHeight;
   ZqGetUserDefinedConstBinWidthHistPlotPoints(series, xlo, xhi, maxHeight, {0.0, 1.0, 1.5, 4.0}, 2, 0.0, 0.0);
@@ -128,7 +126,7 @@ TEST(EmpiricalCDFPlotPoints, StaircaseWithTheSuggestedEnds) {
   EXPECT_EQ(xhi, 0.0);
 }
 
-TEST(NormalProbabilityPlot, PointsAgainstScipyAndGrowingRanges) {
+TEST(NormalProbabilityPlot, PointsAgainstScipyAndFailuresWithoutARobustScale) {
   const auto lines = VarimoTest::ReadReferenceLines("statistics/histogram_reference.txt");
   std::vector<double> data, expected;
   for (const auto& t : lines) {
@@ -150,11 +148,8 @@ TEST(NormalProbabilityPlot, PointsAgainstScipyAndGrowingRanges) {
   EXPECT_EQ(xhi, series.GetPoints().back().GetX());
   EXPECT_EQ(ylo, -100.0);
   EXPECT_EQ(yhi, series.GetPoints().back().GetY());
-}
 
-TEST(NormalProbabilityPlot, DataWithoutARobustScaleFail) {
-  Numarc::ZqDataSeries series;
-  double xlo, xhi, ylo, yhi;
+  // Empty data give no points; data without a robust scale fail.
   const ZqStatModelResult empty =
       ZqGetNormalProbabilityPlotPointsForSortedData(series, xlo, xhi, ylo, yhi, {}, -1.0, 1.0, -2.0, 2.0);
   EXPECT_TRUE(empty.IsSuccessful());

@@ -41,14 +41,20 @@ TEST_P(QuantileAgainstNumpy, EveryCaseOfTheType) {
 // Type 3 is checked by hand below: numpy's version rounds differently.
 INSTANTIATE_TEST_SUITE_P(HyndmanFanTypes, QuantileAgainstNumpy, ::testing::Values(1u, 2u, 4u, 5u, 6u, 7u, 8u, 9u));
 
-TEST(ZqQuantile, TheDocumentedValues) {
+TEST(ZqQuantile, TheDocumentedValuesAndTypeThreeRounding) {
   // Type 8 at 0.25 of {1, 2, 3, 4}: h = 1 + 5/12.
   EXPECT_TRUE(VarimoTest::WithinUlps(ZqQuantile(0.25, {1.0, 2.0, 3.0, 4.0}, 8), 1.0 + 5.0 / 12.0, 2));
   EXPECT_EQ(ZqQuantile(0.5, {5.0, 7.0}, 8), 6.0);
   EXPECT_EQ(ZqQuantile(0.5, {5.0}, 8), -kBad);
+  // Type 3, m = -0.5: h = n p - 0.5. n = 4, p = 0.625: h = 2, g = 0, n even -> x(2).
+  EXPECT_EQ(ZqQuantile(0.625, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
+  // n = 5, p = 0.5: h = 2, g = 0, n odd -> x(3).
+  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0, 50.0}, 3), 30.0);
+  // g > 0 -> x(j + 1): n = 4, p = 0.5, h = 1.5 -> x(2).
+  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
 }
 
-TEST(ZqQuantile, ReservedValues) {
+TEST(ZqQuantile, ReservedValuesAndNeverReadsPastTheEnd) {
   const std::vector<double> x = {1.0, 2.0, 3.0, 4.0};
   EXPECT_EQ(ZqQuantile(1.0000001, x, 8), kBad);
   EXPECT_EQ(ZqQuantile(std::nan(""), x, 8), kBad);
@@ -60,27 +66,16 @@ TEST(ZqQuantile, ReservedValues) {
     EXPECT_EQ(ZqQuantile(-3.0, x, type), -kBad) << type;
     EXPECT_NE(ZqQuantile(0.25, x, type), -kBad) << type;
   }
-}
 
-TEST(ZqQuantile, NeverReadsPastTheEnd) {
   // p = 1 puts j at n for several types; the last element stands in for the
   // missing upper neighbour (the sanitizer build checks the read).
-  const std::vector<double> x = {1.0, 5.0, 9.0};
+  const std::vector<double> odd = {1.0, 5.0, 9.0};
   for (unsigned int type = 1; type <= 9; ++type) {
-    EXPECT_EQ(ZqQuantile(1.0, x, type), 9.0) << type;
-    const double nearEnd = ZqQuantile(1.0 - 1e-15, x, type);
+    EXPECT_EQ(ZqQuantile(1.0, odd, type), 9.0) << type;
+    const double nearEnd = ZqQuantile(1.0 - 1e-15, odd, type);
     EXPECT_LE(nearEnd, 9.0) << type;
     EXPECT_NEAR(nearEnd, 9.0, 1e-13) << type;
   }
-}
-
-TEST(ZqQuantile, TypeThreeRoundsBySampleSize) {
-  // m = -0.5: h = n p - 0.5. n = 4, p = 0.625: h = 2, g = 0, n even -> x(2).
-  EXPECT_EQ(ZqQuantile(0.625, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
-  // n = 5, p = 0.5: h = 2, g = 0, n odd -> x(3).
-  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0, 50.0}, 3), 30.0);
-  // g > 0 -> x(j + 1): n = 4, p = 0.5, h = 1.5 -> x(2).
-  EXPECT_EQ(ZqQuantile(0.5, {10.0, 20.0, 30.0, 40.0}, 3), 20.0);
 }
 
 TEST(QuantileHelpers, InterpolationAndClamping) {
@@ -100,16 +95,14 @@ TEST(QuantileHelpers, InterpolationAndClamping) {
   EXPECT_EQ(ZqQHatPiecewiseLinear(std::nan(""), 0.0, x), kBad);
 }
 
-TEST(ZqEmpiricalCDF, CountsValuesNotAbove) {
+TEST(SmallSamples, EmpiricalCDFAndCenterAndScale) {
   const std::vector<double> x = {1.0, 2.0, 2.0, 3.0};
   EXPECT_EQ(ZqEmpiricalCDF(0.5, x), 0.0);
   EXPECT_EQ(ZqEmpiricalCDF(2.0, x), 0.75);
   EXPECT_EQ(ZqEmpiricalCDF(3.0, x), 1.0);
   EXPECT_EQ(ZqEmpiricalCDF(2.0, {}), kBad);
   EXPECT_EQ(ZqEmpiricalCDF(std::nan(""), x), kBad);
-}
 
-TEST(ZqGetCenterAndScale, SmallSamples) {
   double center = 0.0, scale = 0.0;
   ZqGetCenterAndScale(center, scale, true, {4.0});
   EXPECT_EQ(center, 4.0);  // the middle element, not through ZqQuantile

@@ -129,16 +129,14 @@ TEST_P(EveryOneSampleStatistic, NameCopyBadSamplesAndUntouchedInput) {
 
 INSTANTIATE_TEST_SUITE_P(Types, EveryOneSampleStatistic, ::testing::Range(0u, T::NumTypes));
 
-TEST(ZqSampleStatistic, UnknownNumberIsTheNullStatistic) {
+TEST(ZqSampleStatistic, UnknownNumberAndSmallSampleEdgeCases) {
   for (unsigned int type : {16u, 1000u}) {
     const ZqSampleStatistic statistic(type);
     EXPECT_EQ(statistic.GetSampleStatisticsType(), 0u);
     EXPECT_EQ(statistic({1.0, 2.0, 3.0}), kBad);
   }
   EXPECT_NE(dynamic_cast<ZqNullSampleStatistic*>(ZqGetSampleStatistic(99, 0.0).get()), nullptr);
-}
 
-TEST(ZqSampleStatistic, SmallSampleEdgeCases) {
   EXPECT_EQ(ZqSampleMedian()({5.0}), -kBad);
   EXPECT_EQ(ZqSampleMedian()({5.0, 7.0}), 6.0);
   EXPECT_EQ(ZqSampleVariance()({5.0}), kBad);
@@ -155,7 +153,7 @@ TEST(ZqSampleStatistic, SmallSampleEdgeCases) {
   EXPECT_EQ(ZqSampleQuantile(0.25)({1.0, 2.0, 3.0}), -kBad);
 }
 
-TEST(ZqTrimmedSampleMean, TrimsRoundedCountsFromEachEnd) {
+TEST(ZqSampleStatistic, ParametersOfTheTrimmedMeanAndQuantile) {
   const std::vector<double> four = {4.0, 1.0, 3.0, 100.0};
   EXPECT_EQ(ZqTrimmedSampleMean(1.0)(four), 1.0);  // k = 2: nothing left
   EXPECT_EQ(ZqTrimmedSampleMean(0.5)(four), 3.5);  // k = 1: mean of 3 and 4
@@ -165,9 +163,8 @@ TEST(ZqTrimmedSampleMean, TrimsRoundedCountsFromEachEnd) {
   EXPECT_EQ(ZqTrimmedSampleMean(-0.1)(four), kBad);
   EXPECT_EQ(ZqTrimmedSampleMean(kNaN)(four), kBad);
   EXPECT_EQ(ZqTrimmedSampleMean(0.5).GetParameter(), 0.5);
-}
 
-TEST(ZqSampleStatistic, DefaultParameterIsTheMiddle) {
+  // The default parameter is the middle.
   EXPECT_EQ(ZqSampleStatistic(T::Quantile)({1.0, 2.0, 10.0}), 2.0);
   EXPECT_EQ(ZqSampleStatistic(T::TrimmedMean)({1.0, 2.0, 3.0, 100.0}), 2.5);
 }

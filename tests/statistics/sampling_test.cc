@@ -42,7 +42,7 @@ TEST(SampleWithoutReplacement, SplitsThePopulationAtRandomAndRepeatably) {
   for (const std::uint64_t id : kPopulation) EXPECT_NEAR(counts[id], 3000, 230) << id;
 }
 
-TEST(SampleWithoutReplacement, AllOrMoreReturnsThePopulationUnsortedAndNoRest) {
+TEST(SampleWithoutReplacement, AllZeroOrNone) {
   for (std::uint64_t count : {10u, 11u, 1000u}) {
     Numarc::ZqRanNumEngine engine(5), untouched(5);
     Ids chosen, rest = {1, 2};
@@ -51,9 +51,6 @@ TEST(SampleWithoutReplacement, AllOrMoreReturnsThePopulationUnsortedAndNoRest) {
     EXPECT_TRUE(rest.empty());
     EXPECT_EQ(engine(), untouched());
   }
-}
-
-TEST(SampleWithoutReplacement, ZeroAndEmpty) {
   Numarc::ZqRanNumEngine engine(5);
   Ids chosen = {9}, rest;
   ZqSampleWithoutReplacement(engine, chosen, rest, 0, kPopulation);
@@ -75,15 +72,12 @@ TEST(SampleWithReplacement, SortedDrawsFromThePopulationReproducibly) {
   for (std::uint64_t id : a) EXPECT_NE(std::find(kPopulation.begin(), kPopulation.end(), id), kPopulation.end());
   // 25 draws from 10 ids repeat some.
   EXPECT_LT(std::unique(a.begin(), a.end()) - a.begin(), 25);
-}
-
-TEST(SampleWithReplacement, EmptyPopulationGivesNothing) {
-  Numarc::ZqRanNumEngine engine(1);
-  Ids out = {4};
-  ZqSampleWithReplacement(engine, out, 5, {});
-  EXPECT_TRUE(out.empty());
-  ZqSampleWithReplacement(engine, out, 0, kPopulation);
-  EXPECT_TRUE(out.empty());
+  // An empty population or a count of zero gives nothing.
+  ZqSampleWithReplacement(e1, a, 5, {});
+  EXPECT_TRUE(a.empty());
+  b = {4};
+  ZqSampleWithReplacement(e1, b, 0, kPopulation);
+  EXPECT_TRUE(b.empty());
 }
 
 }  // namespace

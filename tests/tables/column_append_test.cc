@@ -88,15 +88,6 @@ INSTANTIATE_TEST_SUITE_P(
         StrictCase{Type::Identifier, "ZqAppendStringToCol", S, ""}),
     StrictCaseName);
 
-TEST(ColumnAppend, StoredValuesReadBack) {
-  ZqDataTableCol interval("i", Type::Interval, 2);
-  ASSERT_TRUE(ZqAppendUnsignedToCol(interval, 0xFFFFFFFFu).IsSuccessful());  // same bits: -1
-  EXPECT_EQ(interval.GetInt(0, 0), -1);
-  ZqDataTableCol ratio("r", Type::Ratio, 2);
-  ASSERT_TRUE(ZqAppendFloatToCol(ratio, 0.1f).IsSuccessful());
-  EXPECT_EQ(ratio.GetDouble(0, 0), static_cast<double>(0.1f));
-}
-
 TEST(ColumnAppend, ReadOnlyAndNullColumnsRefuseEverything) {
   ZqDataTableCol ratio("r", Type::Ratio, 1);
   ASSERT_TRUE(ZqFinishAppendingVars(ratio).IsSuccessful());
@@ -122,7 +113,7 @@ TEST(ColumnAppend, ReadOnlyAndNullColumnsRefuseEverything) {
   }
 }
 
-TEST(ColumnAppend, MissingDataOfEachKind) {
+TEST(ColumnAppend, MissingDataOfEachKindAndStoredValuesReadBack) {
   ZqDataTableCol nominal("n", Type::Nominal, 1), interval("i", Type::Interval, 1), ratio("r", Type::Ratio, 1),
       identifier("d", Type::Identifier, 1);
   for (ZqDataTableCol* col : {&nominal, &interval, &ratio, &identifier}) {
@@ -133,6 +124,14 @@ TEST(ColumnAppend, MissingDataOfEachKind) {
   }
   EXPECT_EQ(interval.GetInt(0, 0), 0x7FFFFFFE);
   EXPECT_TRUE(interval.ColHasMissingData());
+
+  // Stored values read back: an unsigned keeps its bits, a float its value.
+  ZqDataTableCol bits("b", Type::Interval, 2);
+  ASSERT_TRUE(ZqAppendUnsignedToCol(bits, 0xFFFFFFFFu).IsSuccessful());
+  EXPECT_EQ(bits.GetInt(0, 0), -1);
+  ZqDataTableCol single("s", Type::Ratio, 2);
+  ASSERT_TRUE(ZqAppendFloatToCol(single, 0.1f).IsSuccessful());
+  EXPECT_EQ(single.GetDouble(0, 0), static_cast<double>(0.1f));
 }
 
 TEST(ColumnAppend, FixedListRefusesUnknownStrings) {

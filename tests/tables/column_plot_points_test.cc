@@ -86,7 +86,7 @@ class ColumnPlotPointsTest : public ::testing::Test {
   double xlo = -1.0, xhi = -1.0, ylo = -1.0, yhi = -1.0, maxHeight = -1.0;
 };
 
-TEST_F(ColumnPlotPointsTest, EmpiricalCDFOfTheGoodCellsSortedInBothForms) {
+TEST_F(ColumnPlotPointsTest, EmpiricalCDFOfTheGoodCellsSortedInBothFormsAndOnAView) {
   // 1, 2, 3 with the window [0, 4]: the staircase of the definition.
   const Points expected{{0, 0}, {1, 0}, {1, 1.0 / 3}, {2, 1.0 / 3}, {2, 2.0 / 3}, {3, 2.0 / 3}, {3, 1}, {4, 1}};
   ASSERT_TRUE(ZqGetEmpiricalCDFPlotPointsForColumnName(series, xlo, xhi, table, "x", 0, 0.0, 4.0).IsSuccessful());
@@ -97,10 +97,8 @@ TEST_F(ColumnPlotPointsTest, EmpiricalCDFOfTheGoodCellsSortedInBothForms) {
   Numarc::ZqDataSeries byColumn;
   ASSERT_TRUE(ZqGetEmpiricalCDFPlotPointsForColumnName(byColumn, xlo, xhi, x, 0, 0.0, 4.0).IsSuccessful());
   EXPECT_EQ(byColumn.GetPoints(), expected);
-}
 
-TEST_F(ColumnPlotPointsTest, TheTableFormSeesOnlyTheRowsOfAView) {
-  // Rows 2 and 4 hold 1 and 2; the column form still sees 3 as well.
+  // The table form sees only the rows of a view: rows 2 and 4 hold 1 and 2.
   const ZqDataTable view("v", table,
                          ZqDataTableRowSet(std::vector<ZqDataTableRow>{ZqDataTableRow(4), ZqDataTableRow(2)}));
   ASSERT_TRUE(ZqGetEmpiricalCDFPlotPointsForColumnName(series, xlo, xhi, view, "x", 0, 1.0, 2.0).IsSuccessful());
@@ -221,11 +219,10 @@ TEST_F(ColumnPlotPointsTest, ScatterKeepsRowsGoodInBothInRowOrderAndWidensTheWin
       ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, table, "cls", "y", 0, 0, 0, 0, 0, 0);
   EXPECT_EQ(nominal.GetFailureType(), Failure::ColumnHasWrongDataType);
   EXPECT_EQ(Context(nominal).back(), "ZqGetScatterPlotPtsForColumnNamePair");
-}
 
-TEST_F(ColumnPlotPointsTest, AColumnWithNoGoodCellGivesEmptyPlotsAndZeroRanges) {
+  // A column with no good cell gives empty plots and zero ranges.
   const ZqDataTableCol empty("e", std::vector<double>{kMissing, kBad});
-  double xMin = 9, xMax = 9, yMin = 9, yMax = 9;
+  xMin = xMax = yMin = yMax = 9;
   ASSERT_TRUE(
       ZqGetScatterPlotPtsForColumnNamePair(series, xMin, xMax, yMin, yMax, empty, empty, 0, 0, -1.0, 1.0, -1.0, 1.0)
           .IsSuccessful());

@@ -116,20 +116,20 @@ TEST_F(ColumnResamplingTest, BootstrapFailuresNameTheFunction) {
 }
 
 TEST_F(ColumnResamplingTest, IndependenceStatisticsMatchNumpyForPointsAndSimilarities) {
-  const double dcor =
-      ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, table, "u", "v");
-  ASSERT_TRUE(result.IsSuccessful());
-  EXPECT_TRUE(WithinRelative(dcor, refs["dcor"][0], 1e-12));
-
-  const double fromSimilarity =
-      ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, table, "su", "v");
-  ASSERT_TRUE(result.IsSuccessful());
-  EXPECT_TRUE(WithinRelative(fromSimilarity, refs["dcor"][0], 1e-9));
-
-  const double stat =
-      ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationTestStat, table, "u", "v");
-  ASSERT_TRUE(result.IsSuccessful());
-  EXPECT_TRUE(WithinRelative(stat, refs["dcovstat"][0], 1e-12));
+  const struct {
+    unsigned int type;
+    const char* column;
+    const char* reference;
+    double tolerance;
+  } cases[] = {{Indep::DistanceCorrelationMeasure, "u", "dcor", 1e-12},
+               {Indep::DistanceCorrelationMeasure, "su", "dcor", 1e-9},
+               {Indep::DistanceCorrelationTestStat, "u", "dcovstat", 1e-12}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.column);
+    const double value = ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, c.type, table, c.column, "v");
+    ASSERT_TRUE(result.IsSuccessful());
+    EXPECT_TRUE(WithinRelative(value, refs[c.reference][0], c.tolerance));
+  }
 }
 
 TEST_F(ColumnResamplingTest, PValueOfEqualColumnsIsNearZeroAndRepeatsWithTheSeed) {
@@ -137,18 +137,14 @@ TEST_F(ColumnResamplingTest, PValueOfEqualColumnsIsNearZeroAndRepeatsWithTheSeed
   VarimoTest::CaptureOutput out;
   const double p = ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(
       result, engine, 400, Indep::DistanceCorrelationTestStat, table, "u", "u");
-  const std::string text = out.Text();
   ASSERT_TRUE(result.IsSuccessful());
   EXPECT_LT(p, 0.01);
-  EXPECT_EQ(text.rfind("min, max = ", 0), 0u) << text;
-  EXPECT_NE(text.find("\n90th percentile = "), std::string::npos) << text;
-
   Numarc::ZqRanNumEngine again(17);
-  VarimoTest::CaptureOutput quiet;
   EXPECT_EQ(ZqGetPValueForTwoSampleIndepStatForTwoColumnsOfRatioType(
                 result, again, 400, Indep::DistanceCorrelationTestStat, table, "u", "u"),
             p);
-  quiet.Text();
+  // The simulated range is printed, as the vector form prints it.
+  EXPECT_EQ(out.Text().rfind("min, max = ", 0), 0u);
 }
 
 TEST_F(ColumnResamplingTest, IndependenceFailuresNameTheFunction) {

@@ -134,7 +134,7 @@ TEST_F(ColumnStatisticsTest, WrongScalesAreRefusedWithTheScaleTexts) {
   EXPECT_EQ(result.GetFailureType(), Failure::MismatchBetweenInputVecSizes);
 }
 
-TEST_F(ColumnStatisticsTest, BadIndicesNameTheCellAndTheColumn) {
+TEST_F(ColumnStatisticsTest, BadIndicesAndTheFirstMissingOrBadRow) {
   std::vector<double> data;
   result = ZqGetVecOfDataFromColumnOfRatioType(data, numMissing, numBad, x, 1);
   EXPECT_EQ(result.GetFailureType(), Failure::ArgumentOutOfRange);
@@ -150,9 +150,8 @@ TEST_F(ColumnStatisticsTest, BadIndicesNameTheCellAndTheColumn) {
 
   EXPECT_TRUE(ZqColumnHasBadRowColIndex(x, 1));
   EXPECT_FALSE(ZqColumnHasBadRowColIndex(x, 0));
-}
 
-TEST_F(ColumnStatisticsTest, ChecksFindTheFirstMissingOrBadRowWithinTheCount) {
+  // The checks find the first missing or bad cell within the row count.
   EXPECT_TRUE(ZqColumnHasMissingData(x, 0));
   EXPECT_TRUE(ZqColumnHasBadData(x, 0));
   EXPECT_FALSE(ZqColumnHasBadData(count, 0));
@@ -257,7 +256,7 @@ TEST(ColumnRows, ReadWholeRowsAndRefuseMissingCells) {
   EXPECT_EQ(pairs[0], std::make_pair(std::vector<double>{5, 6}, std::vector<double>{4, 5}));
 }
 
-TEST(ColumnDataVector, RectangularColumnsAreReadRowByRow) {
+TEST(ColumnDataVector, RowByRowAndSimilaritiesWithinZeroAndOne) {
   ZqDataTable table("t");
   ASSERT_TRUE(table.AddColumn(ZqDataTableCol("r", std::vector<double>{1, 2, 3, 4, 5, 6}, 2)).IsSuccessful());
   ASSERT_TRUE(table.AddColumn(ZqDataTableCol("m", std::vector<double>{1, 2, kMissing})).IsSuccessful());
@@ -274,21 +273,19 @@ TEST(ColumnDataVector, RectangularColumnsAreReadRowByRow) {
   const ZqDataTable firstRows("v", table, ZqDataTableRowSet(2));
   ASSERT_TRUE(ZqGetDataVectorFromColumnByName(data, numCols, firstRows, "m").IsSuccessful());
   EXPECT_EQ(data, (std::vector<double>{1, 2}));
-}
 
-TEST(ColumnDataVector, SimilaritiesMustLieWithinZeroAndOne) {
+  // Similarities must lie within [0, 1].
   auto loadSimilarity = [](double element) {
-    ZqDataTable table("t");
-    EXPECT_TRUE(table.AddColumn(ZqDataTableCol("sim", std::vector<double>{1, element, 1}, 2, true)).IsSuccessful());
-    return table;
+    ZqDataTable similarity("t");
+    EXPECT_TRUE(
+        similarity.AddColumn(ZqDataTableCol("sim", std::vector<double>{1, element, 1}, 2, true)).IsSuccessful());
+    return similarity;
   };
-  std::vector<double> data;
-  std::uint64_t numCols = 0;
   ASSERT_TRUE(ZqGetDataVectorFromColumnByName(data, numCols, loadSimilarity(0.25), "sim").IsSuccessful());
   EXPECT_EQ(numCols, 2u);
   EXPECT_EQ(data, (std::vector<double>{1, 0.25, 0.25, 1}));
 
-  ZqStatModelResult result = ZqGetDataVectorFromColumnByName(data, numCols, loadSimilarity(1.0000001), "sim");
+  result = ZqGetDataVectorFromColumnByName(data, numCols, loadSimilarity(1.0000001), "sim");
   EXPECT_EQ(result.GetFailureType(), Failure::UpperBoundViolated);
   EXPECT_EQ(Comments(result),
             std::vector<std::string>{"Column name: sim; Bad Similarity: row col num = 0 1; element = 1.0000001"});
@@ -373,18 +370,15 @@ class RealColumnStatistics : public ::testing::Test {
   static inline std::map<std::string, std::vector<double>> refs_;
 };
 
-TEST_F(RealColumnStatistics, WholeColumnsMatchNumpyAndScipy) {
+TEST_F(RealColumnStatistics, WholeColumnsAndAViewMatchNumpyAndScipy) {
   std::vector<double> act;
   std::uint64_t numMissing = 0, numBad = 0;
   ASSERT_TRUE(ZqGetVecOfDataFromColumnOfRatioType(act, numMissing, numBad, *table_, "Act").IsSuccessful());
   EXPECT_EQ(static_cast<double>(act.size()), Ref("act_count"));
   ExpectStatistics(*table_, "");
-}
 
-TEST_F(RealColumnStatistics, AViewCountsOnlyItsRows) {
+  // A view counts only its rows.
   const ZqDataTable view("active", *table_, ZqRowColWithinInclDoubleRange(5.0, 7.0, table_->GetColumnFromName("Act"), 0));
-  std::vector<double> act;
-  std::uint64_t numMissing = 0, numBad = 0;
   ASSERT_TRUE(ZqGetVecOfDataFromColumnOfRatioType(act, numMissing, numBad, view, "Act").IsSuccessful());
   EXPECT_EQ(static_cast<double>(act.size()), Ref("view_act_count"));
   ExpectStatistics(view, "view_");

@@ -7,12 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "result_support.h"
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/tables/column_append.h"
 #include "varimo/tables/data_table_column_kinds.h"
 
 namespace Varimo {
 namespace {
+
+using VarimoTest::Comments;
+using VarimoTest::Context;
 
 namespace Bad = VarimoBadData;
 namespace Type = ZqStatVariableType;
@@ -24,7 +28,7 @@ ZqDataTableCol NominalOf(const std::vector<std::string>& values) {
   return col;
 }
 
-TEST(ZqDataTableCol, DefaultHandleIsNamedNullColumn) {
+TEST(ZqDataTableCol, DefaultIsTheNullColumnAndTheFactoryPicksKindByScale) {
   const ZqDataTableCol col;
   EXPECT_EQ(col.GetColumnName(), "NullColumn");
   EXPECT_EQ(col.GetStatVariableType(), Type::Unknown);
@@ -37,9 +41,7 @@ TEST(ZqDataTableCol, DefaultHandleIsNamedNullColumn) {
   std::ostringstream out;
   col.PrintUniqueDiscreteValues(10, out);
   EXPECT_EQ(out.str(), "null column: no values\n");
-}
 
-TEST(ZqDataTableCol, FactoryPicksKindByScale) {
   EXPECT_EQ(ZqDataTableCol("a", Type::Nominal, 3).GetStatVarDataType(), ZqStatVarDataType::String);
   EXPECT_EQ(ZqDataTableCol("a", Type::Interval, 3).GetStatVarDataType(), ZqStatVarDataType::Int);
   EXPECT_EQ(ZqDataTableCol("a", Type::Ratio, 3).GetStatVarDataType(), ZqStatVarDataType::Double);
@@ -49,6 +51,12 @@ TEST(ZqDataTableCol, FactoryPicksKindByScale) {
   }
   // An absurd reservation is only a hint and must not fail.
   EXPECT_EQ(ZqDataTableCol("huge", Type::Ratio, std::uint64_t{1} << 40, 1000).GetNumElementsInCol(), 0u);
+  // An empty ratio column reads as a bad index, not as missing.
+  const ZqDataTableCol empty("r", Type::Ratio, 10);
+  EXPECT_EQ(empty.GetDouble(0, 0), 1.7976931348623156e306);
+  EXPECT_FALSE(empty.RowColHasMissingData(0, 0));
+  EXPECT_TRUE(empty.RowColIndexIsBad(0, 0));
+  EXPECT_EQ(empty.GetString(0, 0), "BadIndexToDoubleData");
 }
 
 TEST(ZqDataTableCol, HandlesShareOneColumn) {
@@ -62,15 +70,7 @@ TEST(ZqDataTableCol, HandlesShareOneColumn) {
   EXPECT_EQ(first.GetColumnName(), "renamed");
 }
 
-TEST(ZqDataTableCol, EmptyRatioColumnReadsBadIndex) {
-  const ZqDataTableCol col("r", Type::Ratio, 10);
-  EXPECT_EQ(col.GetDouble(0, 0), 1.7976931348623156e306);
-  EXPECT_FALSE(col.RowColHasMissingData(0, 0));
-  EXPECT_TRUE(col.RowColIndexIsBad(0, 0));
-  EXPECT_EQ(col.GetString(0, 0), "BadIndexToDoubleData");
-}
-
-TEST(ZqDataTableCol, RatioArrayAddressingAndReservedReads) {
+TEST(ZqDataTableCol, RectangularAndLowerTriangularAddressingAndReservedReads) {
   const ZqDataTableCol col("m", {1.0, 2.0, Bad::MissingDouble, Bad::BadDouble, -2.5, 6.0}, 2);
   EXPECT_EQ(col.GetFullColumnName(), "m");
   EXPECT_EQ(col.GetNumColumnsInCol(), 2u);
@@ -91,19 +91,17 @@ TEST(ZqDataTableCol, RatioArrayAddressingAndReservedReads) {
   // Huge rows must not wrap round onto a valid element.
   EXPECT_EQ(col.GetDouble(std::uint64_t{1} << 63, 0), Bad::BadIndexDouble);
   EXPECT_EQ(col.GetImpl().GetElementIndex(~std::uint64_t{0}, 1), Bad::BadIndex);
-}
 
-TEST(ZqDataTableCol, LowerTriangularAddressing) {
   // 3 x 3 symmetric: elements (0,0) (1,0) (1,1) (2,0) (2,1) (2,2).
-  const ZqDataTableCol col("tri", {0.0, 10.0, 11.0, 20.0, 21.0, 22.0}, 3, true);
-  EXPECT_TRUE(col.ColIsLowerTriangular());
-  EXPECT_EQ(col.GetTotalNumRowsInCol(), 3u);
-  EXPECT_EQ(col.GetDouble(2, 1), 21.0);
-  EXPECT_EQ(col.GetDouble(1, 2), 21.0);
-  EXPECT_EQ(col.GetDouble(2, 2), 22.0);
-  EXPECT_EQ(col.GetDouble(0, 3), Bad::BadIndexDouble);  // col not below numCols
-  EXPECT_EQ(col.GetDouble(3, 0), Bad::BadIndexDouble);  // past the elements
-  EXPECT_EQ(col.GetDouble(std::uint64_t{1} << 40, 1), Bad::BadIndexDouble);
+  const ZqDataTableCol tri("tri", {0.0, 10.0, 11.0, 20.0, 21.0, 22.0}, 3, true);
+  EXPECT_TRUE(tri.ColIsLowerTriangular());
+  EXPECT_EQ(tri.GetTotalNumRowsInCol(), 3u);
+  EXPECT_EQ(tri.GetDouble(2, 1), 21.0);
+  EXPECT_EQ(tri.GetDouble(1, 2), 21.0);
+  EXPECT_EQ(tri.GetDouble(2, 2), 22.0);
+  EXPECT_EQ(tri.GetDouble(0, 3), Bad::BadIndexDouble);  // col not below numCols
+  EXPECT_EQ(tri.GetDouble(3, 0), Bad::BadIndexDouble);  // past the elements
+  EXPECT_EQ(tri.GetDouble(std::uint64_t{1} << 40, 1), Bad::BadIndexDouble);
 }
 
 TEST(ZqDataTableCol, SparseColumns) {
@@ -131,7 +129,7 @@ TEST(ZqDataTableCol, SparseColumns) {
   EXPECT_EQ(notRatio.GetStatVariableType(), Type::Unknown);
 }
 
-TEST(ZqDataTableCol, NominalListBuiltAtFinish) {
+TEST(ZqDataTableCol, NominalListBuiltAtFinishWithItsReservedEntries) {
   const ZqDataTableCol col = NominalOf({"b", "a", "b"});
   EXPECT_EQ(col.GetUniqueDiscreteValues(), (std::vector<std::string>{"a", "b"}));
   EXPECT_EQ(col.GetUnsigned(0, 0), 1u);
@@ -141,24 +139,22 @@ TEST(ZqDataTableCol, NominalListBuiltAtFinish) {
   EXPECT_EQ(col.GetString(0, 0), "b");
   EXPECT_EQ(col.GetString(5, 0), "BadIndexToLookupTable");
   EXPECT_TRUE(col.ColIsReadOnly());
-}
 
-TEST(ZqDataTableCol, NominalReservedEntriesAndReadsBeforeFinish) {
-  ZqDataTableCol col("nom", Type::Nominal, 4);
-  ASSERT_TRUE(ZqAppendStringToCol(col, "x").IsSuccessful());
-  ASSERT_TRUE(ZqAppendMissingDataToCol(col).IsSuccessful());
-  ASSERT_TRUE(ZqAppendStringToCol(col, "BadStringData").IsSuccessful());
+  ZqDataTableCol staged("nom", Type::Nominal, 4);
+  ASSERT_TRUE(ZqAppendStringToCol(staged, "x").IsSuccessful());
+  ASSERT_TRUE(ZqAppendMissingDataToCol(staged).IsSuccessful());
+  ASSERT_TRUE(ZqAppendStringToCol(staged, "BadStringData").IsSuccessful());
   // Before the list exists the staged elements are counted but cannot be read.
-  EXPECT_EQ(col.GetNumElementsInCol(), 3u);
-  EXPECT_EQ(col.GetString(0, 0), "BadIndexToLookupTable");
-  col.FinishAddingVars();
-  EXPECT_EQ(col.GetUniqueDiscreteValues(), (std::vector<std::string>{"BadStringData", "MissingStringData", "x"}));
-  EXPECT_TRUE(col.RowColHasMissingData(1, 0));
-  EXPECT_TRUE(col.RowColHasBadData(2, 0));
-  EXPECT_EQ(col.GetUnsigned(1, 0), Bad::MissingUnsigned);
-  EXPECT_EQ(col.GetInt(2, 0), Bad::BadInt);
-  EXPECT_EQ(col.GetDouble(1, 0), Bad::MissingDouble);
-  EXPECT_EQ(col.GetUnsigned(0, 0), 2u);
+  EXPECT_EQ(staged.GetNumElementsInCol(), 3u);
+  EXPECT_EQ(staged.GetString(0, 0), "BadIndexToLookupTable");
+  staged.FinishAddingVars();
+  EXPECT_EQ(staged.GetUniqueDiscreteValues(), (std::vector<std::string>{"BadStringData", "MissingStringData", "x"}));
+  EXPECT_TRUE(staged.RowColHasMissingData(1, 0));
+  EXPECT_TRUE(staged.RowColHasBadData(2, 0));
+  EXPECT_EQ(staged.GetUnsigned(1, 0), Bad::MissingUnsigned);
+  EXPECT_EQ(staged.GetInt(2, 0), Bad::BadInt);
+  EXPECT_EQ(staged.GetDouble(1, 0), Bad::MissingDouble);
+  EXPECT_EQ(staged.GetUnsigned(0, 0), 2u);
 }
 
 TEST(ZqDataTableCol, NominalFixedList) {
@@ -176,11 +172,8 @@ TEST(ZqDataTableCol, NominalFixedList) {
   const ZqStatModelResult miss = impl.FindStringInUniqueNominalVals(index, "y");
   EXPECT_EQ(index, 0xFFFFFFFFu);
   EXPECT_EQ(miss.GetFailureType(), ZqStatModelFailureType::ArgumentOutOfRange);
-  EXPECT_EQ(miss.ReportStatResultDetails(),
-            "\nResult was not successful: \n"
-            "Failed in Routine: ZqDataTableColOfNominals::FindStringInUniqueNominalVals \n"
-            "Failure Reason(s):\nAn argument is out of range!\n"
-            "Extra Comments:\nString y not found in list of unique nominal values \n");
+  EXPECT_EQ(Context(miss), std::vector<std::string>{"ZqDataTableColOfNominals::FindStringInUniqueNominalVals"});
+  EXPECT_EQ(Comments(miss), std::vector<std::string>{"String y not found in list of unique nominal values"});
   // A raw index past the list reads as bad / bad lookup.
   col.GetImpl().PushBackUnsigned(17);
   EXPECT_EQ(col.GetUnsigned(2, 0), Bad::BadUnsigned);
@@ -206,24 +199,23 @@ TEST(ZqDataTableCol, UniqueValuesOfNumericAndIdentifierColumns) {
   for (const char* v : {"CCO", "c1ccccc1", "CCO"}) ASSERT_TRUE(ZqAppendStringToCol(ids, v).IsSuccessful());
   EXPECT_EQ(ids.GetNumUniqueDiscreteValues(), 2u);
   EXPECT_EQ(ids.GetDouble(0, 0), Bad::BadDouble);  // not a number
+
+  // Reserved strings of an identifier column stay reserved in every type.
+  ZqDataTableCol reserved("id", Type::Identifier, 3);
+  ASSERT_TRUE(ZqAppendMissingDataToCol(reserved).IsSuccessful());
+  ASSERT_TRUE(ZqAppendStringToCol(reserved, "BadStringData").IsSuccessful());
+  ASSERT_TRUE(ZqAppendStringToCol(reserved, "12").IsSuccessful());
+  EXPECT_TRUE(reserved.ColHasMissingData());
+  EXPECT_TRUE(reserved.ColHasBadData());
+  EXPECT_EQ(reserved.GetDouble(0, 0), Bad::MissingDouble);
+  EXPECT_EQ(reserved.GetInt(1, 0), Bad::BadInt);
+  EXPECT_EQ(reserved.GetUnsigned(0, 0), Bad::MissingUnsigned);
+  EXPECT_EQ(reserved.GetInt(2, 0), 12);
+  EXPECT_EQ(reserved.GetString(3, 0), "BadIndexToStringData");
+  EXPECT_EQ(reserved.GetInt(3, 0), Bad::BadIndexInt);
 }
 
-TEST(ZqDataTableCol, IdentifierReservedStringsStayReservedInEveryType) {
-  ZqDataTableCol ids("id", Type::Identifier, 3);
-  ASSERT_TRUE(ZqAppendMissingDataToCol(ids).IsSuccessful());
-  ASSERT_TRUE(ZqAppendStringToCol(ids, "BadStringData").IsSuccessful());
-  ASSERT_TRUE(ZqAppendStringToCol(ids, "12").IsSuccessful());
-  EXPECT_TRUE(ids.ColHasMissingData());
-  EXPECT_TRUE(ids.ColHasBadData());
-  EXPECT_EQ(ids.GetDouble(0, 0), Bad::MissingDouble);
-  EXPECT_EQ(ids.GetInt(1, 0), Bad::BadInt);
-  EXPECT_EQ(ids.GetUnsigned(0, 0), Bad::MissingUnsigned);
-  EXPECT_EQ(ids.GetInt(2, 0), 12);
-  EXPECT_EQ(ids.GetString(3, 0), "BadIndexToStringData");
-  EXPECT_EQ(ids.GetInt(3, 0), Bad::BadIndexInt);
-}
-
-TEST(ZqDataTableCol, PrintUniqueDiscreteValuesTenToALine) {
+TEST(ZqDataTableCol, PrintUniqueValuesAndSummaryLines) {
   ZqDataTableCol ints("i", Type::Interval, 12);
   for (int v = 1; v <= 12; ++v) ASSERT_TRUE(ZqAppendIntToCol(ints, v).IsSuccessful());
   std::ostringstream all;
@@ -232,9 +224,7 @@ TEST(ZqDataTableCol, PrintUniqueDiscreteValuesTenToALine) {
   std::ostringstream some;
   ints.PrintUniqueDiscreteValues(3, some);
   EXPECT_EQ(some.str(), "Discrete Unique Values: \n   1 2 3 \n");
-}
 
-TEST(ZqDataTableCol, PrintSummaryLines) {
   ZqDataTableCol col("tri", "Full Name", Type::Ratio, 2, 2, true);
   for (double v : {1.0, 2.0, 3.0}) ASSERT_TRUE(ZqAppendDoubleToCol(col, v).IsSuccessful());
   col.FinishAddingVars();

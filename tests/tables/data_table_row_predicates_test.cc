@@ -16,7 +16,7 @@ namespace Type = ZqStatVariableType;
 
 const ZqDataTableRow kRow0(0), kRow1(1), kRow2(2), kRow9(9);
 
-TEST(RowPredicates, EqualityOnEachType) {
+TEST(RowPredicates, EqualityAndRangesOnEachTypeWithReservedValues) {
   const ZqDataTableCol ints = [] {
     ZqDataTableCol col("i", Type::Interval, 3);
     for (int v : {5, -1, Bad::MissingInt}) ZqAppendIntToCol(col, v);
@@ -32,9 +32,7 @@ TEST(RowPredicates, EqualityOnEachType) {
   EXPECT_TRUE(ZqRowColWithinInclUnsignedRange(5, 5, ints, 0)(kRow0));
   // Past the end of the column: the bad-index value, refused by ordinary limits.
   EXPECT_FALSE(ZqRowColWithinInclIntRange(-100, 100, ints, 0)(kRow9));
-}
 
-TEST(RowPredicates, DoublesToleranceRangeAndReservedValues) {
   const ZqDataTableCol col("d", std::vector<double>{1.0, Bad::MissingDouble, std::nan("")});
   EXPECT_FALSE(ZqRowColEqualsDouble(1.0, col, 0, 0.0)(kRow0));  // tolerance 0 never holds
   EXPECT_TRUE(ZqRowColEqualsDouble(1.05, col, 0, 0.1)(kRow0));
@@ -45,13 +43,21 @@ TEST(RowPredicates, DoublesToleranceRangeAndReservedValues) {
   EXPECT_FALSE(ZqRowColWithinInclDoubleRange(0.0, 10.0, col, 0)(kRow9));
 }
 
-TEST(RowPredicates, StringRangeIsByteOrderShorterFirst) {
+TEST(RowPredicates, StringsByByteOrderAndNotMissing) {
   ZqDataTableCol col("s", Type::Identifier, 3);
   for (const char* v : {"ab", "abc", "\xC3\xA9"}) ZqAppendStringToCol(col, v);
   EXPECT_TRUE(ZqRowColWithinInclStringRange("ab", "ab", col, 0)(kRow0));
   EXPECT_FALSE(ZqRowColWithinInclStringRange("ab", "ab", col, 0)(kRow1));
   EXPECT_TRUE(ZqRowColWithinInclStringRange("ab", "b", col, 0)(kRow1));
   EXPECT_TRUE(ZqRowColWithinInclStringRange("z", "\xFF", col, 0)(kRow2));  // bytes above 0x7F sort last
+
+  // Not missing selects the rows with data.
+  ZqDataTableCol withMissing("m", Type::Identifier, 2);
+  ZqAppendStringToCol(withMissing, "x");
+  ZqAppendMissingDataToCol(withMissing);
+  const ZqNotOfDataTableRowPred hasData = !ZqRowColEqualsString("MissingStringData", withMissing, 0);
+  EXPECT_TRUE(hasData(kRow0));
+  EXPECT_FALSE(hasData(kRow1));
 }
 
 // Counts its evaluations, to check that combinations short-circuit.
@@ -89,15 +95,6 @@ TEST(RowPredicates, CombinationsShortCircuitAndCopy) {
   EXPECT_FALSE(ZqAndOfDataTableRowPreds()(kRow0));
   EXPECT_FALSE(ZqOrOfDataTableRowPreds()(kRow0));
   EXPECT_FALSE(ZqNotOfDataTableRowPred()(kRow0));
-}
-
-TEST(RowPredicates, NotMissingStringSelectsRowsWithData) {
-  ZqDataTableCol col("s", Type::Identifier, 3);
-  ZqAppendStringToCol(col, "x");
-  ZqAppendMissingDataToCol(col);
-  const ZqNotOfDataTableRowPred hasData = !ZqRowColEqualsString("MissingStringData", col, 0);
-  EXPECT_TRUE(hasData(kRow0));
-  EXPECT_FALSE(hasData(kRow1));
 }
 
 }  // namespace

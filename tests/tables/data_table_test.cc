@@ -49,9 +49,12 @@ TEST_F(DataTableTest, FirstColumnFixesRows) {
   std::vector<std::string> names;
   for (const ZqDataTableCol& col : table.GetColumns()) names.push_back(col.GetColumnName());
   EXPECT_EQ(names, (std::vector<std::string>{"x", "name"}));
+  // An array column counts rows, not elements.
+  EXPECT_TRUE(table.AddColumn(ZqDataTableCol("pairs", std::vector<double>(8, 0.5), 2)).IsSuccessful());
+  EXPECT_EQ(table.GetTotalNumElementsPerRow(), 4u);
 }
 
-TEST_F(DataTableTest, ColumnOfWrongLengthIsRefusedAndTableUnchanged) {
+TEST_F(DataTableTest, WrongLengthOrDuplicateNameIsRefused) {
   const ZqStatModelResult result = table.AddColumn(ZqDataTableCol("y", std::vector<double>{1, 2, 3, 4, 5}));
   EXPECT_EQ(result.GetFailureType(), Failure::WrongInputVectorSize);
   EXPECT_EQ(result.ReportStatResultDetails(),
@@ -61,18 +64,12 @@ TEST_F(DataTableTest, ColumnOfWrongLengthIsRefusedAndTableUnchanged) {
             "Failure Reason(s):\nAn input vector has the wrong size!\n"
             "Extra Comments:\nNew column (name: y) has wrong number rows!. Has 5 Data table expects 4 \n");
   EXPECT_EQ(table.GetNumColumns(), 2u);
-}
 
-TEST_F(DataTableTest, DuplicateNameIsRefused) {
-  const ZqStatModelResult result = table.AddColumn(ZqDataTableCol("x", std::vector<double>{1, 2, 3, 4}));
-  EXPECT_EQ(result.GetFailureType(), Failure::DuplicateNames);
-  EXPECT_EQ(Comments(result), std::vector<std::string>{"Column name: xcolumn with same name already present! Use "
+  // A duplicate name is refused too.
+  const ZqStatModelResult duplicate = table.AddColumn(ZqDataTableCol("x", std::vector<double>{1, 2, 3, 4}));
+  EXPECT_EQ(duplicate.GetFailureType(), Failure::DuplicateNames);
+  EXPECT_EQ(Comments(duplicate), std::vector<std::string>{"Column name: xcolumn with same name already present! Use "
                                                        "SetColumnName to change current Column Name"});
-}
-
-TEST_F(DataTableTest, ArrayColumnCountsRowsNotElements) {
-  EXPECT_TRUE(table.AddColumn(ZqDataTableCol("pairs", std::vector<double>(8, 0.5), 2)).IsSuccessful());
-  EXPECT_EQ(table.GetTotalNumElementsPerRow(), 4u);
 }
 
 TEST_F(DataTableTest, LookupsAndDeletes) {
@@ -105,9 +102,8 @@ TEST_F(DataTableTest, LookupsAndDeletes) {
             (std::vector<std::string>{"Existing row set addresses rownumbers beyond the column size",
                                       "Highest row number in row set is: 3 While num rows in input col is: 2"}));
   EXPECT_EQ(table.GetNumColumns(), 1u);  // the column stays after that failure
-}
 
-TEST(DataTable, EmptyTableLookupGivesNullColumn) {
+  // A lookup in an empty table gives the null column.
   const ZqDataTable empty("e");
   EXPECT_EQ(empty.GetColumnFromName("x").GetStatVariableType(), 0u);
   EXPECT_EQ(empty.GetNumRows(), 0u);

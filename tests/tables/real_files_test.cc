@@ -92,19 +92,8 @@ TEST(RealFiles, CsvLoaderAgreesWithPythonCsv) {
 }
 
 // The TPSA sample starts with a "#" remark instead of a header, which no
-// loader takes for a comment: read as CSV with a header, its first line is a
-// one-field header and the first data row does not fit.
-TEST(RealFiles, TpsaSampleAsCsvWithHeaderFailsOnItsRemarkLine) {
-  const std::string path = "/usr/share/RDKit/Data/NCI/first_5k.tpsa.csv";
-  Tessik::zqifstream stream(path);
-  ASSERT_TRUE(stream.is_open());
-  ZqDataTable table("tpsa");
-  const ZqStatModelResult result = ZqLoadDataTableFromCSVFileWithHeader(table, stream, path);
-  EXPECT_EQ(result.GetFailureType(), ZqStatModelFailureType::MismatchBetweenPrivateVecSizes);
-  EXPECT_NE(result.ReportStatResultDetails().find("Num Field elements tokenized: 2; Expected 1"), std::string::npos);
-}
-
-// Configured for it ("#" remarks, no header), the same machinery reads it.
+// loader takes for a comment; configured for it ("#" remarks, no header),
+// the file reader reads it.
 TEST(RealFiles, TpsaSampleWithAConfiguredReader) {
   const std::string path = "/usr/share/RDKit/Data/NCI/first_5k.tpsa.csv";
   Tessik::zqifstream stream(path);

@@ -72,7 +72,7 @@ TEST_F(TableSplitTest, RandomRowsPartitionTheTableIntoViewsSharingItsColumns) {
   EXPECT_EQ(RowsOf(selected), expected);
 }
 
-TEST_F(TableSplitTest, ProbabilityZeroSelectsNothingAndOneEverything) {
+TEST_F(TableSplitTest, ProbabilityZeroSelectsNothingOneEverythingOthersFail) {
   Numarc::ZqRanNumEngine engine(1);
   ASSERT_TRUE(ZqSplitDataTableByRandomRowSelection(selected, rest, engine, 0.0, source).IsSuccessful());
   EXPECT_EQ(selected.GetNumRows(), 0u);
@@ -80,10 +80,8 @@ TEST_F(TableSplitTest, ProbabilityZeroSelectsNothingAndOneEverything) {
   ASSERT_TRUE(ZqSplitDataTableByRandomRowSelection(selected, rest, engine, 1.0, source).IsSuccessful());
   EXPECT_EQ(selected.GetNumRows(), 40u);
   EXPECT_EQ(rest.GetNumRows(), 0u);
-}
 
-TEST_F(TableSplitTest, ProbabilityOutsideZeroToOneFails) {
-  Numarc::ZqRanNumEngine engine(1);
+  // A probability outside [0, 1] fails and leaves the tables alone.
   ZqDataTable before("train", source, ZqDataTableRowSet(3));
   selected = before;
   EXPECT_EQ(Report(ZqSplitDataTableByRandomRowSelection(selected, rest, engine, 1.5, source)),
@@ -96,16 +94,14 @@ TEST_F(TableSplitTest, ProbabilityOutsideZeroToOneFails) {
   EXPECT_EQ(RowsOf(selected), (Rows{0, 1, 2}));
 }
 
-TEST_F(TableSplitTest, SameEngineStateSameSplit) {
+TEST_F(TableSplitTest, UniformSamplingWithoutReplacementTakesExactlyCountSortedRows) {
   Numarc::ZqRanNumEngine e1(77), e2(77);
   ZqDataTable otherSelected, otherRest;
   ASSERT_TRUE(ZqSplitDataTableByUnifSamplingWithoutReplacement(selected, rest, e1, 9, source).IsSuccessful());
   ASSERT_TRUE(ZqSplitDataTableByUnifSamplingWithoutReplacement(otherSelected, otherRest, e2, 9, source).IsSuccessful());
   EXPECT_EQ(RowsOf(selected), RowsOf(otherSelected));
   EXPECT_EQ(RowsOf(rest), RowsOf(otherRest));
-}
 
-TEST_F(TableSplitTest, UniformSamplingWithoutReplacementTakesExactlyCountSortedRows) {
   // On a view: the rows with x below 15, rows 0 to 29.
   const ZqDataTable view("low", source, ZqDataTableRowSet(30));
   Numarc::ZqRanNumEngine engine(4);
@@ -118,10 +114,8 @@ TEST_F(TableSplitTest, UniformSamplingWithoutReplacementTakesExactlyCountSortedR
   EXPECT_TRUE(std::is_sorted(others.begin(), others.end()));
   EXPECT_EQ(Merged(selected, rest), RowsOf(view));
   EXPECT_TRUE(selected.GetColumnFromName("x").SharesColumnWith(source.GetColumnFromName("x")));
-}
 
-TEST_F(TableSplitTest, AskingForEveryRowFails) {
-  Numarc::ZqRanNumEngine engine(4);
+  // Asking for every row fails.
   EXPECT_EQ(Report(ZqSplitDataTableByUnifSamplingWithoutReplacement(selected, rest, engine, 40, source)),
             (ResultReport{false, F::ArgumentOutOfRange, {"ZqSplitDataTableByUnifSamplingWithoutReplacement"},
                           {"Asking to choose 40 rows out of 40 rows available"}}));
