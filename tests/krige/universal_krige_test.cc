@@ -216,24 +216,25 @@ TEST(UniversalKrige, AsManyRecordsAsDriftColumnsLeaveNoResiduals) {
   for (unsigned int b = 0; b < variogram.GetNumBins(); ++b) EXPECT_LT(variogram.GetSemivariance(b), 1e-24);
 }
 
+template <class Model, class Made>
+bool Is(const Made& made) {
+  return dynamic_cast<const Model*>(made.get()) != nullptr;
+}
+
 TEST(CreateKrige, PicksTheModelOfTheOptions) {
   const ZqEuclideanDistance distance;
   ZqKrigeOptions global{ZqGlobalKrigeOptions()};
   ZqKrigeOptions local{ZqLocalKrigeOptions().SetNumLocal(7).SetPredictTraining(true).SetMaxVariogramSize(99)};
-  auto is = [](const auto& model, auto* type) { return dynamic_cast<decltype(type)>(model.get()) != nullptr; };
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, global, false), static_cast<ZqOrdinaryKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, global, true), static_cast<ZqSimpleKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(
-      is(ZqCreateKrige<Element>(distance, local, false), static_cast<ZqLocalOrdinaryKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, local, true), static_cast<ZqLocalSimpleKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(Is<ZqOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, global, false)));
+  EXPECT_TRUE(Is<ZqSimpleKrige<Element>>(ZqCreateKrige<Element>(distance, global, true)));
+  EXPECT_TRUE(Is<ZqLocalOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, local, false)));
+  EXPECT_TRUE(Is<ZqLocalSimpleKrige<Element>>(ZqCreateKrige<Element>(distance, local, true)));
   const ZqVecPropertyListFxn drift(2), none(0);
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, drift, global), static_cast<Universal*>(nullptr)));
-  EXPECT_TRUE(
-      is(ZqCreateKrige<Element>(distance, drift, local), static_cast<ZqLocalUniversalKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(Is<Universal>(ZqCreateKrige<Element>(distance, drift, global)));
+  EXPECT_TRUE(Is<ZqLocalUniversalKrige<Element>>(ZqCreateKrige<Element>(distance, drift, local)));
   // No properties: nothing to drift on, an ordinary model.
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, none, global), static_cast<ZqOrdinaryKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(
-      is(ZqCreateKrige<Element>(distance, none, local), static_cast<ZqLocalOrdinaryKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(Is<ZqOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, none, global)));
+  EXPECT_TRUE(Is<ZqLocalOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, none, local)));
 
   auto model = ZqCreateKrige<Element>(distance, local, false);
   const auto& localModel = dynamic_cast<const ZqLocalOrdinaryKrige<Element>&>(*model);
