@@ -157,9 +157,9 @@ TEST(ZqNewtonOpt, UnboundedFunctionsStopAtTheIterationLimit) {
 
 TEST(ZqNewtonOpt, NonFiniteValuesAndGradients) {
   // NaN at the start is reported as such.
-  TestFunc2 log = OneDim([](double x) { return std::log(x); }, [](double x) { return 1.0 / x; },
-                         [](double x) { return -1.0 / (x * x); });
-  Outcome run = Minimise(log, {-1.0});
+  TestFunc2 logarithm = OneDim([](double x) { return std::log(x); }, [](double x) { return 1.0 / x; },
+                               [](double x) { return -1.0 / (x * x); });
+  Outcome run = Minimise(logarithm, {-1.0});
   EXPECT_TRUE(std::isnan(run.value));
   EXPECT_EQ(run.status, Status::NonFiniteStart);
   EXPECT_EQ(run.x[0], -1.0);
