@@ -185,7 +185,7 @@ class SecondCoordinate final : public ZqPropertyListFxn<Element> {
   ZqPropertyListFxn<Element>* CreateCopy() const override { return new SecondCoordinate(*this); }
 };
 
-TEST(UniversalKrige, CollinearDriftSolvesWhereConsistentAndFailsWhereNot) {
+TEST(UniversalKrige, CollinearDriftsSolveWhereConsistentAndSquareOnesLeaveNoResiduals) {
   Universal model(ZqEuclideanDistance(), SecondCoordinate(), kError, 0u, false, ZqKrigeUniqueResponseMethod::Mean);
   for (const double x : {0.0, 1.0, 2.5, 4.0}) model.AddTraining({x, 1.0}, std::sin(x));
   ASSERT_TRUE(model.TrainFixed(VarimoTest::ReferenceKernel("Exponential", "3.0", "1.0", "0.0")));
@@ -201,18 +201,17 @@ TEST(UniversalKrige, CollinearDriftSolvesWhereConsistentAndFailsWhereNot) {
   ASSERT_EQ(warnings.size(), 1u);
   EXPECT_EQ(warnings[0].rfind("Universal kriging failed, the weights miss the drift constraints (residual ", 0), 0u)
       << warnings[0];
-}
 
-TEST(UniversalKrige, AsManyRecordsAsDriftColumnsLeaveNoResiduals) {
-  Universal model(ZqEuclideanDistance(), ZqVecPropertyListFxn(3), kError, 0u, false,
-                  ZqKrigeUniqueResponseMethod::Mean);
+  // As many records as drift columns leave no residuals.
+  Universal square(ZqEuclideanDistance(), ZqVecPropertyListFxn(3), kError, 0u, false,
+                   ZqKrigeUniqueResponseMethod::Mean);
   const std::vector<Element> corners = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-  for (std::size_t i = 0; i < corners.size(); ++i) model.AddTraining(corners[i], std::sin(1.0 + i));
+  for (std::size_t i = 0; i < corners.size(); ++i) square.AddTraining(corners[i], std::sin(1.0 + i));
   std::vector<std::pair<double, double>> pairs;
-  ASSERT_TRUE(ZqGetDistAndDiff(pairs, model.GetContainer(), false));
+  ASSERT_TRUE(ZqGetDistAndDiff(pairs, square.GetContainer(), false));
   ASSERT_EQ(pairs.size(), 6u);
   for (const auto& pair : pairs) EXPECT_NEAR(pair.second, 0.0, 1e-12);
-  const ZqVariogram variogram = model.GetVariogram();
+  const ZqVariogram variogram = square.GetVariogram();
   for (unsigned int b = 0; b < variogram.GetNumBins(); ++b) EXPECT_LT(variogram.GetSemivariance(b), 1e-24);
 }
 
