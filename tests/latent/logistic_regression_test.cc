@@ -146,6 +146,12 @@ TEST(BinaryLinearRegression, ProbitMatchesScipyFit) { ExpectFit(7, "probit", 1e-
 // sigma from the Hessian sum 0.25 x^2 = 2.5 at zero.
 TEST(BinaryLinearRegression, ZeroIterationLimitKeepsStartAndPrints) {
   ZqBinaryLinearRegression fit;
+  unsigned int p = 0, n = 0, type = 0, limit = 9;
+  double tolerance = 1.0;
+  fit.Get_p_n_reg_type(p, n, type);
+  fit.GetNewtonParams(tolerance, limit);
+  EXPECT_EQ((std::vector<double>{1.0 * p, 1.0 * n, 1.0 * type, tolerance, 1.0 * limit}),
+            (std::vector<double>{1, 10, 2, 0, 0}));
   fit.SetInputData(std::vector<double>(10, 1.0), {1, 1, -1, 1, -1, -1, 1, 1, 1, -1});
   std::string out;
   const double loglik = Fit(fit, &out);
