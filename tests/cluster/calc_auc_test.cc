@@ -95,30 +95,23 @@ TEST(CalculateAUC, PerfectAndReversedRankings) {
   EXPECT_EQ(auc, 0.0);
   ASSERT_TRUE(ZqCalculateAUC(auc, {false, true, false, true}, 2, 2));
   EXPECT_EQ(auc, 0.25);
+  // An empty top of a ranking of 4 actives and 9 decoys: the diagonal.
+  ASSERT_TRUE(ZqCalculateAUC(auc, std::vector<bool>{}, 4, 9));
+  EXPECT_EQ(auc, 0.5);
 }
 
-TEST(CalculateAUC, RankedListWithoutBothClassesFailsAndKeepsArea) {
+TEST(CalculateAUC, RankedListWithoutBothClassesOrWithTooManyFailsAndKeepsArea) {
   double auc = 0.125;
   EXPECT_FALSE(ZqCalculateAUC(auc, std::vector<bool>{}));
   EXPECT_FALSE(ZqCalculateAUC(auc, {true, true}));
   EXPECT_FALSE(ZqCalculateAUC(auc, {false}));
   EXPECT_FALSE(ZqCalculateAUC(auc, {true, false}, 0, 3));
   EXPECT_FALSE(ZqCalculateAUC(auc, {true, false}, 3, 0));
-  EXPECT_EQ(auc, 0.125);
-}
-
-TEST(CalculateAUC, EmptyTopOfRankingGivesOneHalf) {
-  double auc = -1.0;
-  ASSERT_TRUE(ZqCalculateAUC(auc, std::vector<bool>{}, 4, 9));
-  EXPECT_EQ(auc, 0.5);
-}
-
-TEST(CalculateAUC, MoreActivesOrDecoysThanCountsWarns) {
+  // More actives or decoys in the list than the counts say warns.
   Corvane::ZqScopedThrowCapture capture;
-  double auc = 0.25;
   EXPECT_FALSE(ZqCalculateAUC(auc, {true, true, true, false}, 2, 5));
   EXPECT_FALSE(ZqCalculateAUC(auc, {true, false, false, false, false}, 2, 3));
-  EXPECT_EQ(auc, 0.25);
+  EXPECT_EQ(auc, 0.125);
   EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
             (std::vector<std::string>{
                 "ZqCalculateAUC, total number of actives (Nact 2) is less than number of actives there are known "

@@ -15,7 +15,7 @@ std::vector<ZqStrValue> Links(const ZqNNStrength& record) {
   return out;
 }
 
-TEST(NNStrength, ConstructorsAndAdd) {
+TEST(NNStrength, ConstructorsLinksAndOrderByItemOnly) {
   ZqNNStrength alone(4);
   EXPECT_EQ(alone.GetSmallIdx(), 4u);
   EXPECT_EQ(alone.GetStrCt(), 0u);
@@ -31,9 +31,7 @@ TEST(NNStrength, ConstructorsAndAdd) {
   // The non-const walk can change a strength in place.
   for (Corvane::ZqIter<ZqStrValue> it = linked.GetValues(); it; ++it) it->second += 1;
   EXPECT_EQ(Links(linked), (std::vector<ZqStrValue>{{7, 6}, {9, 4}, {9, 4}}));
-}
 
-TEST(NNStrength, OrderedByItemOnly) {
   ZqNNStrength a(3, 1, 1), b(3), c(5);
   EXPECT_FALSE(a < b);
   EXPECT_FALSE(b < a);

@@ -42,52 +42,63 @@ std::size_t CountLines(const std::string& text, const std::string& line) {
   return ::testing::AssertionFailure() << "text starts " << text.substr(0, prefix.size() + 20);
 }
 
-// One run of the list overload with its messages and its standard error.
+// One run of ZqGetSNNCluster with its messages and its standard error.
 struct SnnRun {
   int found = 0;
   Clusters clusters;
   std::vector<unsigned int> noise;
-  std::vector<std::string> infos, warnings;
+  std::vector<std::string> infos, warnings, errors;
   std::string err;
 };
 
-SnnRun Cluster(unsigned long numItems, const Lists& lists, const ZqSNNParameters& params, bool sortLists = true) {
+template <class Call>
+SnnRun Captured(Call call) {
   SnnRun run;
   Corvane::ZqScopedThrowCapture capture;
   VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-  run.found = ZqGetSNNCluster(run.clusters, run.noise, numItems, lists, params, sortLists);
+  run.found = call(run);
   run.err = err.Text();
   run.infos = capture.Texts(ZqThrowLevel::Info);
   run.warnings = capture.Texts(ZqThrowLevel::Warning);
+  run.errors = capture.Texts(ZqThrowLevel::Error);
   return run;
+}
+
+// The list overload, given outputs left over from an earlier run that it
+// must clear.
+SnnRun Cluster(unsigned long numItems, const Lists& lists, const ZqSNNParameters& params, bool sortLists = true) {
+  return Captured([&](SnnRun& run) {
+    run.clusters = {{42}};
+    run.noise = {7};
+    return ZqGetSNNCluster(run.clusters, run.noise, numItems, lists, params, sortLists);
+  });
+}
+
+// The similarity overload.
+SnnRun Cluster(unsigned long numItems, ZqSimInfo info) {
+  return Captured([&](SnnRun& run) { return ZqGetSNNCluster(run.clusters, numItems, info); });
 }
 
 // Five items that all list each other: every link has strength 5, every item
 // heads a cluster, and every head merges into the first.
-TEST(SNNCluster, IdenticalListsMergeIntoOneCluster) {
-  const Lists lists(5, std::vector<unsigned int>{4, 3, 2, 1, 0});
-  Clusters clusters{{42}};
-  std::vector<unsigned int> noise{7};
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-  ASSERT_NE(ZqGetSNNCluster(clusters, noise, 5, lists, Params(5, 4, 2, 4, 3), true), 0);
-  // One search line per listed neighbour other than the item: 5 x 4.
-  EXPECT_EQ(CountLines(err.Text(), "slow unsorted search of size nn"), 20u);
-  ASSERT_EQ(clusters.size(), 1u);
-  EXPECT_EQ(clusters[0].front(), 0u);
-  EXPECT_EQ(std::set<unsigned int>(clusters[0].begin(), clusters[0].end()),
-            (std::set<unsigned int>{0, 1, 2, 3, 4}));
-  EXPECT_EQ(clusters[0].size(), 5u);
-  EXPECT_TRUE(noise.empty());
-  EXPECT_EQ(capture.Texts(ZqThrowLevel::Info), (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
-}
-
-// The same lists with merge equal to the strength: the test is strict, so the
-// five heads stay apart.
-TEST(SNNCluster, StrengthEqualToMergeDoesNotMerge) {
-  const SnnRun run = Cluster(5, Lists(5, std::vector<unsigned int>{0, 1, 2, 3, 4}), Params(5, 4, 2, 5, 3), false);
+TEST(SNNCluster, IdenticalListsMergeIntoOneClusterOnlyAboveTheMergeStrength) {
+  const SnnRun run = Cluster(5, Lists(5, std::vector<unsigned int>{4, 3, 2, 1, 0}), Params(5, 4, 2, 4, 3));
   ASSERT_NE(run.found, 0);
-  EXPECT_EQ(run.clusters, (Clusters{{0}, {1}, {2}, {3}, {4}}));
+  // One search line per listed neighbour other than the item: 5 x 4.
+  EXPECT_EQ(CountLines(run.err, "slow unsorted search of size nn"), 20u);
+  ASSERT_EQ(run.clusters.size(), 1u);
+  EXPECT_EQ(run.clusters[0].front(), 0u);
+  EXPECT_EQ(std::set<unsigned int>(run.clusters[0].begin(), run.clusters[0].end()),
+            (std::set<unsigned int>{0, 1, 2, 3, 4}));
+  EXPECT_EQ(run.clusters[0].size(), 5u);
+  EXPECT_TRUE(run.noise.empty());
+  EXPECT_EQ(run.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
+
+  // The same lists with merge equal to the strength: the test is strict, so
+  // the five heads stay apart.
+  const SnnRun apart = Cluster(5, Lists(5, std::vector<unsigned int>{0, 1, 2, 3, 4}), Params(5, 4, 2, 5, 3), false);
+  ASSERT_NE(apart.found, 0);
+  EXPECT_EQ(apart.clusters, (Clusters{{0}, {1}, {2}, {3}, {4}}));
 }
 
 // Items 0 to 4 list {0..5}; item 5 lists {0, 1, 5}. Links among 0..4 have
@@ -100,7 +111,7 @@ Lists Satellite() {
   return lists;
 }
 
-TEST(SNNCluster, LabelThresholdIsStrict) {
+TEST(SNNCluster, LabelThresholdIsStrictAndItemsPastTheCountAreNotLabelled) {
   const SnnRun strict = Cluster(6, Satellite(), Params(6, 4, 2, 5, 3));
   ASSERT_NE(strict.found, 0);
   ASSERT_EQ(strict.clusters.size(), 1u);
@@ -114,6 +125,14 @@ TEST(SNNCluster, LabelThresholdIsStrict) {
   EXPECT_EQ(joined.clusters[0].size(), 6u);
   EXPECT_EQ(joined.clusters[0].back(), 5u);
   EXPECT_EQ(joined.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
+
+  // Six lists for four items: items 4 and 5 still link and head, but the
+  // labelling only hands out items below the count, so 5 joins nothing.
+  const SnnRun pastCount = Cluster(4, Satellite(), Params(6, 4, 2, 5, 2));
+  ASSERT_NE(pastCount.found, 0);
+  ASSERT_EQ(pastCount.clusters.size(), 1u);
+  EXPECT_EQ(pastCount.clusters[0].size(), 5u);
+  EXPECT_EQ(pastCount.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
 }
 
 // With noise at 3, item 5 (two links) is noise and is never labelled.
@@ -146,31 +165,13 @@ TEST(SNNCluster, EmptyListsAndUnknownItemsFailWithoutLinks) {
   EXPECT_EQ(none.warnings, failed);
 }
 
-// Six lists for four items: items 4 and 5 still link and head, but the
-// labelling only hands out items below the count, so 5 joins nothing.
-TEST(SNNCluster, ItemsPastTheCountAreNotLabelled) {
-  const SnnRun run = Cluster(4, Satellite(), Params(6, 4, 2, 5, 2));
-  ASSERT_NE(run.found, 0);
-  ASSERT_EQ(run.clusters.size(), 1u);
-  EXPECT_EQ(run.clusters[0].size(), 5u);
-  EXPECT_EQ(run.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
-}
-
-TEST(SNNCluster, NoHeadFails) {
-  const SnnRun run = Cluster(6, Satellite(), Params(6, 9, 2, 5, 2));
-  EXPECT_EQ(run.found, 0);
-  EXPECT_EQ(run.warnings, (std::vector<std::string>{"Failed to identify representative clusters & noise."}));
-}
-
-TEST(SNNCluster, IndexBeyondBitVectorLimitFails) {
-  Clusters clusters;
-  std::vector<unsigned int> noise;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-  EXPECT_EQ(ZqGetSNNCluster(clusters, noise, 2, Lists{{0, 1}, {1, 4000000000u}}, Params(6, 1, 0, 0, 0), true), 0);
-  err.Text();
-  EXPECT_EQ(capture.Texts(ZqThrowLevel::Error),
-            (std::vector<std::string>{"Max size for an ZqBitVector is INT_MAX"}));
+TEST(SNNCluster, NoHeadOrAnIndexBeyondTheBitVectorLimitFails) {
+  const SnnRun noHead = Cluster(6, Satellite(), Params(6, 9, 2, 5, 2));
+  EXPECT_EQ(noHead.found, 0);
+  EXPECT_EQ(noHead.warnings, (std::vector<std::string>{"Failed to identify representative clusters & noise."}));
+  const SnnRun huge = Cluster(2, Lists{{0, 1}, {1, 4000000000u}}, Params(6, 1, 0, 0, 0));
+  EXPECT_EQ(huge.found, 0);
+  EXPECT_EQ(huge.errors, (std::vector<std::string>{"Max size for an ZqBitVector is INT_MAX"}));
 }
 
 // The blobs: reads points, true labels and the neighbour lists.
@@ -216,17 +217,13 @@ void ExpectBlobsRecovered(const Clusters& clusters, const Blobs& blobs) {
 TEST(SNNCluster, RecoversBlobsFromNeighbourLists) {
   const Blobs blobs = ReadBlobs();
   ASSERT_EQ(blobs.lists.size(), 200u);
-  Clusters clusters;
-  std::vector<unsigned int> noise;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
   // The parameters that 200 items give: nbrCt 20.
-  ASSERT_NE(ZqGetSNNCluster(clusters, noise, 200, blobs.lists, Params(20, 15, 10, 12, 10), true), 0);
-  err.Text();
-  ExpectBlobsRecovered(clusters, blobs);
+  const SnnRun run = Cluster(200, blobs.lists, Params(20, 15, 10, 12, 10));
+  ASSERT_NE(run.found, 0);
+  ExpectBlobsRecovered(run.clusters, blobs);
   // Noise is the sparse points: all the background, and some blob edges.
   std::size_t background = 0;
-  for (const unsigned int m : noise) background += blobs.labels[m] == -1 ? 1 : 0;
+  for (const unsigned int m : run.noise) background += blobs.labels[m] == -1 ? 1 : 0;
   EXPECT_EQ(background, 20u);
 }
 
@@ -244,71 +241,46 @@ ZqSimInfo NegativeDistances(const Blobs& blobs) {
 
 TEST(SNNCluster, RecoversBlobsFromSimilarities) {
   const Blobs blobs = ReadBlobs();
-  ZqSimInfo info = NegativeDistances(blobs);
-  Clusters clusters;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-  ASSERT_NE(ZqGetSNNCluster(clusters, 200, info), 0);
-  const std::string text = err.Text();
-  EXPECT_TRUE(StartsWith(text, "nbrCt = 20\ntopic = 15\nnoise = 10\nmerge = 12\nlabel = 10\n0:: ("));
-  EXPECT_NE(text.find("\n199:: ("), std::string::npos);
-  EXPECT_EQ(CountLines(text, "EndPrint"), 1u);
-  ExpectBlobsRecovered(clusters, blobs);
+  const SnnRun run = Cluster(200, NegativeDistances(blobs));
+  ASSERT_NE(run.found, 0);
+  EXPECT_TRUE(StartsWith(run.err, "nbrCt = 20\ntopic = 15\nnoise = 10\nmerge = 12\nlabel = 10\n0:: ("));
+  EXPECT_NE(run.err.find("\n199:: ("), std::string::npos);
+  EXPECT_EQ(CountLines(run.err, "EndPrint"), 1u);
+  ExpectBlobsRecovered(run.clusters, blobs);
 }
 
 TEST(SNNCluster, ParametersClampAtBothEnds) {
-  {
-    ZqSimInfo info{10, std::vector<double>(100, 0.5)};
-    Clusters clusters;
-    Corvane::ZqScopedThrowCapture capture;
-    VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-    // Equal similarities: all ten items are the six "nearest" of each other
-    // as the selection leaves them; any outcome is fine, the texts are not.
-    ZqGetSNNCluster(clusters, 10, info);
-    EXPECT_TRUE(StartsWith(err.Text(), "nbrCt = 6\ntopic = 4\nnoise = 3\nmerge = 3\nlabel = 3\n"));
+  // Equal similarities: all ten items are the six "nearest" of each other
+  // as the selection leaves them; any outcome is fine, the texts are not.
+  EXPECT_TRUE(StartsWith(Cluster(10, ZqSimInfo{10, std::vector<double>(100, 0.5)}).err,
+                         "nbrCt = 6\ntopic = 4\nnoise = 3\nmerge = 3\nlabel = 3\n"));
+  ZqSimInfo line{300, std::vector<double>(300 * 300, 0.0)};
+  for (unsigned long i = 0; i < 300; ++i) {
+    for (unsigned long j = i; j < 300; ++j) line.sims[300 * i + j] = -std::fabs(double(i) - double(j));
   }
-  {
-    ZqSimInfo info{300, std::vector<double>(300 * 300, 0.0)};
-    for (unsigned long i = 0; i < 300; ++i) {
-      for (unsigned long j = i; j < 300; ++j) info.sims[300 * i + j] = -std::fabs(double(i) - double(j));
-    }
-    Clusters clusters;
-    Corvane::ZqScopedThrowCapture capture;
-    VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-    ZqGetSNNCluster(clusters, 300, info);
-    EXPECT_TRUE(StartsWith(err.Text(), "nbrCt = 30\ntopic = 22\nnoise = 15\nmerge = 18\nlabel = 15\n"));
-  }
+  EXPECT_TRUE(StartsWith(Cluster(300, line).err, "nbrCt = 30\ntopic = 22\nnoise = 15\nmerge = 18\nlabel = 15\n"));
 }
 
 TEST(SNNCluster, SimilaritiesThatDoNotFitFail) {
-  Clusters clusters;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-  ZqSimInfo empty;
-  EXPECT_EQ(ZqGetSNNCluster(clusters, 0, empty), 0);
-  ZqSimInfo tooShort{5, std::vector<double>(24, 1.0)};
-  EXPECT_EQ(ZqGetSNNCluster(clusters, 5, tooShort), 0);
-  ZqSimInfo otherSize{5, std::vector<double>(25, 1.0)};
-  EXPECT_EQ(ZqGetSNNCluster(clusters, 6, otherSize), 0);
-  EXPECT_EQ(CountLines(err.Text(), "EndPrint"), 3u);
-  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
-            (std::vector<std::string>(3, "Failed to identify near-neghbors")));
+  // Empty, too short for five items, and five items' matrix given for six.
+  for (const auto& [numItems, info] : {std::pair<unsigned long, ZqSimInfo>{0, ZqSimInfo{}},
+                                       {5, ZqSimInfo{5, std::vector<double>(24, 1.0)}},
+                                       {6, ZqSimInfo{5, std::vector<double>(25, 1.0)}}}) {
+    SCOPED_TRACE(numItems);
+    const SnnRun run = Cluster(numItems, info);
+    EXPECT_EQ(run.found, 0);
+    EXPECT_EQ(CountLines(run.err, "EndPrint"), 1u);
+    EXPECT_EQ(run.warnings, std::vector<std::string>{"Failed to identify near-neghbors"});
+  }
 }
 
-// A list where no item has enough links passes the failure on with its own
+// Two items on a line: one link each, below topic 4, so the list clustering
+// fails and the similarity overload passes the failure on with its own
 // warning.
 TEST(SNNCluster, FailureOfListClusteringIsReported) {
-  // Six items on a line, similarity falling with distance; with nbrCt 6 all
-  // six are in every list, so every link has strength 6 and five links:
-  // all heads, merged into one. To make it fail, use two items only: one
-  // link each, below topic 4.
-  ZqSimInfo info{2, {1.0, 0.5, 0.0, 1.0}};
-  Clusters clusters;
-  Corvane::ZqScopedThrowCapture capture;
-  VarimoTest::CaptureOutput err(Corvane::ZqOutputStream::Err);
-  EXPECT_EQ(ZqGetSNNCluster(clusters, 2, info), 0);
-  err.Text();
-  EXPECT_EQ(capture.Texts(ZqThrowLevel::Warning),
+  const SnnRun run = Cluster(2, ZqSimInfo{2, {1.0, 0.5, 0.0, 1.0}});
+  EXPECT_EQ(run.found, 0);
+  EXPECT_EQ(run.warnings,
             (std::vector<std::string>{"Failed to identify representative clusters & noise.",
                                       "Failed to generate cluster from NN list."}));
 }

@@ -33,22 +33,19 @@ TEST(ValueConversion, ReservedValuesMapAcrossTypes) {
   EXPECT_EQ(ZqStringFromDouble(Bad::BadDouble), "BadDoubleData");
 }
 
-TEST(ValueConversion, BadIndexValuesAreOrdinaryNumbers) {
+TEST(ValueConversion, BadIndexValuesAndIntegerBitsAreOrdinaryNumbers) {
   EXPECT_EQ(ZqDoubleFromInt(0x7FFFFFFD), 2147483645.0);
   EXPECT_EQ(ZqUnsignedFromInt(Bad::BadIndexInt), 0x7FFFFFFDu);
   EXPECT_EQ(ZqDoubleFromUnsigned(Bad::BadIndexUnsigned), 4294967293.0);
   EXPECT_EQ(ZqStringFromInt(Bad::BadIndexInt), "2147483645");
   EXPECT_EQ(ZqStringFromDouble(Bad::BadIndexDouble), "1.79769e+306");
-}
-
-TEST(ValueConversion, BitsReinterpretedBetweenIntegerTypes) {
   EXPECT_EQ(ZqUnsignedFromInt(-2), 0xFFFFFFFEu);  // lands on unsigned missing
   EXPECT_EQ(ZqUnsignedFromInt(-3), 0xFFFFFFFDu);
   EXPECT_EQ(ZqIntFromUnsigned(0x80000000u), std::numeric_limits<std::int32_t>::min());
   EXPECT_EQ(ZqIntFromUnsigned(0xFFFFFFFDu), -3);
 }
 
-TEST(ValueConversion, DoublesRoundToNearestEven) {
+TEST(ValueConversion, DoublesRoundToNearestEvenAndNonFiniteOnesAreBad) {
   EXPECT_EQ(ZqIntFromDouble(0.5), 0);
   EXPECT_EQ(ZqIntFromDouble(1.5), 2);
   EXPECT_EQ(ZqIntFromDouble(2.5), 2);
@@ -63,15 +60,12 @@ TEST(ValueConversion, DoublesRoundToNearestEven) {
   // still exact (2^70 + 2^40 has low 32 bits zero, 2^60 + 5 * 2^8 does not).
   EXPECT_EQ(ZqUnsignedFromDouble(std::ldexp(1.0, 70) + std::ldexp(1.0, 40)), 0u);
   EXPECT_EQ(ZqUnsignedFromDouble(std::ldexp(1.0, 60) + 1280.0), 1280u);
-}
-
-TEST(ValueConversion, NonFiniteDoublesAreBad) {
   EXPECT_EQ(ZqIntFromDouble(std::nan("")), Bad::BadInt);
   EXPECT_EQ(ZqUnsignedFromDouble(std::numeric_limits<double>::infinity()), Bad::BadUnsigned);
   EXPECT_EQ(ZqIntFromDouble(-std::numeric_limits<double>::infinity()), Bad::BadInt);
 }
 
-TEST(ValueConversion, StringsToNumbers) {
+TEST(ValueConversion, StringsToNumbersAndBack) {
   EXPECT_EQ(ZqDoubleFromString("MissingIntData"), 1.7976931348623158e307);
   EXPECT_EQ(ZqIntFromString("MissingDoubleData"), 0x7FFFFFFE);
   EXPECT_EQ(ZqUnsignedFromString("MissingIntData"), Bad::MissingUnsigned);
@@ -90,9 +84,6 @@ TEST(ValueConversion, StringsToNumbers) {
   EXPECT_EQ(ZqUnsignedFromString("4294967294"), Bad::MissingUnsigned);  // numerically the missing value
   EXPECT_EQ(ZqDoubleFromString("2.5e-3"), 0.0025);
   EXPECT_EQ(ZqDoubleFromString("1.7976931348623157e308"), Bad::BadDouble);
-}
-
-TEST(ValueConversion, NumbersToStrings) {
   EXPECT_EQ(ZqStringFromUnsigned(4000000000u), "4000000000");
   EXPECT_EQ(ZqStringFromInt(-17), "-17");
   EXPECT_EQ(ZqStringFromDouble(3.14159265), "3.14159");

@@ -58,7 +58,6 @@ TEST(Contour, OpenLineRunsFromTheBottomBoundary) {
   Series branches;
   VarimoTest::CaptureOutput quiet;
   ASSERT_TRUE(grid.PlotContour(0.95, branches).IsSuccessful());
-  quiet.Text();
   ASSERT_EQ(branches.size(), 1u);
   const auto& points = branches[0].GetPoints();
   EXPECT_NEAR(points.front().GetX(), 0.95, 1e-12);
@@ -93,7 +92,6 @@ TEST(Contour, SaddleCellStopsTheTrace) {
   Series branches;
   VarimoTest::CaptureOutput quiet;
   const ZqStatModelResult result = grid.PlotContour(0.0, branches);
-  quiet.Text();
   EXPECT_EQ(result.GetFailureType(), F::InternalLogicFailure);
   EXPECT_EQ(VarimoTest::Comments(result), std::vector<std::string>{"Number of New Intersections in grid is 3"});
   EXPECT_EQ(VarimoTest::Context(result).front(), "ZqTwoDimFuncGrid::CheckNumGridCellIntersections");
@@ -109,7 +107,6 @@ TEST(Contour, DegenerateGrids) {
   ZqTwoDimFuncGrid row(5, 1, 1.0, 1.0, 0.0, 0.0, {0.0, 1.0, 2.0, 3.0, 4.0});
   Series rowBranches;
   EXPECT_TRUE(row.PlotContour(2.5, rowBranches).IsSuccessful());
-  quiet.Text();
   ASSERT_FALSE(rowBranches.empty());
   EXPECT_EQ(rowBranches[0].GetPoints()[0].GetX(), 2.5);
   // No values: the extremes keep their start values.

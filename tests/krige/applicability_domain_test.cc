@@ -26,7 +26,7 @@ std::unique_ptr<ZqKrigeBase<Element>> LineModel(unsigned int local) {
   return model;
 }
 
-TEST(ApplicabilityDomain, ThresholdLeavesEachElementOut) {
+TEST(ApplicabilityDomain, ThresholdLeavesEachElementOutAndNeedsTwoElements) {
   ZqDomainOptions half;
   half.quantile = 0.5;
   for (unsigned int local : {0u, 4u}) {
@@ -49,9 +49,8 @@ TEST(ApplicabilityDomain, ThresholdLeavesEachElementOut) {
   }
   // The default 95 % of four distances is the largest, 7.
   EXPECT_DOUBLE_EQ(ZqApplicabilityDomain::FromModel(*LineModel(0)).GetThreshold(), 7.0);
-}
 
-TEST(ApplicabilityDomain, TooFewElementsGiveNoThreshold) {
+  // Too few elements give no threshold.
   const Element a{0.0}, b{0.0};
   EXPECT_TRUE(ZqNearestOtherDistances<Element>({&a, &b}, ZqEuclideanDistance()).empty());
   const ZqApplicabilityDomain none({}, ZqDomainOptions());

@@ -11,6 +11,7 @@
 #include <random>
 #include <set>
 
+#include "drift_local_refs.h"
 #include "test_support.h"
 #include "varimo/krige/batch_selection.h"
 #include "varimo/krige/vector_krige.h"
@@ -54,19 +55,13 @@ std::unique_ptr<ZqKrigeBase<Element>> MakeModel(unsigned int local, bool simple)
 }
 
 // A fixed kernel, so that a model refitted with fantasies keeps it.
-ZqKrigeKernel Kernel() {
-  ZqKrigeKernel kernel(ZqKrigeKernelType::Exponential);
-  kernel.SetRange(0.5);
-  kernel.SetSill(1.0);
-  kernel.SetNugget(0.01);
-  return kernel;
-}
+ZqKrigeKernel Kernel(double nugget = 0.01) { return VarimoTest::NamedKernel("Exponential", 0.5, 1.0, nugget); }
 
-std::unique_ptr<ZqKrigeBase<Element>> Trained(unsigned int local, bool simple) {
+std::unique_ptr<ZqKrigeBase<Element>> Trained(unsigned int local, bool simple, double nugget = 0.01) {
   auto model = MakeModel(local, simple);
   const Data& d = TestData();
   for (std::size_t i = 0; i < d.training.size(); ++i) EXPECT_TRUE(model->AddTraining(d.training[i], d.responses[i]));
-  EXPECT_TRUE(model->TrainFixed(Kernel()));
+  EXPECT_TRUE(model->TrainFixed(Kernel(nugget)));
   return model;
 }
 
@@ -101,8 +96,7 @@ TEST_P(SequentialBatch, EqualsRefittedModels) {
   ASSERT_TRUE(chosen.Ok()) << chosen.error;
   ASSERT_EQ(chosen.picks.size(), 6u);
 
-  auto refit = MakeModel(c.local, c.simple);
-  for (std::size_t i = 0; i < d.training.size(); ++i) refit->AddTraining(d.training[i], d.responses[i]);
+  auto refit = Trained(c.local, c.simple);
   std::vector<double> responses = d.responses;
   const double liar = c.batch == ZqBatchKind::LiarMax
                           ? *std::max_element(responses.begin(), responses.end())
@@ -209,11 +203,7 @@ TEST(BatchSelection, PicksRespectExclusionsDuplicatesAndThreads) {
 // of rounding noise; the joint draw must still factorise.
 TEST(BatchSelection, ThompsonDrawsOnCopiesOfTrainingPoints) {
   const Data& d = TestData();
-  auto model = MakeModel(0, false);
-  ZqKrigeKernel kernel = Kernel();
-  kernel.SetNugget(0.0);
-  for (std::size_t i = 0; i < d.training.size(); ++i) model->AddTraining(d.training[i], d.responses[i]);
-  ASSERT_TRUE(model->TrainFixed(kernel));
+  auto model = Trained(0, false, 0.0);
   std::vector<Element> pool = d.pool;
   for (std::size_t i = 0; i < 30; ++i) {
     pool.push_back(d.training[i]);

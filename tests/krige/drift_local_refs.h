@@ -1,5 +1,6 @@
 // The reference data of tests/data/krige/make_drift_local_refs.py (numpy),
-// shared by the universal and the local kriging tests.
+// shared by the universal and the local kriging tests, and the kernels that
+// the kriging tests build by name.
 #pragma once
 
 #include <string>
@@ -40,18 +41,23 @@ inline const DriftLocalRefs& DriftLocalReferences() {
   return data;
 }
 
-// A kernel of the references by name, with its parameters as tokens.
-inline Varimo::ZqKrigeKernel ReferenceKernel(const std::string& name, const std::string& range,
-                                             const std::string& sill, const std::string& nugget) {
+// A kernel by name ("Gaussian", "Spherical" or "Exponential") and parameters.
+inline Varimo::ZqKrigeKernel NamedKernel(const std::string& name, double range, double sill, double nugget) {
   const unsigned int type = name == "Gaussian"      ? Varimo::ZqKrigeKernelType::Gaussian
                             : name == "Spherical"   ? Varimo::ZqKrigeKernelType::Spherical
                             : name == "Exponential" ? Varimo::ZqKrigeKernelType::Exponential
                                                     : Varimo::ZqKrigeKernelType::NumTypes;
   Varimo::ZqKrigeKernel kernel(type);
-  kernel.SetRange(ToDouble(range));
-  kernel.SetSill(ToDouble(sill));
-  kernel.SetNugget(ToDouble(nugget));
+  kernel.SetRange(range);
+  kernel.SetSill(sill);
+  kernel.SetNugget(nugget);
   return kernel;
+}
+
+// A kernel of the references, with its parameters as tokens.
+inline Varimo::ZqKrigeKernel ReferenceKernel(const std::string& name, const std::string& range,
+                                             const std::string& sill, const std::string& nugget) {
+  return NamedKernel(name, ToDouble(range), ToDouble(sill), ToDouble(nugget));
 }
 
 }  // namespace VarimoTest

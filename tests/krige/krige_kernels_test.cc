@@ -103,7 +103,7 @@ TEST(KrigeKernels, CopiesKeepParametersAndAreIndependent) {
   EXPECT_EQ(assigned.GetNugget(), 0.5);
 }
 
-TEST(KrigeKernels, AnUnknownTypeWarnsOnceAndIsLinear) {
+TEST(KrigeKernels, AnUnknownTypeIsLinearAndAZeroRangeFollowsTheFormula) {
   Corvane::ZqScopedThrowCapture capture;
   const ZqKrigeKernel kernel(5);
   EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
@@ -113,9 +113,8 @@ TEST(KrigeKernels, AnUnknownTypeWarnsOnceAndIsLinear) {
   EXPECT_EQ(kernel.GetValue(0.25), ZqKrigeKernel(ZqKrigeKernelType::Linear).GetValue(0.25));
   EXPECT_EQ(ZqKrigeKernel(ZqKrigeKernelType::Cauchy).GetName(), "Cauchy");
   EXPECT_EQ(capture.Messages().size(), 1u);
-}
 
-TEST(KrigeKernels, AZeroRangeGivesWhatTheFormulaGives) {
+  // A zero range gives what the formula gives.
   ZqKrigeKernel gaussian(ZqKrigeKernelType::Gaussian);
   gaussian.SetRange(0.0);
   EXPECT_EQ(gaussian.GetValue(1.0), 1.0);  // exp(-inf)

@@ -65,7 +65,7 @@ TEST(LocalKrige, PredictionsMatchSolvesOnTheNearestNeighbours) {
   }
 }
 
-TEST(LocalKrige, NeighbourhoodsLeaveOutTheQueryOnlyWhenPredictingTraining) {
+TEST(LocalKrige, NeighbourhoodsLeaveOutTheQueryOnlyWhenPredictingTrainingAndFillUpPastCopies) {
   const auto& data = DriftLocalReferences();
   const ZqKrigeKernel kernel = VarimoTest::ReferenceKernel("Exponential", "3.0", "5.5", "0.1");
   // Query 6 is training point 5, which has a copy (record 40).
@@ -93,9 +93,7 @@ TEST(LocalKrige, NeighbourhoodsLeaveOutTheQueryOnlyWhenPredictingTraining) {
   for (int i = 0; i < 10; ++i) small->AddTraining({std::cos(i), std::sin(i)}, 0.1 * i);
   small->TrainFixed(kernel);
   EXPECT_EQ(small->GetKrigeResult({0.2, 0.1}).GetNumElements(), 10u);
-}
 
-TEST(LocalKrige, CopiesInTheNeighbourhoodAreFilledUpWithTheNextNearest) {
   // Points at 0..29 on a line; the two nearest to the query at -1 are
   // repeated ten times each, so that the 5 nearest records are copies.
   auto model = MakeLocal("ordinary", 5, false);

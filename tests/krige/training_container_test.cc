@@ -47,6 +47,10 @@ Container::Record Record(double x, double response, bool unmeasured = false, uns
   return record;
 }
 
+// A container whose distance calls nobody counts.
+int gUncounted = 0;
+Container Plain() { return Container(CountingDistance(&gUncounted), ZqKrigeUniqueResponseMethod::Mean); }
+
 TEST(TrainingContainer, CopiesFoldIntoOneElementWhoseResponseFollowsTheMethod) {
   auto responseOf = [](unsigned int method, const std::vector<Container::Record>& records) {
     int calls = 0;
@@ -71,6 +75,15 @@ TEST(TrainingContainer, CopiesFoldIntoOneElementWhoseResponseFollowsTheMethod) {
   EXPECT_EQ(responseOf(7, three), 3.0);
   EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Error),
             std::vector<std::string>{"Invalid KrigeUniqueResponseMethod 7, defaulting to mean"});
+
+  // The id of an element is the first id given among its copies.
+  Container ids = Plain();
+  ids.AddElement(Record(1, 1, false, 99, false));
+  ids.AddElement(Record(1, 1, false, 12, true));
+  ids.AddElement(Record(1, 1, false, 13, true));
+  ids.AddElement(Record(2, 1, false, 99, false));
+  EXPECT_EQ(ids.GetUniqueID(0), 12u);
+  EXPECT_EQ(ids.GetUniqueID(1), 99u);
 }
 
 TEST(EuclideanDistance, WholeVectorsOrTheirLeadingCoordinates) {
@@ -113,20 +126,8 @@ TEST(TrainingContainer, DistancesAreComputedOnceAgainstRepresentatives) {
   EXPECT_EQ(copy.GetUniqueDistance(4, 1), 9.0);
 }
 
-TEST(TrainingContainer, UniqueIDIsTheFirstGivenOne) {
-  int calls = 0;
-  Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
-  container.AddElement(Record(1, 1, false, 99, false));
-  container.AddElement(Record(1, 1, false, 12, true));
-  container.AddElement(Record(1, 1, false, 13, true));
-  container.AddElement(Record(2, 1, false, 99, false));
-  EXPECT_EQ(container.GetUniqueID(0), 12u);
-  EXPECT_EQ(container.GetUniqueID(1), 99u);
-}
-
 TEST(TrainingContainer, PairsCoverMeasuredRecordsAndCopiesAtZero) {
-  int calls = 0;
-  Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
+  Container container = Plain();
   container.AddElement(Record(0, 1));
   container.AddElement(Record(0, 2));
   container.AddElement(Record(0, 4));
@@ -151,8 +152,7 @@ TEST(TrainingContainer, PairsCoverMeasuredRecordsAndCopiesAtZero) {
 }
 
 TEST(TrainingContainer, CovarianceFillsTheLeadingBlock) {
-  int calls = 0;
-  Container container(CountingDistance(&calls), ZqKrigeUniqueResponseMethod::Mean);
+  Container container = Plain();
   container.AddElement(Record(0, 1));
   container.AddElement(Record(0.5, 1));
   ZqKrigeLinearKernel kernel;  // range 0.5, sill 1

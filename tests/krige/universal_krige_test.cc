@@ -185,7 +185,7 @@ class SecondCoordinate final : public ZqPropertyListFxn<Element> {
   ZqPropertyListFxn<Element>* CreateCopy() const override { return new SecondCoordinate(*this); }
 };
 
-TEST(UniversalKrige, CollinearDriftSolvesWhereConsistentAndFailsWhereNot) {
+TEST(UniversalKrige, CollinearDriftsSolveWhereConsistentAndSquareOnesLeaveNoResiduals) {
   Universal model(ZqEuclideanDistance(), SecondCoordinate(), kError, 0u, false, ZqKrigeUniqueResponseMethod::Mean);
   for (const double x : {0.0, 1.0, 2.5, 4.0}) model.AddTraining({x, 1.0}, std::sin(x));
   ASSERT_TRUE(model.TrainFixed(VarimoTest::ReferenceKernel("Exponential", "3.0", "1.0", "0.0")));
@@ -201,39 +201,39 @@ TEST(UniversalKrige, CollinearDriftSolvesWhereConsistentAndFailsWhereNot) {
   ASSERT_EQ(warnings.size(), 1u);
   EXPECT_EQ(warnings[0].rfind("Universal kriging failed, the weights miss the drift constraints (residual ", 0), 0u)
       << warnings[0];
-}
 
-TEST(UniversalKrige, AsManyRecordsAsDriftColumnsLeaveNoResiduals) {
-  Universal model(ZqEuclideanDistance(), ZqVecPropertyListFxn(3), kError, 0u, false,
-                  ZqKrigeUniqueResponseMethod::Mean);
+  // As many records as drift columns leave no residuals.
+  Universal square(ZqEuclideanDistance(), ZqVecPropertyListFxn(3), kError, 0u, false,
+                   ZqKrigeUniqueResponseMethod::Mean);
   const std::vector<Element> corners = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-  for (std::size_t i = 0; i < corners.size(); ++i) model.AddTraining(corners[i], std::sin(1.0 + i));
+  for (std::size_t i = 0; i < corners.size(); ++i) square.AddTraining(corners[i], std::sin(1.0 + i));
   std::vector<std::pair<double, double>> pairs;
-  ASSERT_TRUE(ZqGetDistAndDiff(pairs, model.GetContainer(), false));
+  ASSERT_TRUE(ZqGetDistAndDiff(pairs, square.GetContainer(), false));
   ASSERT_EQ(pairs.size(), 6u);
   for (const auto& pair : pairs) EXPECT_NEAR(pair.second, 0.0, 1e-12);
-  const ZqVariogram variogram = model.GetVariogram();
+  const ZqVariogram variogram = square.GetVariogram();
   for (unsigned int b = 0; b < variogram.GetNumBins(); ++b) EXPECT_LT(variogram.GetSemivariance(b), 1e-24);
+}
+
+template <class Model, class Made>
+bool Is(const Made& made) {
+  return dynamic_cast<const Model*>(made.get()) != nullptr;
 }
 
 TEST(CreateKrige, PicksTheModelOfTheOptions) {
   const ZqEuclideanDistance distance;
   ZqKrigeOptions global{ZqGlobalKrigeOptions()};
   ZqKrigeOptions local{ZqLocalKrigeOptions().SetNumLocal(7).SetPredictTraining(true).SetMaxVariogramSize(99)};
-  auto is = [](const auto& model, auto* type) { return dynamic_cast<decltype(type)>(model.get()) != nullptr; };
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, global, false), static_cast<ZqOrdinaryKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, global, true), static_cast<ZqSimpleKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(
-      is(ZqCreateKrige<Element>(distance, local, false), static_cast<ZqLocalOrdinaryKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, local, true), static_cast<ZqLocalSimpleKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(Is<ZqOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, global, false)));
+  EXPECT_TRUE(Is<ZqSimpleKrige<Element>>(ZqCreateKrige<Element>(distance, global, true)));
+  EXPECT_TRUE(Is<ZqLocalOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, local, false)));
+  EXPECT_TRUE(Is<ZqLocalSimpleKrige<Element>>(ZqCreateKrige<Element>(distance, local, true)));
   const ZqVecPropertyListFxn drift(2), none(0);
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, drift, global), static_cast<Universal*>(nullptr)));
-  EXPECT_TRUE(
-      is(ZqCreateKrige<Element>(distance, drift, local), static_cast<ZqLocalUniversalKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(Is<Universal>(ZqCreateKrige<Element>(distance, drift, global)));
+  EXPECT_TRUE(Is<ZqLocalUniversalKrige<Element>>(ZqCreateKrige<Element>(distance, drift, local)));
   // No properties: nothing to drift on, an ordinary model.
-  EXPECT_TRUE(is(ZqCreateKrige<Element>(distance, none, global), static_cast<ZqOrdinaryKrige<Element>*>(nullptr)));
-  EXPECT_TRUE(
-      is(ZqCreateKrige<Element>(distance, none, local), static_cast<ZqLocalOrdinaryKrige<Element>*>(nullptr)));
+  EXPECT_TRUE(Is<ZqOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, none, global)));
+  EXPECT_TRUE(Is<ZqLocalOrdinaryKrige<Element>>(ZqCreateKrige<Element>(distance, none, local)));
 
   auto model = ZqCreateKrige<Element>(distance, local, false);
   const auto& localModel = dynamic_cast<const ZqLocalOrdinaryKrige<Element>&>(*model);

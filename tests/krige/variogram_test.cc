@@ -242,7 +242,7 @@ TEST_F(KernelFitTest, FracPointsSelectsLeadingBinsAndZeroIsRefused) {
   EXPECT_EQ(kernel.GetNugget(), variogram.GetSemivariance(0));
 }
 
-TEST(KernelFit, OneAndTwoBins) {
+TEST(KernelFit, OneAndTwoBinsAndSearchesThatCannotEndStopAsUnfit) {
   ZqKrigeKernel kernel(ZqKrigeKernelType::Gaussian);
   EXPECT_EQ(ZqFitKernel(kernel, ZqVariogram()), kLargest);
   EXPECT_EQ(ZqGetFitness(kernel, ZqVariogram()), kLargest);
@@ -274,26 +274,25 @@ TEST(KernelFit, OneAndTwoBins) {
   // 100 scan steps (0 to 0.99: a hundred sums of 0.01 pass 1.0) and the
   // final fitness.
   EXPECT_EQ(capture.Messages().size(), 101u);
-}
 
-TEST(KernelFit, SearchesThatCannotEndStopAsUnfit) {
-  // A sill of zero: the nugget scan cannot advance.
+  // Searches that cannot end stop as unfit. A sill of zero: the nugget scan
+  // cannot advance.
   auto* flat = new ZqVariogramImpl;
   flat->Push(1.0, 0.0);
   flat->Push(2.0, 0.0);
-  ZqKrigeKernel kernel(ZqKrigeKernelType::Exponential);
-  EXPECT_EQ(ZqFitKernel(kernel, ZqVariogram(flat)), kLargest);
+  ZqKrigeKernel exponential(ZqKrigeKernelType::Exponential);
+  EXPECT_EQ(ZqFitKernel(exponential, ZqVariogram(flat)), kLargest);
 
   // Every bin at distance zero: the range is 0 and the fitness NaN.
   auto* atZero = new ZqVariogramImpl;
   for (double s : {0.5, 1.0, 1.5}) atZero->Push(0.0, s);
-  EXPECT_EQ(ZqFitKernel(kernel, ZqVariogram(atZero)), kLargest);
+  EXPECT_EQ(ZqFitKernel(exponential, ZqVariogram(atZero)), kLargest);
 
   // NaN semivariances do not hang the search either.
   auto* withNaN = new ZqVariogramImpl;
   for (double s : {0.5, std::nan(""), 1.5}) withNaN->Push(s, s);
-  const double fitness = ZqFitKernel(kernel, ZqVariogram(withNaN));
-  EXPECT_TRUE(fitness == kLargest || std::isnan(fitness));
+  const double nanFitness = ZqFitKernel(exponential, ZqVariogram(withNaN));
+  EXPECT_TRUE(nanFitness == kLargest || std::isnan(nanFitness));
 }
 
 }  // namespace

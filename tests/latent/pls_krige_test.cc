@@ -163,7 +163,7 @@ TEST(PartialLeastSquares, WiderTableLogPMatchesScikitLearn) {
 }
 
 // With all latent vectors, PLS is least squares, for two responses too.
-TEST(PartialLeastSquares, FullModelIsLeastSquares) {
+TEST(PartialLeastSquares, FullModelIsLeastSquaresAndNoVectorTheMean) {
   const PlsRef& ref = Ref();
   ZqPartialLeastSquareRegression pls(1e-12, 1e-10, ref.X, ref.Y2);
   const unsigned long found = pls.BuildLatentVectorsViaNIPALS();
@@ -181,32 +181,27 @@ TEST(PartialLeastSquares, FullModelIsLeastSquares) {
   ASSERT_EQ(xstar.cols(), 13);
   EXPECT_EQ(xstar.col(0), ZqPLSVector::Ones(163));
   EXPECT_LT((xstar.rightCols(12) - ref.X).norm() / ref.X.norm(), 1e-10);
-}
 
-TEST(PartialLeastSquares, PredictZeroGivesMeansAndTotalSumOfSquares) {
-  const PlsRef& ref = Ref();
-  ZqPartialLeastSquareRegression pls(1e-6, 1e-6, ref.X, ref.Y);
-  pls.BuildLatentVectorsViaNIPALS();
-  double ress = 0.0;
-  ZqPLSMatrix yHat;
-  pls.Predict(0, ress, yHat);
+  // No vector at all predicts the mean, with the total sum of squares.
+  ZqPartialLeastSquareRegression one(1e-6, 1e-6, ref.X, ref.Y);
+  one.BuildLatentVectorsViaNIPALS();
+  one.Predict(0, ress, yHat);
   const double m = ref.Y.mean();
   for (Eigen::Index i = 0; i < yHat.rows(); ++i) EXPECT_NEAR(yHat(i, 0), m, 1e-12);
   EXPECT_TRUE(WithinRelative(ress, (ref.Y.array() - m).square().sum(), 1e-12));
 }
 
-TEST(PartialLeastSquares, RankOneXGivesOneVector) {
+TEST(PartialLeastSquares, RankOneXGivesOneVectorAndConstantColumnsNoneAndNeverHang) {
   ZqPLSMatrix X(6, 3), Y(6, 1);
   for (int i = 0; i < 6; ++i) {
     X.row(i) << i, 2.0 * i, -0.5 * i;
     Y(i, 0) = std::sin(i);
   }
-  ZqPartialLeastSquareRegression pls(1e-6, 1e-6, X, Y);
-  EXPECT_EQ(pls.BuildLatentVectorsViaNIPALS(), 1u);
-}
+  ZqPartialLeastSquareRegression rankOne(1e-6, 1e-6, X, Y);
+  EXPECT_EQ(rankOne.BuildLatentVectorsViaNIPALS(), 1u);
 
-TEST(PartialLeastSquares, ConstantColumnsFindNothingAndNeverHang) {
-  ZqPLSMatrix X(5, 2), Y(5, 1);
+  X.resize(5, 2);
+  Y.resize(5, 1);
   X << 1, 3, 2, 3, 3, 3, 4, 3, 5, 3;
   Y << 1, 0, 1, 0, 1;
   ZqPartialLeastSquareRegression constantX(1e-6, 1e-6, X, Y);

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <sstream>
@@ -75,10 +76,13 @@ std::vector<std::string> Lines(const std::string& text) {
 }
 
 bool HasLine(const std::vector<std::string>& lines, const std::string& line) {
-  for (const std::string& l : lines) {
-    if (l == line) return true;
-  }
-  return false;
+  return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+// Trains without showing the progress that training prints.
+int QuietlyTrained(ZqMolPLSPropertyList& list) {
+  VarimoTest::CaptureOutput out;
+  return list.Train();
 }
 
 // The value after `prefix` on the line that starts with it.
@@ -162,7 +166,6 @@ TEST(MolPLSPropertyList, MissingPropertiesAndResponses) {
   {
     VarimoTest::CaptureOutput out;
     list = std::make_unique<ZqMolPLSPropertyList>(Predictors(bzr), Activity(), 2);
-    out.Text();
   }
   Corvane::ZqScopedThrowCapture capture;
   const auto bare = Molkit::ZqMolFromSmiles("c1ccccc1O");
@@ -189,17 +192,9 @@ TEST(MolPLSPropertyList, MissingPropertiesAndResponses) {
 
   // Cleared, the list starts again.
   list->Clear();
-  {
-    VarimoTest::CaptureOutput out;
-    EXPECT_EQ(list->Train(), 0);
-    out.Text();
-  }
+  EXPECT_EQ(QuietlyTrained(*list), 0);
   for (std::size_t i = 1; i < 40; ++i) ASSERT_TRUE(list->AddTraining(*bzr.mols[i]));
-  {
-    VarimoTest::CaptureOutput out;
-    EXPECT_EQ(list->Train(), 1);
-    out.Text();
-  }
+  EXPECT_EQ(QuietlyTrained(*list), 1);
   EXPECT_TRUE(list->HasProperties(*bzr.mols[1]));
   EXPECT_EQ(list->GetSize(), 2u);
 }
@@ -228,15 +223,14 @@ TEST(MolPLSPropertyList, MoreLatentVectorsThanFoundAreCapped) {
 // scores, which is what the drift constraints of universal kriging demand.
 TEST(MolPLSPropertyList, DrivesUniversalKrigingEndToEnd) {
   Bzr bzr = ReadBzr();
-  VarimoTest::CaptureOutput out;
+  VarimoTest::CaptureOutput out;  // the constructor prints too
   ZqMolPLSPropertyList scores(Predictors(bzr), Activity(), 2);
   for (std::size_t i = 0; i < bzr.mols.size(); ++i) {
     if (i % 10 != 0) {
       ASSERT_TRUE(scores.AddTraining(*bzr.mols[i]));
     }
   }
-  ASSERT_EQ(scores.Train(), 1);
-  out.Text();
+  ASSERT_EQ(QuietlyTrained(scores), 1);
 
   ZqMolKrige model(scores, ZqGlobalKrigeOptions());
   for (std::size_t i = 0; i < bzr.mols.size(); ++i) {

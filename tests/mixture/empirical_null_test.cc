@@ -109,7 +109,6 @@ TEST(EmpiricalNull, SearchOverPairsPrintsAndPicksTheBest) {
   VarimoTest::CaptureOutput quiet;
   const DirGaussGammaMixForEmpiricalNullAlt none =
       FitGaussGammaMixModel(result, probs, models, 0.8, {}, "z", 1.0, 1.0, data);
-  quiet.Text();
   EXPECT_TRUE(models.empty() && probs.empty());
   EXPECT_FALSE(none.Valid());
 }

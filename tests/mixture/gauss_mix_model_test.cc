@@ -78,7 +78,6 @@ TEST(GaussMixFit, FindsTheComponentsScikitLearnFinds) {
     VarimoTest::CaptureOutput quiet;
     const ZqDirichletGaussGammaMixtureModel best =
         FitDirichletGaussGammaMixtureModel(result, probs, models, 1, 5, "x", 1.0, data);
-    quiet.Text();
     ASSERT_TRUE(result.IsSuccessful()) << result.ReportStatResultDetails();
     ASSERT_EQ(models.size(), 5u);
     ASSERT_EQ(probs.size(), 5u);
@@ -144,7 +143,6 @@ TEST(GaussMixFit, ProgressLinesWarningsAndTies) {
   ZqDirichletGaussGammaMixtureModel again(1, "x", 1.0, data);
   VarimoTest::CaptureOutput quiet;
   ASSERT_TRUE(again.FitModel(fitness, 0.0005, 0.0005, 50000).IsSuccessful());
-  quiet.Text();
   std::ostringstream shown;
   shown << "NumComp, OptimalFitness = 1 " << fitness << " ";
   EXPECT_EQ(lines[1].rfind(shown.str(), 0), 0u);
@@ -186,7 +184,6 @@ TEST(GaussMixFit, SlicesStartTheComponentsAndBadSamplesFail) {
   EXPECT_EQ(result.GetFailureType(), F::InternalLogicFailure);
   ZqDirichletGaussGammaMixtureModel withNaN(2, "x", 1.0, {1.0, std::nan(""), 2.0, 3.0});
   EXPECT_FALSE(withNaN.FitModel(fitness, 0.0005, 0.0005, 50000).IsSuccessful());
-  quiet.Text();
   // No components at all is no model.
   ZqStatModelResult count;
   EXPECT_EQ(ZqDirichletGaussGammaMixtureModel(0, "x", 1.0, {1.0}).GetNumComponents(count),

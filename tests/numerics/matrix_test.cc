@@ -239,16 +239,14 @@ TEST(MatrixSizes, DimensionZeroIsAnEmptyProblem) {
 
 // --- Kinds.
 
-TEST(MatrixKinds, LengthOneIsAlwaysTheScalarKind) {
+TEST(MatrixKinds, LengthOneIsTheScalarKindAndThenTheDiagonalKind) {
   const double logDet = Solved<double>(ZqLogDeterminantOfPosDefMatrix, 5, Vec{2.0});
   EXPECT_TRUE(VarimoTest::WithinUlps(logDet, 5.0 * std::log(2.0), 1));
   EXPECT_EQ(Solved(ZqInverseOfPosDefMatrix, 3, Vec{4.0}), Vec{0.25});
   EXPECT_EQ(Solved(ZqSquareRootOfPosDefMatrix, 3, Vec{4.0}), Vec{2.0});
   EXPECT_EQ(Solved(ZqTransposeMatrix, 3, Vec{4.0}), Vec{4.0});
   EXPECT_EQ(Solved<double>(ZqLogDeterminantOfScalarMatrix, 0, Vec{3.0}), 0.0);
-}
 
-TEST(MatrixKinds, DiagonalKind) {
   const Vec d = {4.0, 0.25, 9.0};
   EXPECT_TRUE(VarimoTest::WithinRelative(Solved<double>(ZqLogDeterminantOfPosDefMatrix, 3, d), std::log(9.0), 1e-15));
   EXPECT_EQ(Solved(ZqInverseOfPosDefMatrix, 3, d), (Vec{0.25, 4.0, 1.0 / 9.0}));
@@ -288,16 +286,14 @@ TEST(MatrixDefiniteness, ZeroIsNonNegativeButNotPositive) {
 
 // --- Triangular solves divide without a test.
 
-TEST(TriangularSolves, ZeroPivotGivesInfinityAndSuccess) {
+TEST(TriangularSolves, ZeroPivotGivesInfinityAndOnlyTheLowerTriangleIsRead) {
   const Vec x = Solved(ZqSolveLowerTriangularEquations, 2, Vec{0.0, 0.0, 1.0, 1.0}, Vec{1.0, 1.0});
   EXPECT_TRUE(std::isinf(x.at(0)));
   EXPECT_FALSE(std::isfinite(x.at(1)));
   const Vec inverse = Solved(ZqInverseOfLowerTriangularMatrix, 2, Vec{0.0, 0.0, 1.0, 1.0});
   EXPECT_TRUE(std::isinf(inverse.at(0)));
   EXPECT_EQ(inverse.at(1), 0.0);  // still lower triangular
-}
 
-TEST(TriangularSolves, ReadOnlyTheLowerTriangle) {
   // l = [[2, 0], [1, 4]] with junk above the diagonal; l' x = b by hand:
   // 4 x1 = 8 -> x1 = 2; 2 x0 + x1 = 6 -> x0 = 2.
   const Vec l = {2.0, 99.0, 1.0, 4.0};

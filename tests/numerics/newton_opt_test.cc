@@ -122,18 +122,15 @@ TEST(ZqNewtonOpt, QuadraticInOneStepReadingOnlyTheLowerTriangle) {
   EXPECT_EQ(newton.GetNumIterations(), 0u);
 }
 
-TEST(ZqNewtonOpt, IterationLimitZeroReturnsTheStartAndItsValue) {
+TEST(ZqNewtonOpt, IterationLimitZeroOrAFlatFunctionStopsAtTheStart) {
   TestFunc2 f = Rosenbrock();
-  const Outcome run = Minimise(f, {-1.2, 1.0}, ZqNewtonOpt::kDefaultTolerance, 0);
+  Outcome run = Minimise(f, {-1.2, 1.0}, ZqNewtonOpt::kDefaultTolerance, 0);
   EXPECT_EQ(run.x, (std::vector<double>{-1.2, 1.0}));
   EXPECT_DOUBLE_EQ(run.value, 100.0 * std::pow(1.0 - 1.44, 2) + std::pow(2.2, 2));
   EXPECT_EQ(run.status, Status::IterLimitReached);
   EXPECT_EQ(f.hessianCalls, 0);
-}
-
-TEST(ZqNewtonOpt, FlatFunctionConvergesAtOnce) {
-  TestFunc2 f = OneDim([](double) { return 2.0; }, [](double) { return 0.0; }, [](double) { return 0.0; });
-  const Outcome run = Minimise(f, {5.0});
+  TestFunc2 flat = OneDim([](double) { return 2.0; }, [](double) { return 0.0; }, [](double) { return 0.0; });
+  run = Minimise(flat, {5.0});
   EXPECT_EQ(run.value, 2.0);
   EXPECT_EQ(run.status, Status::Converged);
   EXPECT_EQ(run.x[0], 5.0);
@@ -158,21 +155,19 @@ TEST(ZqNewtonOpt, UnboundedFunctionsStopAtTheIterationLimit) {
   EXPECT_LT(run.value, -0.25);
 }
 
-TEST(ZqNewtonOpt, NaNAtTheStartIsReported) {
-  TestFunc2 f = OneDim([](double x) { return std::log(x); }, [](double x) { return 1.0 / x; },
-                       [](double x) { return -1.0 / (x * x); });
-  const Outcome run = Minimise(f, {-1.0});
+TEST(ZqNewtonOpt, NonFiniteValuesAndGradients) {
+  // NaN at the start is reported as such.
+  TestFunc2 logarithm = OneDim([](double x) { return std::log(x); }, [](double x) { return 1.0 / x; },
+                               [](double x) { return -1.0 / (x * x); });
+  Outcome run = Minimise(logarithm, {-1.0});
   EXPECT_TRUE(std::isnan(run.value));
   EXPECT_EQ(run.status, Status::NonFiniteStart);
   EXPECT_EQ(run.x[0], -1.0);
-}
-
-TEST(ZqNewtonOpt, StepsAroundWhereTheFunctionIsNaN) {
   // x - 2 log x has its minimum at 2 and is NaN below 0; from 5 the first
-  // Newton step, 5 - 0.6 / 0.08, would land at -2.5.
+  // Newton step, 5 - 0.6 / 0.08, would land at -2.5: the step goes around.
   TestFunc2 f = OneDim([](double x) { return x - 2.0 * std::log(x); }, [](double x) { return 1.0 - 2.0 / x; },
                        [](double x) { return 2.0 / (x * x); });
-  Outcome run = Minimise(f, {5.0}, 1e-14);
+  run = Minimise(f, {5.0}, 1e-14);
   EXPECT_EQ(run.status, Status::Converged);
   EXPECT_NEAR(run.x[0], 2.0, kArgTolerance);
   EXPECT_TRUE(VarimoTest::WithinRelative(run.value, 2.0 - 2.0 * std::log(2.0), 1e-14));
@@ -184,13 +179,12 @@ TEST(ZqNewtonOpt, StepsAroundWhereTheFunctionIsNaN) {
   EXPECT_TRUE(std::isfinite(run.value));
   EXPECT_GE(run.x[0], 0.0);
   EXPECT_TRUE(run.status == Status::NoDescent || run.status == Status::IterLimitReached);
-}
-
-TEST(ZqNewtonOpt, NonFiniteGradientStopsWithAFiniteResult) {
-  // Value finite everywhere, gradient NaN beyond 1: the first step lands there.
-  TestFunc2 f = OneDim([](double x) { return (x - 3.0) * (x - 3.0); },
-                       [](double x) { return x > 1.0 ? std::nan("") : 2.0 * (x - 3.0); }, [](double) { return 2.0; });
-  const Outcome run = Minimise(f, {0.0});
+  // Value finite everywhere, gradient NaN beyond 1: the first step lands
+  // there and the run stops with a finite result.
+  TestFunc2 square = OneDim([](double x) { return (x - 3.0) * (x - 3.0); },
+                            [](double x) { return x > 1.0 ? std::nan("") : 2.0 * (x - 3.0); },
+                            [](double) { return 2.0; });
+  run = Minimise(square, {0.0});
   EXPECT_EQ(run.status, Status::NonFiniteDerivatives);
   EXPECT_EQ(run.x[0], 3.0);
   EXPECT_EQ(run.value, 0.0);

@@ -105,7 +105,7 @@ TEST(PredColumnsSmoother, TrainingAndTestTablesHoldThePredictionsAndResiduals) {
   EXPECT_EQ(viewed[1], VarimoBadData::MissingDouble);
 }
 
-TEST(PredColumnsSmoother, ColumnsThatDoNotLineUpAreRefused) {
+TEST(PredColumnsSmoother, ColumnsThatDoNotLineUpAndOtherFailures) {
   const XPlusMeanSimilarity smoother("y", {"x", "S"}, Table());
   unsigned long rows = 0;
   const ZqDataTableCol x4("x4", std::vector<double>{1, 2, 3, 4});
@@ -121,9 +121,8 @@ TEST(PredColumnsSmoother, ColumnsThatDoNotLineUpAreRefused) {
   EXPECT_EQ(Comments(smoother.CheckThatPredColumnsLineUp(rows, {wide, s})),
             (std::vector<std::string>{"input predCol: wide has 2 columns; whereas internal column x has 1 columns"}));
   EXPECT_EQ(smoother.CheckThatPredColumnsLineUp(rows, {s}).GetFailureType(), F::WrongInputVectorSize);
-}
 
-TEST(PredColumnsSmoother, FailuresCarryTheirRoutines) {
+  // Failures carry their routines.
   const XPlusMeanSimilarity missing("y", {"x", "nothing"}, Table());
   EXPECT_FALSE(missing.ModelIsValid());
   EXPECT_EQ(Context(missing.GetResultOfConstructor()).back(),

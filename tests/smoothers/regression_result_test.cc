@@ -71,12 +71,6 @@ TEST(RegressionResult, FailedRunHasNoTableAndStopsTheSummary) {
   EXPECT_EQ(std::string(ZqUniVarRegressResultColTypes::TypeName[1]), "Predictors");
 }
 
-}  // namespace
-}  // namespace Varimo
-
-namespace Varimo {
-namespace {
-
 // Both results plot their table's columns against each other, reading the
 // elements asked for, and add their own method to a failure.
 TEST(RegressionResult, ScatterPlotOfTwoResultColumns) {

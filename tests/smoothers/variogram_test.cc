@@ -54,26 +54,20 @@ std::vector<double> Values(Corvane::ZqIter<const std::pair<double, double>> poin
   return values;
 }
 
-class TanimotoVariogram : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() {
-    refs_ = new std::map<std::string, std::vector<double>>(ReadRefs());
-    table_ = new ZqDataTable(LoadTable(true));
-  }
-  static void TearDownTestSuite() {
-    delete refs_;
-    delete table_;
-  }
-  static const std::vector<double>& Ref(const std::string& key) { return refs_->at(key); }
-  static std::map<std::string, std::vector<double>>* refs_;
-  static ZqDataTable* table_;
-};
-std::map<std::string, std::vector<double>>* TanimotoVariogram::refs_ = nullptr;
-ZqDataTable* TanimotoVariogram::table_ = nullptr;
+// The references and the similarity table, read once for the tests on them.
+const std::vector<double>& Ref(const std::string& key) {
+  static const std::map<std::string, std::vector<double>> refs = ReadRefs();
+  return refs.at(key);
+}
 
-TEST_F(TanimotoVariogram, BinCountsMeansAndTrimmedMeansMatchNumpy) {
+const ZqDataTable& TanimotoTable() {
+  static const ZqDataTable table = LoadTable(true);
+  return table;
+}
+
+TEST(TanimotoVariogram, BinCountsMeansAndTrimmedMeansMatchNumpy) {
   const ZqVariogramBinWeights weights(false, 0.001, 0.1);
-  ZqBinnedVariogramFromSimilarity variogram(*table_, "SimilarityMatrix", "logP", weights, 10);
+  ZqBinnedVariogramFromSimilarity variogram(TanimotoTable(), "SimilarityMatrix", "logP", weights, 10);
   ASSERT_TRUE(variogram.IsValid()) << variogram.GetResultOfConstruction().ReportStatResultDetails();
 
   ASSERT_TRUE(variogram.CalcEmpiricalVariogram(0.001, 0).IsSuccessful());
@@ -100,11 +94,11 @@ TEST_F(TanimotoVariogram, BinCountsMeansAndTrimmedMeansMatchNumpy) {
   for (std::size_t b = 0; b < 10; ++b) EXPECT_TRUE(WithinRelative(binWeights[b], Ref("weights")[b], 1e-14)) << b;
 }
 
-TEST_F(TanimotoVariogram, ExponentialFitRunsToTheLowerBoundLikeScipy) {
+TEST(TanimotoVariogram, ExponentialFitRunsToTheLowerBoundLikeScipy) {
   // On these molecules the variogram is nearly linear in similarity, so the
   // best exponential kernel is the flattest one allowed: scipy's bounded
   // search ends at the bound, and so must the line search.
-  ZqBinnedVariogramFromSimilarity variogram(*table_, "SimilarityMatrix", "logP",
+  ZqBinnedVariogramFromSimilarity variogram(TanimotoTable(), "SimilarityMatrix", "logP",
                                             ZqVariogramBinWeights(false, 0.001, 0.1), 10);
   ASSERT_TRUE(variogram.CalcEmpiricalVariogram(0.0, 0).IsSuccessful());
   double error = 0.0, param = 0.0;
@@ -245,13 +239,12 @@ TEST(SimilarityVariogramEdges, ConstructionAndCallFailures) {
 }
 
 TEST(PredColumnsVariogram, CellsAndGridFitMatchNumpy) {
-  const std::map<std::string, std::vector<double>> refs = ReadRefs();
   const ZqDataTable table = LoadTable(false);
   ZqVariogramOnPredColumns variogram("logP", {"rings", "aromatic"}, table, {3, 4}, false, 0.0, {0.0, 0.0},
                                      ZqSampleStatisticType::Mean, 0.0);
   ASSERT_TRUE(variogram.GetResultOfConstruction().IsSuccessful())
       << variogram.GetResultOfConstruction().ReportStatResultDetails();
-  const std::vector<double>& grid = refs.at("grid");
+  const std::vector<double>& grid = Ref("grid");
   const std::vector<double> counts(grid.begin(), grid.begin() + 12);
   EXPECT_EQ(variogram.GetNumPairsPerBin(), counts);
   for (std::size_t c = 0; c < 12; ++c) {
@@ -274,7 +267,7 @@ TEST(PredColumnsVariogram, CellsAndGridFitMatchNumpy) {
                   .CalcOptimalTheoryVariogram(error, {K::Exponential, K::Exponential}, {-1, -1}, {1.0, 1.0},
                                               {9.0, 9.0}, {5, 5})
                   .IsSuccessful());
-  const std::vector<double>& fit = refs.at("gridfit");
+  const std::vector<double>& fit = Ref("gridfit");
   EXPECT_EQ(variogram.GetKernelParameter(), (std::vector<double>{fit[0], fit[1]}));
   EXPECT_TRUE(WithinRelative(error, fit[2], 1e-9));
   EXPECT_TRUE(WithinRelative(variogram.GetNugget(), fit[3], 1e-9));

@@ -7,7 +7,7 @@
 namespace Corvane {
 namespace {
 
-TEST(ZqBitVector, SetClearTestGrowAndReadOffPastTheEnd) {
+TEST(ZqBitVector, SetClearTestGrowAndReadOffPastTheEndUpToTheSizeLimit) {
   ZqBitVector bits;
   EXPECT_FALSE(bits.IsBitOn(1000));
   EXPECT_TRUE(bits.SetBitOn(70));
@@ -22,14 +22,13 @@ TEST(ZqBitVector, SetClearTestGrowAndReadOffPastTheEnd) {
   bits.ClearBits();
   EXPECT_EQ(bits.CountBitsOn(), 0u);
   EXPECT_EQ(bits.GetSize(), 71u);
-}
 
-TEST(ZqBitVector, SizeLimitIsReportedAndRefused) {
+  // The size limit is reported and refused.
   ZqScopedThrowCapture capture;
-  ZqBitVector bits(8);
-  EXPECT_FALSE(bits.SetBitOn(ZqBitVector::kMaxSize));
-  EXPECT_FALSE(bits.Resize(ZqBitVector::kMaxSize + 1));
-  EXPECT_EQ(bits.GetSize(), 8u);
+  ZqBitVector eight(8);
+  EXPECT_FALSE(eight.SetBitOn(ZqBitVector::kMaxSize));
+  EXPECT_FALSE(eight.Resize(ZqBitVector::kMaxSize + 1));
+  EXPECT_EQ(eight.GetSize(), 8u);
   EXPECT_EQ(capture.Texts(ZqThrowLevel::Error),
             (std::vector<std::string>{"Max size for an ZqBitVector is INT_MAX",
                                       "Max size for an ZqBitVector is INT_MAX"}));

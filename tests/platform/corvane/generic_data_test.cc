@@ -8,16 +8,15 @@
 namespace Corvane {
 namespace {
 
-TEST(ZqGetTag, SameNameSameTagNeverZero) {
+TEST(ZqGenericData, TagsAndTypedDataUnderThem) {
   const unsigned a = ZqGetTag("Contribution");
   EXPECT_NE(a, 0u);
   EXPECT_EQ(ZqGetTag("Contribution"), a);
   EXPECT_NE(ZqGetTag("contribution"), a);
   EXPECT_EQ(ZqGetTagName(a), "Contribution");
   EXPECT_EQ(ZqGetTagName(0), "");
-}
 
-TEST(ZqBase, TypedDataUnderTags) {
+  // Typed data under a tag.
   ZqBase object;
   const unsigned tag = ZqGetTag("logP");
   EXPECT_FALSE(object.HasData(tag));

@@ -23,7 +23,7 @@ TEST(ZqIter, DefaultIsExhausted) {
   EXPECT_FALSE(empty.IsValid());
 }
 
-TEST(ZqIter, OwnedSequenceOutlivesItsSource) {
+TEST(ZqIter, OwnedSequencesOutliveTheirSourceAndCopiesKeepTheirPosition) {
   ZqIter<const std::string> iter;
   {
     std::vector<std::string> source{"a", "b", "c"};
@@ -32,9 +32,6 @@ TEST(ZqIter, OwnedSequenceOutlivesItsSource) {
   EXPECT_EQ(iter.Count(), 3u);
   EXPECT_EQ(Walk(iter), (std::vector<std::string>{"a", "b", "c"}));
   EXPECT_EQ(iter->size(), 1u);
-}
-
-TEST(ZqIter, CopiesKeepTheirOwnPosition) {
   ZqIter<double> first = ZqMakeOwnedIter<double>({1.0, 2.0, 3.0});
   ++first;
   ZqIter<double> second = first;

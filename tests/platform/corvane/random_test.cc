@@ -7,7 +7,7 @@
 namespace Corvane {
 namespace {
 
-TEST(ZqRandom, FixedSeedGivesTheSameStream) {
+TEST(ZqRandom, FixedSeedGivesTheSameStreamOfEvenlySpreadValuesInTheUnitInterval) {
   ZqRandom a(false), b(false);
   a.Seed(0);
   b.Seed(0);
@@ -16,9 +16,8 @@ TEST(ZqRandom, FixedSeedGivesTheSameStream) {
   int differ = 0;
   for (int i = 0; i < 100; ++i) differ += a.NextFloat() != b.NextFloat();
   EXPECT_GT(differ, 90);
-}
 
-TEST(ZqRandom, FloatsStayInHalfOpenUnitIntervalAndSpreadEvenly) {
+  // The values stay in [0, 1) and spread evenly.
   ZqRandom r(false);
   r.Seed(12345);
   std::vector<int> deciles(10, 0);

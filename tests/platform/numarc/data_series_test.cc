@@ -9,7 +9,7 @@
 namespace Numarc {
 namespace {
 
-TEST(NumarcDataSeries, KeepsPointsInOrderAndTheNameAcrossClear) {
+TEST(NumarcDataSeries, KeepsPointsInOrderAndTheNameAndCopiesAreIndependent) {
   ZqDataSeries series;
   EXPECT_EQ(series.GetNumPoints(), 0u);
   EXPECT_EQ(series.GetName(), "");
@@ -24,10 +24,8 @@ TEST(NumarcDataSeries, KeepsPointsInOrderAndTheNameAcrossClear) {
   series.Clear();
   EXPECT_EQ(series.GetNumPoints(), 0u);
   EXPECT_EQ(series.GetName(), "residuals");
-}
 
-TEST(NumarcDataSeries, SetPointsReplacesAndCopiesAreIndependent) {
-  ZqDataSeries series;
+  // SetPoints replaces; copies are independent.
   series.AddPoint(ZqDataPoint(9.0, 9.0));
   series.SetPoints({ZqDataPoint(0.0, 1.0), ZqDataPoint(0.5, 2.0), ZqDataPoint(1.0, 4.0)});
   ASSERT_EQ(series.GetNumPoints(), 3u);
@@ -37,7 +35,7 @@ TEST(NumarcDataSeries, SetPointsReplacesAndCopiesAreIndependent) {
   copy.AddPoint(ZqDataPoint(2.0, 8.0));
   copy.SetName("copy");
   EXPECT_EQ(series.GetNumPoints(), 3u);
-  EXPECT_EQ(series.GetName(), "");
+  EXPECT_EQ(series.GetName(), "residuals");
   EXPECT_EQ(copy.GetNumPoints(), 4u);
 }
 
