@@ -4,6 +4,7 @@
 #include <boost/math/special_functions/digamma.hpp>
 #include <boost/math/special_functions/erf.hpp>
 #include <boost/math/special_functions/gamma.hpp>
+#include <boost/math/special_functions/sin_pi.hpp>
 
 #include <cmath>
 #include <limits>
@@ -48,6 +49,18 @@ double Zqlgamma(double x) noexcept {
   // sides of each, so that limit is the value. -inf joins them: every double
   // that far out is a pole.
   if (IsPoleOfGamma(x)) return kInf;
+  // Boost reflects negative arguments through the parity of floor(x) taken
+  // as an int, which is undefined beyond the int range. Reflect here:
+  // |Gamma(x) Gamma(1 - x)| = pi / |sin(pi x)|, with sin(pi x) from x mod 2,
+  // which fmod gives exactly.
+  if (x < -0x1p30) {
+    const double reduced = std::fmod(x, 2.0);
+    return ZqCallBoostMath([x, reduced] {
+      return std::log(boost::math::constants::pi<double>()) -
+             std::log(std::fabs(boost::math::sin_pi(reduced, ZqBoostMathPolicy()))) -
+             boost::math::lgamma(1.0 - x, ZqBoostMathPolicy());
+    });
+  }
   return ZqCallBoostMath([x] { return boost::math::lgamma(x, ZqBoostMathPolicy()); });
 }
 
