@@ -11,6 +11,7 @@
 #include <limits>
 #include <ostream>
 #include <string>
+#include <tuple>
 
 #include "varimo/numerics/dense_algebra.h"
 
@@ -163,6 +164,28 @@ TEST_P(DenseAlgebra, ThinSvdOfTallAndWideMatrices) {
     for (Eigen::Index i = 1; i < k; ++i) EXPECT_GE(s(i - 1), s(i));
     EXPECT_LT((u * s.asDiagonal() * v.transpose() - m).norm(), 1e-12 * m.norm());
   }
+}
+
+TEST_P(DenseAlgebra, MatrixProductOfBlocks) {
+  // Blocks of larger matrices, whose columns lie further apart than their
+  // rows, against the sums written out.
+  for (const auto& [rows, inner, cols] : {std::tuple<Eigen::Index, Eigen::Index, Eigen::Index>{1, 3, 2}, {40, 33, 35}}) {
+    SCOPED_TRACE(std::to_string(rows) + " x " + std::to_string(inner) + " x " + std::to_string(cols));
+    const Eigen::MatrixXd big = RightHandSides(rows + inner + 5, inner + cols + 5);
+    const auto a = big.block(2, 1, rows, inner);
+    const auto b = big.block(3, 4, inner, cols);
+    const Eigen::MatrixXd product = ZqMatrixProduct(a, b);
+    ASSERT_EQ(product.rows(), rows);
+    ASSERT_EQ(product.cols(), cols);
+    for (Eigen::Index i = 0; i < rows; ++i) {
+      for (Eigen::Index j = 0; j < cols; ++j) {
+        double sum = 0.0;
+        for (Eigen::Index k = 0; k < inner; ++k) sum += a(i, k) * b(k, j);
+        EXPECT_NEAR(product(i, j), sum, 1e-13 * static_cast<double>(inner));
+      }
+    }
+  }
+  EXPECT_EQ(ZqMatrixProduct(Eigen::MatrixXd::Ones(40, 33), Eigen::MatrixXd::Ones(34, 40)).size(), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothPaths, DenseAlgebra, ::testing::Values(ZqDenseBackend::Eigen, ZqDenseBackend::Lapack),

@@ -9,6 +9,7 @@
 //   symmetric indefinite        order 256    (dsytrf, Bunch-Kaufman)
 //   symmetric eigen             order 384    (dsyevd, divide and conquer)
 //   thin SVD                    smaller side 16 (dgesdd; Eigen's Jacobi SVD is slow)
+//   matrix product              smallest size 32 (dgemm)
 //
 // where the two paths crossed on a shared 2-core Zen machine
 // (bench/numerics/dense_bench.cc, medians of interleaved runs); at twice
@@ -156,6 +157,15 @@ class ZqSymmetricIndefiniteFactor {
 // `eigenvalues` unspecified, when the iteration does not converge (not
 // expected for a finite matrix).
 bool ZqSymmetricEigenInPlace(Eigen::MatrixXd& matrix, Eigen::VectorXd& eigenvalues);
+
+// The product a b, on the BLAS's dgemm when each of its three sizes is at
+// least 32 and by Eigen's own product otherwise (where the call costs more
+// than the work). The BLAS's kernels are chosen for the processor at run
+// time, Eigen's are fixed when the library is compiled: on a large product
+// the BLAS is several times as fast. Each element of the product is one sum
+// in the same order whatever the BLAS's thread count. Empty when the inner
+// sizes differ.
+Eigen::MatrixXd ZqMatrixProduct(const Eigen::Ref<const Eigen::MatrixXd>& a, const Eigen::Ref<const Eigen::MatrixXd>& b);
 
 // The thin singular value decomposition m = U diag(s) V' of an r x c
 // matrix: U is r x k, V is c x k and s holds the k = min(r, c) singular
