@@ -3,6 +3,7 @@
 // basis the marginal likelihood's gradient costs O(n) per evaluation.
 #include "varimo/smoothers/gaussian_process.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -124,39 +125,82 @@ void ZqGaussianProcessOnSimilarity::SearchForBestCovarParams() {
   signalVariance_ = sigmaSq;
 }
 
-ZqStatModelResult ZqGaussianProcessOnSimilarity::GetPredictedCenteredResponse(double& predicted, double& averageWeight,
-                                                                              double& estimatedError,
-                                                                              const ZqDataTableCol& similarities) const {
+ZqStatModelResult ZqGaussianProcessOnSimilarity::GetKernelVector(Eigen::VectorXd& k, double& averageWeight,
+                                                                 const ZqDataTableCol& similarities) const {
   const char* routine = "ZqGaussianProcessOnSimilarity::GetPredictedCenteredResponse";
   const std::uint64_t n = GetTrainingTable().GetNumRows();
   if (n != static_cast<std::uint64_t>(transformedResponse_.size())) {
     return ZqMakeFailedResult(F::InternalLogicFailure, routine);
   }
-  Eigen::VectorXd k;
   double sumK = 0.0;
   // The bound is 1 here, though training admits a hair above it.
   ZqStatModelResult result = ZqSimilarityKernelVector(k, sumK, GetTrainingTable(), similarities, kernel_, params_[0],
                                                       signalVariance_, 1.0, routine);
-  if (result.NotSuccessful()) return result;
-  averageWeight = sumK / static_cast<double>(n);
-  const Eigen::VectorXd t = eigenvectors_ * k;
+  if (result.IsSuccessful()) averageWeight = sumK / static_cast<double>(n);
+  return result;
+}
+
+void ZqGaussianProcessOnSimilarity::PredictFromTransformed(double& predicted, double& estimatedError,
+                                                           const Eigen::Ref<const Eigen::VectorXd>& t) const {
   const Eigen::ArrayXd d = signalVariance_ * eigenvalues_.array() + noiseVariance_;
-  predicted = (t.array() * transformedResponse_.array() / d).sum();
+  predicted = responseMean_ + (t.array() * transformedResponse_.array() / d).sum();
   const double v = (t.array().square() / d).sum();
   estimatedError = std::sqrt(signalVariance_ + noiseVariance_ - v);
-  return ZqStatModelResult(true);
 }
 
 ZqStatModelResult ZqGaussianProcessOnSimilarity::GetPredictedResponse(double& predicted, double& averageWeight,
                                                                       double& estimatedError,
                                                                       const ZqDataTableCol& similarities) const {
+  Eigen::VectorXd k;
   ZqStatModelResult result =
       ZqPredictWithChecks(predicted, averageWeight, estimatedError, similarities, !params_.empty(),
-                          "ZqGaussianProcessOnSimilarity::GetPredictedResponse", [&] {
-                            return GetPredictedCenteredResponse(predicted, averageWeight, estimatedError, similarities);
-                          });
-  if (result.IsSuccessful()) predicted += responseMean_;
+                          "ZqGaussianProcessOnSimilarity::GetPredictedResponse",
+                          [&] { return GetKernelVector(k, averageWeight, similarities); });
+  if (result.IsSuccessful()) PredictFromTransformed(predicted, estimatedError, eigenvectors_ * k);
   return result;
+}
+
+ZqStatModelResult ZqGaussianProcessOnSimilarity::GetPredictedResponses(
+    std::vector<double>& predicted, std::vector<double>& averageWeights, std::vector<double>& estimatedErrors,
+    const std::vector<ZqDataTableCol>& similarities) const {
+  const std::size_t count = similarities.size();
+  predicted.assign(count, VarimoBadData::BadDouble);
+  averageWeights.assign(count, VarimoBadData::BadDouble);
+  estimatedErrors.assign(count, VarimoBadData::BadDouble);
+  // Blocks of items: U' K for a block of kernel columns is one matrix
+  // product on the BLAS, where item by item each U' k reads the whole n x n
+  // matrix of eigenvectors again. The block bounds K at 256 columns.
+  constexpr std::size_t kBlock = 256;
+  Eigen::MatrixXd kernels;
+  Eigen::VectorXd k;
+  for (std::size_t first = 0; first < count; first += kBlock) {
+    const std::size_t size = std::min(kBlock, count - first);
+    for (std::size_t q = 0; q < size; ++q) {
+      double& weight = averageWeights[first + q];
+      double unusedPredicted, unusedError;
+      const ZqStatModelResult result =
+          ZqPredictWithChecks(unusedPredicted, weight, unusedError, similarities[first + q], !params_.empty(),
+                              "ZqGaussianProcessOnSimilarity::GetPredictedResponse",
+                              [&] { return GetKernelVector(k, weight, similarities[first + q]); });
+      if (result.NotSuccessful()) {
+        // The items of the block before it are predicted, as in the loop.
+        if (q > 0) {
+          const Eigen::MatrixXd t = ZqMatrixProduct(eigenvectors_, kernels.leftCols(static_cast<Eigen::Index>(q)));
+          for (std::size_t j = 0; j < q; ++j) {
+            PredictFromTransformed(predicted[first + j], estimatedErrors[first + j], t.col(static_cast<Eigen::Index>(j)));
+          }
+        }
+        return result;
+      }
+      if (q == 0) kernels.resize(k.size(), static_cast<Eigen::Index>(size));
+      kernels.col(static_cast<Eigen::Index>(q)) = k;
+    }
+    const Eigen::MatrixXd t = ZqMatrixProduct(eigenvectors_, kernels);
+    for (std::size_t j = 0; j < size; ++j) {
+      PredictFromTransformed(predicted[first + j], estimatedErrors[first + j], t.col(static_cast<Eigen::Index>(j)));
+    }
+  }
+  return ZqStatModelResult(true);
 }
 
 }  // namespace Varimo

@@ -58,6 +58,20 @@ ZqStatModelResult ZqLinearSmootherOnSimilarityBase::GetResultOfConstructor() con
   return setupResult_.NotSuccessful() ? setupResult_ : constructorResult_;
 }
 
+ZqStatModelResult ZqLinearSmootherOnSimilarityBase::GetPredictedResponses(
+    std::vector<double>& predicted, std::vector<double>& averageWeights, std::vector<double>& estimatedErrors,
+    const std::vector<ZqDataTableCol>& similarities) const {
+  const std::size_t count = similarities.size();
+  predicted.assign(count, VarimoBadData::BadDouble);
+  averageWeights.assign(count, VarimoBadData::BadDouble);
+  estimatedErrors.assign(count, VarimoBadData::BadDouble);
+  for (std::size_t q = 0; q < count; ++q) {
+    ZqStatModelResult result = GetPredictedResponse(predicted[q], averageWeights[q], estimatedErrors[q], similarities[q]);
+    if (result.NotSuccessful()) return result;
+  }
+  return ZqStatModelResult(true);
+}
+
 ZqStatModelResult ZqLinearSmootherOnSimilarityBase::GetPredictedResponseCols(ZqDataTableCol& predicted,
                                                                              ZqDataTableCol& averageWeights,
                                                                              ZqDataTableCol& errors,
@@ -71,16 +85,35 @@ ZqStatModelResult ZqLinearSmootherOnSimilarityBase::GetPredictedResponseCols(ZqD
   }
   const std::uint64_t rows = similarities.GetTotalNumRowsInCol();
   std::vector<double> p(rows, VarimoBadData::MissingDouble), w = p, e = p;
+  // The rows go to the batch prediction in blocks, which bounds the memory
+  // of the slices (each as long as the table) at a few megabytes.
+  constexpr std::size_t kBlock = 256;
+  std::vector<std::uint64_t> block;
+  std::vector<ZqDataTableCol> slices;
+  std::vector<double> bp, bw, be;
+  const auto predictBlock = [&] {
+    result = GetPredictedResponses(bp, bw, be, slices);
+    for (std::size_t q = 0; q < block.size(); ++q) {
+      p[block[q]] = bp[q];
+      w[block[q]] = bw[q];
+      e[block[q]] = be[q];
+    }
+    block.clear();
+    slices.clear();
+    return result.IsSuccessful();
+  };
   for (const ZqDataTableRow& row : table.GetRows()) {
     const std::uint64_t r = row.GetRowNumber();
     if (r >= rows) continue;
     // The row's similarities to every row, one element per row.
-    const ZqDataTableCol own = ZqSliceColumn(similarities, r);
-    result = GetPredictedResponse(p[r], w[r], e[r], own);
-    if (result.NotSuccessful()) {
-      result.AddCallContext(routine);
-      return result;
-    }
+    block.push_back(r);
+    slices.push_back(ZqSliceColumn(similarities, r));
+    if (block.size() == kBlock && !predictBlock()) break;
+  }
+  if (result.IsSuccessful() && !block.empty()) predictBlock();
+  if (result.NotSuccessful()) {
+    result.AddCallContext(routine);
+    return result;
   }
   ZqMakePredictionColumns(predicted, averageWeights, errors, responseName_, p, w, e);
   return ZqStatModelResult(true);

@@ -72,6 +72,30 @@ TEST(GaussianProcessOnSimilarity, VariancesAndPredictionsAgreeWithScipyAndScikit
   const ZqStatModelResult refused = gp.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high));
   EXPECT_EQ(refused.GetFailureType(), F::MissingOrBadPredictorValue);
   EXPECT_EQ(predicted, VarimoBadData::BadDouble);
+
+  // Many items at once, more than one block of them with the refused item
+  // last but one: item by item's numbers up to it, its refusal, then
+  // nothing. The batch takes the items through one matrix product, so the
+  // sums run in another order.
+  std::vector<ZqDataTableCol> items;
+  for (std::size_t q = 0; q < 300; ++q) items.emplace_back("s", refs.news[q % refs.news.size()]);
+  items.emplace_back("s", high);
+  items.emplace_back("s", refs.news[0]);
+  std::vector<double> predictions, weights, errors;
+  EXPECT_EQ(VarimoTest::Report(gp.GetPredictedResponses(predictions, weights, errors, items)),
+            VarimoTest::Report(refused));
+  ASSERT_EQ(predictions.size(), items.size());
+  for (std::size_t q = 0; q < 300; ++q) {
+    ASSERT_TRUE(gp.GetPredictedResponse(predicted, weight, error, items[q]).IsSuccessful());
+    EXPECT_NEAR(predictions[q], predicted, 1e-12 * std::fabs(predicted)) << q;
+    EXPECT_EQ(weights[q], weight) << q;
+    EXPECT_NEAR(errors[q], error, 1e-12 * error) << q;
+  }
+  for (std::size_t q = 300; q < items.size(); ++q) {
+    EXPECT_EQ(predictions[q], VarimoBadData::BadDouble);
+    EXPECT_EQ(weights[q], VarimoBadData::BadDouble);
+    EXPECT_EQ(errors[q], VarimoBadData::BadDouble);
+  }
 }
 
 TEST(KrigeOnSimilarity, SimpleAndOrdinaryAgreeWithNumpy) {

@@ -35,6 +35,9 @@ class ZqGaussianProcessOnSimilarity final : public ZqLinearSmootherOnSimilarityB
   bool ModelIsValid() const override { return SetupIsValid() && !params_.empty(); }
   ZqStatModelResult GetPredictedResponse(double& predicted, double& averageWeight, double& estimatedError,
                                          const ZqDataTableCol& similarities) const override;
+  ZqStatModelResult GetPredictedResponses(std::vector<double>& predicted, std::vector<double>& averageWeights,
+                                          std::vector<double>& estimatedErrors,
+                                          const std::vector<ZqDataTableCol>& similarities) const override;
   double GetSignalVariance() const { return signalVariance_; }
   double GetNoiseVariance() const { return noiseVariance_; }
   // The gradient of the profile marginal likelihood in theta = noise /
@@ -46,8 +49,13 @@ class ZqGaussianProcessOnSimilarity final : public ZqLinearSmootherOnSimilarityB
   ZqStatModelResult GetTrainingSetEigenDecomposition();
   ZqStatModelResult GetTransformedTrainingSetResponse();
   void SearchForBestCovarParams();
-  ZqStatModelResult GetPredictedCenteredResponse(double& predicted, double& averageWeight, double& estimatedError,
-                                                 const ZqDataTableCol& similarities) const;
+  // The item's kernel vector k and average weight, with every check of a
+  // single prediction.
+  ZqStatModelResult GetKernelVector(Eigen::VectorXd& k, double& averageWeight,
+                                    const ZqDataTableCol& similarities) const;
+  // The prediction (response mean included) and its error from t = U' k.
+  void PredictFromTransformed(double& predicted, double& estimatedError,
+                              const Eigen::Ref<const Eigen::VectorXd>& t) const;
 
   ZqSimilarityKernel kernel_;
   std::vector<double> params_;

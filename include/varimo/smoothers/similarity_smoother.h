@@ -54,6 +54,15 @@ class ZqLinearSmootherOnSimilarityBase {
   // training row in the training table's order.
   virtual ZqStatModelResult GetPredictedResponse(double& predicted, double& averageWeight, double& estimatedError,
                                                  const ZqDataTableCol& similarities) const = 0;
+  // Many items at once, one similarity column each: the numbers of
+  // GetPredictedResponse item by item (to rounding), the bad double where
+  // no prediction was made. A failure is the first item's failure, as the
+  // loop would give it, and the items after it are not predicted. The
+  // Gaussian process does a block of items in one matrix product with its
+  // eigenvectors, where one item alone is a matrix-vector product.
+  virtual ZqStatModelResult GetPredictedResponses(std::vector<double>& predicted, std::vector<double>& averageWeights,
+                                                  std::vector<double>& estimatedErrors,
+                                                  const std::vector<ZqDataTableCol>& similarities) const;
 
   ZqSimilarityRegressionResult GetTrainingSetResults() const;
   // The rows of `table`, whose similarity column is the smoother's
@@ -147,6 +156,11 @@ class ZqLinearSmootherOnSimilarity {
   ZqStatModelResult GetPredictedResponse(double& predicted, double& averageWeight, double& estimatedError,
                                          const ZqDataTableCol& similarities) const {
     return impl_->GetPredictedResponse(predicted, averageWeight, estimatedError, similarities);
+  }
+  ZqStatModelResult GetPredictedResponses(std::vector<double>& predicted, std::vector<double>& averageWeights,
+                                          std::vector<double>& estimatedErrors,
+                                          const std::vector<ZqDataTableCol>& similarities) const {
+    return impl_->GetPredictedResponses(predicted, averageWeights, estimatedErrors, similarities);
   }
   ZqSimilarityRegressionResult GetTrainingSetResults() const { return impl_->GetTrainingSetResults(); }
   ZqSimilarityRegressionResult GetTestSetResults(const std::string& responseName, const ZqDataTable& table) const {
