@@ -140,6 +140,11 @@ TEST(MolProperties, MolecularWeightAndItsLogarithm) {
   EXPECT_EQ(drift.GetProperty(mc, 0), 4.0);
   std::unique_ptr<Molkit::ZqMolPropertyList> copy(drift.CreateCopy());
   EXPECT_NEAR(copy->GetProperty(mc, 1), 78.114, 1e-9);
+  Molkit::ZqMolPropertyPushList assigned;
+  assigned.Push(Molkit::ZqMolSDDataPropertyFxn("ten"));
+  assigned = drift;
+  ASSERT_EQ(assigned.GetSize(), 2u);
+  EXPECT_EQ(assigned.GetProperty(mc, 0), 4.0);
 }
 
 }  // namespace

@@ -216,6 +216,8 @@ TEST(UnivariateFailures, SetUpsRefuseBadParametersWithANullLaw) {
     EXPECT_EQ(invalid.GetCDF(0.0, result, false), kBad);
     EXPECT_EQ(result.GetFailureType(), F::InvalidProbDistFunc);
     EXPECT_EQ(Context(result), std::vector<std::string>{"ZqUniVarGaussImpl::GetCDF"});
+    EXPECT_EQ(invalid.GetPercentile(0.5, result), kBad);
+    EXPECT_EQ(result.GetFailureType(), F::InvalidProbDistFunc);
   }
   ZqRanVarVec missing(parameters.begin(), parameters.begin() + 1);
   EXPECT_FALSE(ZqUniVarPDF(2, "x", missing, outcomes).Valid());

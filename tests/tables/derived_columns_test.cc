@@ -27,6 +27,7 @@ TEST(DerivedColumns, ReadTheEagerValuesOfTheirRules) {
   const ZqDataTableCol a = Ratio("a", x), b = Ratio("b", y);
   const ZqDataTableCol sum = a + b, diff = a - b, product = a * b, ratio = a / b;
   const ZqDataTableCol root = ZqSqrt(a), log = ZqLog(a), shifted = 3.0 - a, scaled = 2.0 / a;
+  const ZqDataTableCol doubled = 2.0 * a, halved = a / 2.0;
   const ZqDataTableCol average = ZqAverage({a, b}), spread = ZqRange({a, b}), variance = ZqVariance({a, b});
   for (std::uint64_t r = 0; r < x.size(); ++r) {
     SCOPED_TRACE(r);
@@ -38,6 +39,8 @@ TEST(DerivedColumns, ReadTheEagerValuesOfTheirRules) {
     EXPECT_EQ(log.GetDouble(r, 0), std::log(x[r]));
     EXPECT_EQ(shifted.GetDouble(r, 0), 3.0 - x[r]);
     EXPECT_EQ(scaled.GetDouble(r, 0), 2.0 / x[r]);
+    EXPECT_EQ(doubled.GetDouble(r, 0), 2.0 * x[r]);
+    EXPECT_EQ(halved.GetDouble(r, 0), x[r] / 2.0);
     EXPECT_EQ(average.GetDouble(r, 0), (x[r] + y[r]) / 2.0);
     EXPECT_EQ(spread.GetDouble(r, 0), std::fabs(x[r] - y[r]));
     // The sample variance of two values: half the squared difference.
