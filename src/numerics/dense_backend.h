@@ -11,7 +11,7 @@ inline constexpr Eigen::Index kCholeskyOrder = 128;
 inline constexpr Eigen::Index kIndefiniteOrder = 256;
 inline constexpr Eigen::Index kEigenOrder = 384;
 inline constexpr Eigen::Index kSvdSide = 16;
-inline constexpr Eigen::Index kProductSide = 32;
+inline constexpr Eigen::Index kProductSide = 16;
 
 // Whether a factorisation of this order goes to LAPACK.
 bool UseLapack(Eigen::Index order, Eigen::Index threshold);
