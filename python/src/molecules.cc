@@ -377,6 +377,17 @@ void BindMolecules(py::module_& m) {
         }
         return out;
       }, py::arg("molecules"))
+      .def("explain_failures", [](const Varimo::ZqMolModel& model, const Molecules& batch,
+                                  const std::vector<std::size_t>& rows) {
+        // Why each of these rows got no valid prediction, in the program's words.
+        std::vector<std::string> out;
+        for (const std::size_t row : rows) {
+          const bool present = row < batch.mols.size() && batch.mols[row];
+          out.push_back(present ? Varimo::ZqExplainFailedPrediction(model, *batch.mols[row], false)
+                                : std::string("the prediction failed"));
+        }
+        return out;
+      }, py::arg("molecules"), py::arg("rows"))
       .def("kernel", [](const Varimo::ZqMolModel& model) { return ToTuple(model.GetKernel()); })
       .def("trained_kernels", [](const Varimo::ZqMolModel& model) { return ToPython(model.GetTrainedKernels()); })
       .def("variogram", [](const Varimo::ZqMolModel& model) {

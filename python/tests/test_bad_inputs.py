@@ -63,8 +63,10 @@ def test_drift_from_a_dataframe_and_its_absence_in_queries(chembl):
     assert np.all(np.isfinite(model.predict(frame.iloc[:5])))
     with pytest.raises(ValueError, match="no drift column 'logP'"):
         model.predict(frame[["smiles"]])
-    # SMILES alone carry no drift: every prediction fails, each named.
-    with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted"):
+    # SMILES alone carry no drift: every prediction fails, each named with
+    # its reason, as the program names it.
+    with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted: row 0: the drift field "
+                                                      "logP is missing or not a number"):
         assert np.all(np.isnan(model.predict(smiles[:3])))
 
 
@@ -72,7 +74,8 @@ def test_lesser_kernels_predict_what_the_best_cannot():
     alcohols = ["CO", "CCO", "CCCO", "CCCCO", "CCCCCO", "CCCCCCO"]
     longer = ["CCCCCCCO", "CCCCCCCCO", "OCCCCCO"]
     model = varimo.MolKriging().fit(alcohols, [1, 2, 3, 4, 5, 6])
-    with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted"):
+    with pytest.warns(varimo.PredictionWarning, match="3 molecules could not be predicted: row 0: the model gives "
+                                                      "no valid prediction: its kriging variance falls outside"):
         assert np.all(np.isnan(model.predict(longer)))
     assert np.all(np.isfinite(model.set_params(fallback_kernels=True).predict(longer)))
 

@@ -205,8 +205,9 @@ class MolKriging(ChoosingMixin, CoreEstimator):
                                         bool(self.fallback_kernels))
         prediction, variance, valid = predictions.values(self._full_variance())
         failed = dict(data.failures)
-        for row in np.flatnonzero(~valid):
-            failed.setdefault(int(row), "the prediction failed")
+        unexplained = [int(row) for row in np.flatnonzero(~valid) if int(row) not in failed]
+        if unexplained:
+            failed.update(zip(unexplained, self.model_.explain_failures(data.batch, unexplained)))
         report_failures(sorted(failed.items()), self.errors)
         if self.drift:
             outside = [(row, text) for row, text in self.model_.drift_extrapolations(data.batch) if valid[row]]
