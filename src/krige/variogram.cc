@@ -7,7 +7,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <system_error>
+#include <thread>
 
+#include "varimo/krige/parallel_for.h"
 #include "varimo/platform/corvane/error_handler.h"
 
 namespace Varimo {
@@ -24,23 +27,26 @@ constexpr std::size_t kMinZeroBinPairs = 50;
 
 enum class Binned { NoPairs, AllAtZero, Yes };
 
-// Orders the pairs by distance; BreakTies below then orders equal distances.
-// A training set of N records gives N(N-1)/2 pairs, and at that size a radix
-// sort on the bits of the distance runs in about half the time of a
-// comparison sort. Distances without a sign bit order as their bit patterns
-// do, as integers; the radix sort is used for those only (a real distance
-// has no sign bit), since over the whole range of doubles the spread of the
-// patterns overflows the sort's integer arithmetic.
-void SortByDistance(Pairs& pairs) {
-  struct DistanceLess {
-    bool operator()(const std::pair<double, double>& a, const std::pair<double, double>& b) const {
-      return a.first < b.first;
-    }
-  };
+using PairIter = Pairs::iterator;
+
+struct DistanceLess {
+  bool operator()(const std::pair<double, double>& a, const std::pair<double, double>& b) const {
+    return a.first < b.first;
+  }
+};
+
+// Orders [first, last) by distance; BreakTies below then orders equal
+// distances. A training set of N records gives N(N-1)/2 pairs, and at that
+// size a radix sort on the bits of the distance runs in about half the time
+// of a comparison sort. Distances without a sign bit order as their bit
+// patterns do, as integers; the radix sort is used for those only (a real
+// distance has no sign bit), since over the whole range of doubles the
+// spread of the patterns overflows the sort's integer arithmetic.
+void SortByDistance(PairIter first, PairIter last) {
   const bool unsignedDistances =
-      std::none_of(pairs.begin(), pairs.end(), [](const auto& pair) { return std::signbit(pair.first); });
+      std::none_of(first, last, [](const auto& pair) { return std::signbit(pair.first); });
   if (!unsignedDistances) {
-    std::sort(pairs.begin(), pairs.end(), DistanceLess());
+    std::sort(first, last, DistanceLess());
     return;
   }
   struct DistanceBits {
@@ -48,17 +54,17 @@ void SortByDistance(Pairs& pairs) {
       return boost::sort::spreadsort::float_mem_cast<double, std::int64_t>(pair.first) >> shift;
     }
   };
-  boost::sort::spreadsort::integer_sort(pairs.begin(), pairs.end(), DistanceBits(), DistanceLess());
+  boost::sort::spreadsort::integer_sort(first, last, DistanceBits(), DistanceLess());
 }
 
-// Orders each run of equal distances by the squared difference, then by the
-// difference itself (NaN last), so that the order is total. Equal distances
-// are common (Tanimoto distances take few values on small molecules), and a
-// bin boundary inside such a run would otherwise take whichever pairs the
-// sort left there: a global model (pairs i < j) and a local one over the
-// same records (pairs later, earlier: the differences change sign) would
-// bin different pairs and could fit different kernels.
-void BreakTies(Pairs& pairs) {
+// Orders each run of equal distances in [first, last) by the squared
+// difference, then by the difference itself (NaN last), so that the order
+// is total. Equal distances are common (Tanimoto distances take few values
+// on small molecules), and a bin boundary inside such a run would otherwise
+// take whichever pairs the sort left there: a global model (pairs i < j) and
+// a local one over the same records (pairs later, earlier: the differences
+// change sign) would bin different pairs and could fit different kernels.
+void BreakTies(PairIter first, PairIter last) {
   struct TieLess {
     bool operator()(const std::pair<double, double>& a, const std::pair<double, double>& b) const {
       const bool aNaN = std::isnan(a.second), bNaN = std::isnan(b.second);
@@ -68,13 +74,48 @@ void BreakTies(Pairs& pairs) {
       return a.second < b.second;
     }
   };
-  for (auto run = pairs.begin(); run != pairs.end();) {
+  for (auto run = first; run != last;) {
     const double distance = run->first;
-    const auto end =
-        std::find_if(run + 1, pairs.end(), [distance](const auto& pair) { return pair.first != distance; });
+    const auto end = std::find_if(run + 1, last, [distance](const auto& pair) { return pair.first != distance; });
     if (end - run > 1) std::sort(run, end, TieLess());
     run = end;
   }
+}
+
+// Below this many pairs a part is sorted on one thread.
+constexpr std::ptrdiff_t kMinSharedSort = std::ptrdiff_t{1} << 17;
+
+// Sorts [first, last) into the total order of SortByDistance and BreakTies
+// on up to `threads` threads. The pairs are split at a distance taken from
+// an even sample of them, those below it before the rest, and the two parts
+// are sorted side by side. A run of equal distances never straddles the
+// split, and since the order is total, every split gives the same result.
+void SortPairs(PairIter first, PairIter last, unsigned int threads) {
+  const std::ptrdiff_t size = last - first;
+  if (threads > 1 && size >= kMinSharedSort) {
+    constexpr std::ptrdiff_t kSamples = 1023;
+    std::vector<double> sample;
+    sample.reserve(kSamples);
+    for (std::ptrdiff_t k = 0; k < kSamples; ++k) sample.push_back(first[(2 * k + 1) * size / (2 * kSamples)].first);
+    std::nth_element(sample.begin(), sample.begin() + kSamples / 2, sample.end());
+    const double split = sample[kSamples / 2];
+    const PairIter middle =
+        std::partition(first, last, [split](const auto& pair) { return pair.first < split; });
+    if (middle != first && middle != last) {
+      const unsigned int below = threads / 2;
+      std::thread worker;
+      try {
+        worker = std::thread([=] { SortPairs(first, middle, below); });
+      } catch (const std::system_error&) {
+        SortPairs(first, middle, 1);
+      }
+      SortPairs(middle, last, threads - below);
+      if (worker.joinable()) worker.join();
+      return;
+    }
+  }
+  SortByDistance(first, last);
+  BreakTies(first, last);
 }
 
 // The bins as ranges of the (sorted) pairs; a zero-distance bin, when there
@@ -85,10 +126,7 @@ Binned BinRanges(Pairs& pairs, bool sort, std::vector<Range>& bins) {
   // ordering of the sort.
   std::erase_if(pairs, [](const auto& pair) { return std::isnan(pair.first); });
   if (pairs.empty()) return Binned::NoPairs;
-  if (sort) {
-    SortByDistance(pairs);
-    BreakTies(pairs);
-  }
+  if (sort) SortPairs(pairs.begin(), pairs.end(), krige_detail::SharedWorkThreads(pairs.size()));
   const std::size_t total = pairs.size();
   std::size_t start = 0;
   while (start < total && pairs[start].first <= kZeroDistance) ++start;

@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <string>
@@ -93,5 +94,7 @@ ZqSingleThreadedBlas::~ZqSingleThreadedBlas() {
   const std::lock_guard<std::mutex> lock(gScopesMutex);
   if (--gScopes == 0) openblas_set_num_threads(gThreadsBefore);
 }
+
+int ZqBlasThreadCount() { return std::max(1, openblas_get_num_threads()); }
 
 }  // namespace Varimo

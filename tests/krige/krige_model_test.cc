@@ -15,6 +15,7 @@
 #include "test_support.h"
 #include "varimo/krige/condition_estimate.h"
 #include "varimo/krige/kernel_fit.h"
+#include "varimo/krige/krige_system_impl.h"
 #include "varimo/krige/vector_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
 
@@ -92,6 +93,54 @@ TEST(KrigeModels, PredictionsAndVariancesMatchDirectSolves) {
     // So does the prediction without its variance, from weights solved once.
     EXPECT_TRUE(VarimoTest::WithinRelative(model.PredictMean(query), prediction, 1e-10));
   }
+}
+
+// The model's own quadratic work (pairs, their sort, the covariance fill and
+// its norm) is shared among the BLAS's threads
+// outside a single-threaded scope and done on one thread inside it; the
+// results must be the same bits. Points on a small integer grid tie many
+// distances, so the tie order of the sorted pairs is tested too.
+TEST(KrigeModels, SharedWorkGivesTheBitsOfOneThread) {
+  if (ZqBlasThreadCount() < 2) GTEST_SKIP() << "the BLAS runs on one thread here: nothing to compare";
+  auto model = MakeModel<Ordinary>();
+  for (int i = 0; i < 700; ++i) {
+    const Element point = {static_cast<double>(i % 9), static_cast<double>((i / 9) % 8), static_cast<double>(i / 72)};
+    model->AddTraining(point, std::sin(0.7 * i) + 0.1 * point[0]);
+  }
+  ZqKrigeKernel kernel(ZqKrigeKernelType::Exponential);
+  kernel.SetRange(6.0);
+  kernel.SetSill(1.5);
+  kernel.SetNugget(0.1);
+
+  struct Work {
+    std::vector<std::pair<double, double>> pairs;
+    std::vector<double> bins;
+    double normOne = 0.0;
+  };
+  auto work = [&] {
+    Work w;
+    const auto& container = model->GetContainer();
+    EXPECT_TRUE(ZqGetDistAndDiff(w.pairs, container, false));
+    ZqVariogramImpl variogram;
+    EXPECT_TRUE(ZqSetupVariogram(variogram, w.pairs, true));
+    for (unsigned int bin = 0; bin < variogram.GetNumBins(); ++bin) {
+      w.bins.push_back(variogram.GetDistance(bin));
+      w.bins.push_back(variogram.GetSemivariance(bin));
+    }
+    ZqCholeskyFactor factor;
+    krige_detail::FactorCovariance(container, kernel, factor, w.normOne);
+    return w;
+  };
+  const Work shared = work();
+  Work alone;
+  {
+    const ZqSingleThreadedBlas oneThread;
+    alone = work();
+  }
+  ASSERT_EQ(shared.pairs.size(), 700u * 699u / 2u);
+  EXPECT_EQ(shared.pairs, alone.pairs);
+  EXPECT_EQ(shared.bins, alone.bins);
+  EXPECT_EQ(shared.normOne, alone.normOne);
 }
 
 TEST(KrigeModels, ResultListsEveryUniqueElementWithItsCopies) {

@@ -126,6 +126,33 @@ TEST(TrainingContainer, DistancesAreComputedOnceAgainstRepresentatives) {
   EXPECT_EQ(copy.GetUniqueDistance(4, 1), 9.0);
 }
 
+// 150 elements make a table of 11175 distances, more than its first block
+// holds, with copies (rows begun and dropped) between new elements.
+TEST(TrainingContainer, TableAcrossBlocksKeepsEveryRowThroughCopies) {
+  Container container = Plain();
+  auto position = [](int i) { return 0.5 * i * i + 3.0 * i; };
+  for (int i = 0; i < 150; ++i) {
+    container.AddElement(Record(position(i), i));
+    if (i % 7 == 3) container.AddElement(Record(position(i), -i));
+  }
+  ASSERT_EQ(container.GetNumUnique(), 150u);
+  const Container copy(container);
+  Container assigned = Plain();
+  assigned = container;
+  for (int u = 0; u < 150; ++u) {
+    for (int v = 0; v < 150; ++v) {
+      const double expected = std::fabs(position(u) - position(v));
+      ASSERT_EQ(container.GetUniqueDistance(u, v), expected) << u << " " << v;
+      ASSERT_EQ(copy.GetUniqueDistance(u, v), expected) << u << " " << v;
+      ASSERT_EQ(assigned.GetUniqueDistance(u, v), expected) << u << " " << v;
+    }
+  }
+  // Rows added to a copy go on after its packed rows.
+  assigned.AddElement(Record(-1000.0, 0.0));
+  EXPECT_EQ(assigned.GetUniqueDistance(150, 149), std::fabs(-1000.0 - position(149)));
+  EXPECT_EQ(assigned.GetUniqueDistance(148, 3), std::fabs(position(148) - position(3)));
+}
+
 TEST(TrainingContainer, PairsCoverMeasuredRecordsAndCopiesAtZero) {
   Container container = Plain();
   container.AddElement(Record(0, 1));

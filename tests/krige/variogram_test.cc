@@ -82,7 +82,9 @@ TEST(Variogram, LargeCloudsSortByDistanceKeepingEveryPair) {
   std::mt19937_64 engine(7);
   std::uniform_real_distribution<double> uniform(-1.0, 3.0);
   Pairs pairs;
-  for (int i = 0; i < 100000; ++i) pairs.emplace_back(uniform(engine), static_cast<double>(i));
+  // Enough pairs for the sort to be shared among threads where there are
+  // several; the negative and infinite distances take the comparison sort.
+  for (int i = 0; i < 200000; ++i) pairs.emplace_back(uniform(engine), static_cast<double>(i));
   for (double awkward : {0.0, -0.0, 4.9e-324, -4.9e-324, std::numeric_limits<double>::infinity(), -2.5, 1.0}) {
     pairs.emplace_back(awkward, -1.0);
   }

@@ -9,8 +9,9 @@
 
 namespace Varimo {
 
-// sqrt(sum over k of (x[k] - y[k])^2), summed in index order so that the
-// result does not depend on the build. NaN for vectors of different sizes.
+// sqrt(sum over k of (x[k] - y[k])^2), summed in a fixed order (four partial
+// sums over k mod 4, then added pairwise) so that the result does not
+// depend on the build. NaN for vectors of different sizes.
 //
 // With a number of dimensions d, over the first d coordinates only, and NaN
 // for a vector shorter than d: elements may then carry more values than

@@ -39,7 +39,11 @@ class ZqKrigeKernelBase {
   virtual ~ZqKrigeKernelBase() = default;
   virtual std::string GetName() const = 0;
   // The semivariance at `distance`, through the virtual getters, so that a
-  // derived kernel overriding a getter changes its values.
+  // derived kernel overriding a getter changes its values. The models fill
+  // their covariance matrices on the BLAS's threads (ZqBlasThreadCount), so
+  // GetValue must be safe to call from several threads at once, as const
+  // members are expected to be; inside a ZqSingleThreadedBlas scope it is
+  // called from the calling thread only.
   virtual double GetValue(double distance) const = 0;
   virtual double GetRange() const = 0;
   virtual double GetNugget() const = 0;

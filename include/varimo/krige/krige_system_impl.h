@@ -15,6 +15,7 @@
 
 #include "varimo/krige/condition_estimate.h"
 #include "varimo/krige/krige_result.h"
+#include "varimo/krige/parallel_for.h"
 #include "varimo/krige/training_container_impl.h"
 #include "varimo/numerics/dense_algebra.h"
 #include "varimo/platform/corvane/error_handler.h"
@@ -36,18 +37,41 @@ bool FactorCovariance(const ZqKrigeTrainingContainer<T, TT>& container, const Zq
   factor.Reset(n);
   const double sill = kernel.GetSill();
   const double diagonal = sill - kernel.GetValue(0.0);
-  bool finite = std::isfinite(diagonal);
-  Eigen::VectorXd columnSums = Eigen::VectorXd::Constant(n, std::fabs(diagonal));
-  for (Eigen::Index u = 0; u < n; ++u) {
-    const ZqCholeskyFactor::Column column = factor.UpperColumn(u);
-    for (Eigen::Index v = 0; v < u; ++v) {
-      column[v] = sill - kernel.GetValue(container.GetUniqueDistance(static_cast<std::size_t>(u),
-                                                                     static_cast<std::size_t>(v)));
-      finite = finite && std::isfinite(column[v]);
-      columnSums(u) += std::fabs(column[v]);
-      columnSums(v) += std::fabs(column[v]);
+  // The columns are filled by slices on several threads. Each slice sums
+  // the magnitudes of its entries into its own column sums, which are added
+  // up in slice order afterwards: the slices depend on n alone, so the norm
+  // is the same for any number of threads.
+  constexpr Eigen::Index kMaxSlices = 64;
+  const Eigen::Index width = std::max<Eigen::Index>(32, (n + kMaxSlices - 1) / kMaxSlices);
+  const Eigen::Index slices = (n + width - 1) / width;
+  std::vector<Eigen::VectorXd> sliceSums(static_cast<std::size_t>(slices));
+  std::vector<char> sliceFinite(static_cast<std::size_t>(slices), 1);
+  const auto entries = static_cast<std::size_t>(n) * static_cast<std::size_t>(n) / 2;
+  ParallelFor(static_cast<std::size_t>(slices), SharedWorkThreads(entries), [&](std::size_t slice) {
+    const Eigen::Index first = static_cast<Eigen::Index>(slice) * width;
+    const Eigen::Index last = std::min(n, first + width);
+    Eigen::VectorXd sums = Eigen::VectorXd::Zero(last);
+    bool finite = true;
+    for (Eigen::Index u = first; u < last; ++u) {
+      const ZqCholeskyFactor::Column column = factor.UpperColumn(u);
+      for (Eigen::Index v = 0; v < u; ++v) {
+        const double c =
+            sill - kernel.GetValue(container.GetUniqueDistance(static_cast<std::size_t>(u), static_cast<std::size_t>(v)));
+        column[v] = c;
+        finite = finite && std::isfinite(c);
+        sums(u) += std::fabs(c);
+        sums(v) += std::fabs(c);
+      }
+      column[u] = diagonal;
     }
-    column[u] = diagonal;
+    sliceSums[slice] = std::move(sums);
+    sliceFinite[slice] = finite ? 1 : 0;
+  });
+  Eigen::VectorXd columnSums = Eigen::VectorXd::Constant(n, std::fabs(diagonal));
+  bool finite = std::isfinite(diagonal);
+  for (std::size_t slice = 0; slice < sliceSums.size(); ++slice) {
+    columnSums.head(sliceSums[slice].size()) += sliceSums[slice];
+    finite = finite && sliceFinite[slice] != 0;
   }
   normOne = n > 0 ? columnSums.maxCoeff() : 0.0;
   return finite && factor.Factorise();

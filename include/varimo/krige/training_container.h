@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "varimo/krige/distance_triangle.h"
 #include "varimo/krige/element_storage.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/property_list.h"
@@ -182,7 +183,7 @@ class ZqKrigeTrainingContainer {
   // itself), and between the unique elements of two records.
   double GetUniqueDistance(std::size_t a, std::size_t b) const {
     if (a == b) return 0.0;
-    return a > b ? distances_[a][b] : distances_[b][a];
+    return a > b ? distances_.At(a, b) : distances_.At(b, a);
   }
   double GetDataDistance(std::size_t first, std::size_t second) const {
     return GetUniqueDistance(uniqueOfData_[first], uniqueOfData_[second]);
@@ -216,8 +217,7 @@ class ZqKrigeTrainingContainer {
   // miss per read, a third of the time of adding a record.
   std::vector<std::size_t> representatives_;
   std::vector<std::size_t> uniqueOfData_;
-  // Row u holds d(u, v) for v < u; row 0 is empty.
-  std::vector<std::vector<double>> distances_;
+  krige_detail::DistanceTriangle distances_;
 };
 
 // Fills the upper-left n x n block of a square matrix with the covariances

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "varimo/krige/krige_options.h"
+#include "varimo/krige/parallel_for.h"
 #include "varimo/krige/svd_model.h"
 #include "varimo/krige/training_container.h"
 #include "varimo/platform/corvane/error_handler.h"
@@ -145,8 +146,7 @@ bool ZqKrigeTrainingContainer<T, TT>::AddElement(Record record) {
   constexpr double kSameElement = 1e-30;
   const T& element = record.GetElement();
   const std::size_t index = data_.size();
-  std::vector<double> row;
-  row.reserve(uniqueMembers_.size());
+  double* row = distances_.NextRow();
   for (std::size_t u = 0; u < uniqueMembers_.size(); ++u) {
     const double d = (*distFxn_)(element, GetRepresentative(u));
     if (std::fabs(d) < kSameElement) {
@@ -155,9 +155,9 @@ bool ZqKrigeTrainingContainer<T, TT>::AddElement(Record record) {
       data_.push_back(std::move(record));
       return true;
     }
-    row.push_back(d);
+    row[u] = d;
   }
-  distances_.push_back(std::move(row));
+  distances_.CommitRow();
   uniqueOfData_.push_back(uniqueMembers_.size());
   uniqueMembers_.push_back({index});
   representatives_.push_back(index);
@@ -183,7 +183,7 @@ void ZqKrigeTrainingContainer<T, TT>::Clear() {
   uniqueMembers_.clear();
   representatives_.clear();
   uniqueOfData_.clear();
-  distances_.clear();
+  distances_.Clear();
 }
 
 template <class T, class TT>
@@ -225,23 +225,40 @@ bool ZqFillCovarianceMatrix(Eigen::MatrixXd& matrix, const ZqKrigeTrainingContai
 namespace krige_detail {
 
 // The variogram pairs of the records, in order, with the difference of the
-// values given for records i and j by `value(i)`.
+// values given for records i and j by `value(i)`. Each record's row of
+// pairs has its place in `pairs` known beforehand, so the rows are filled
+// on several threads and the result is the same for any number of them.
 template <class T, class TT, class Value>
 void CollectPairs(std::vector<std::pair<double, double>>& pairs, const ZqKrigeTrainingContainer<T, TT>& container,
                   bool includeUnmeasured, Value value) {
   pairs.clear();
   const auto& data = container.GetData();
-  std::size_t counted = 0;
-  for (const auto& record : data) counted += record.isUnmeasured ? 0 : 1;
-  const std::size_t pairable = includeUnmeasured ? data.size() : counted;
-  pairs.reserve(pairable * (pairable - (pairable > 0 ? 1 : 0)) / 2);
-  for (std::size_t i = 0; i < data.size(); ++i) {
-    if (data[i].isUnmeasured && !includeUnmeasured) continue;
-    for (std::size_t j = i + 1; j < data.size(); ++j) {
-      if (data[j].isUnmeasured && (data[i].isUnmeasured || !includeUnmeasured)) continue;
-      pairs.emplace_back(container.GetDataDistance(i, j), value(i) - value(j));
-    }
+  const std::size_t n = data.size();
+  // Record i pairs with the later records j that are measured, and with
+  // every later record when unmeasured ones are included and i is measured.
+  std::vector<std::size_t> rowStart(n + 1, 0);
+  std::size_t measuredAfter = 0;
+  for (std::size_t i = n; i-- > 0;) {
+    const bool rowCounts = includeUnmeasured || !data[i].isUnmeasured;
+    const bool allLater = includeUnmeasured && !data[i].isUnmeasured;
+    rowStart[i] = rowCounts ? (allLater ? n - 1 - i : measuredAfter) : 0;
+    measuredAfter += data[i].isUnmeasured ? 0 : 1;
   }
+  std::size_t total = 0;
+  for (std::size_t i = 0; i <= n; ++i) {
+    const std::size_t length = rowStart[i];
+    rowStart[i] = total;
+    total += i < n ? length : 0;
+  }
+  pairs.resize(total);
+  ParallelFor(n, SharedWorkThreads(total), [&](std::size_t i) {
+    if (data[i].isUnmeasured && !includeUnmeasured) return;
+    std::size_t at = rowStart[i];
+    for (std::size_t j = i + 1; j < n; ++j) {
+      if (data[j].isUnmeasured && (data[i].isUnmeasured || !includeUnmeasured)) continue;
+      pairs[at++] = {container.GetDataDistance(i, j), value(i) - value(j)};
+    }
+  });
 }
 
 // The residual of every record after a least-squares fit of the responses

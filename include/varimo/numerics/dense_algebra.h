@@ -71,6 +71,13 @@ class ZqSingleThreadedBlas {
   ZqSingleThreadedBlas& operator=(const ZqSingleThreadedBlas&) = delete;
 };
 
+// The threads a BLAS call made now would run on: the process's BLAS thread
+// count, 1 while a ZqSingleThreadedBlas scope lives. The kriging models'
+// own quadratic training work (the variogram's pairs, the covariance
+// matrix) is spread over this many threads by the same rule, and comes out
+// the same for any count.
+int ZqBlasThreadCount();
+
 // The upper Cholesky factor U of a symmetric positive definite matrix
 // C = U' U, and the solves with it. Small matrices are held whole; from
 // order 128 on, the factor is held in LAPACK's rectangular full packed form,
