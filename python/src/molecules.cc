@@ -388,6 +388,10 @@ void BindMolecules(py::module_& m) {
         }
         return out;
       }, py::arg("molecules"), py::arg("rows"))
+      .def("explain_no_kernel", [](const Varimo::ZqMolModel& model, const std::vector<std::string>& warnings) {
+        // Why training failed, in the program's words, given what it reported.
+        return Varimo::ZqExplainNoKernel(model, warnings);
+      }, py::arg("warnings"))
       .def("kernel", [](const Varimo::ZqMolModel& model) { return ToTuple(model.GetKernel()); })
       .def("trained_kernels", [](const Varimo::ZqMolModel& model) { return ToPython(model.GetTrainedKernels()); })
       .def("variogram", [](const Varimo::ZqMolModel& model) {

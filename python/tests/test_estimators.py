@@ -120,11 +120,21 @@ def test_reports_show_in_notebooks_and_write_files(small, tmp_path):
 
 
 def test_library_messages_reach_logging(caplog):
-    # One molecule makes no pair for a variogram: the engine says why.
+    # One molecule makes no pair for a variogram: the engine warns, and the
+    # error gives the reason in the program's words.
     with caplog.at_level(logging.WARNING, logger="varimo"):
-        with pytest.raises(RuntimeError, match="no kernel could be trained on 1 molecules: .*variogram"):
+        with pytest.raises(RuntimeError, match="no kernel could be trained on 1 molecules: one molecule is not enough$"):
             varimo.MolKriging().fit(["CCO"], [1.0])
     assert any("variogram" in r.getMessage() for r in caplog.records)
+    with pytest.raises(RuntimeError, match=r"on 3 molecules: all 3 responses are equal \(2\)$"):
+        varimo.MolKriging().fit(["CCO", "CCN", "CCCl"], [2.0, 2.0, 2.0])
+
+
+def test_a_named_kernel_that_cannot_train_is_named(chembl):
+    # The Gaussian kernel's covariance matrix of these molecules is not
+    # positive definite, which no warning of the engine says.
+    with pytest.raises(RuntimeError, match="the Gaussian kernel gives no covariance matrix that factorises$"):
+        varimo.MolKriging(kernel="Gaussian").fit(chembl["smiles"][300:360], chembl["y"][300:360])
 
 
 def test_neighbours_name_rows_of_the_training_file_around_left_out_records(chembl, tmp_path):

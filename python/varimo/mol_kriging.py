@@ -38,9 +38,9 @@ def report_failures(failures, errors, noun="molecules"):
     warnings.warn(message, PredictionWarning, stacklevel=3)
 
 
-def no_kernel_error(n, reported):
+def no_kernel_error(n, reported, items="rows"):
     reason = "; ".join(reported[-3:]) if reported else "no reason given"
-    return RuntimeError(f"no kernel could be trained on {n} molecules: {reason}")
+    return RuntimeError(f"no kernel could be trained on {n} {items}: {reason}")
 
 
 class MolKriging(ChoosingMixin, CoreEstimator):
@@ -164,7 +164,8 @@ class MolKriging(ChoosingMixin, CoreEstimator):
             raise ValueError("no molecule is left to train on")
         trained, reported = _messages.call(model.train)
         if not trained:
-            raise no_kernel_error(model.num_records, reported)
+            reason = model.explain_no_kernel(reported)
+            raise RuntimeError(f"no kernel could be trained on {model.num_records} molecules: {reason}")
         refused = set(refused)
         self._set_fitted(model, np.array([r for r in rows if r not in refused], dtype=np.int64))
         return self

@@ -1,8 +1,6 @@
 #include "mol_model_source.h"
 
-#include <cmath>
 #include <cstdio>
-#include <set>
 
 #include "messages.h"
 #include "varimo/mol/mol_model_file.h"
@@ -16,29 +14,6 @@ std::vector<const Molkit::ZqMolBase*> Pointers(const std::vector<std::unique_ptr
   std::vector<const Molkit::ZqMolBase*> pointers;
   for (const auto& mol : mols) pointers.push_back(mol.get());
   return pointers;
-}
-
-// Why no kernel trains, as far as the data tell; the engine's last warning
-// otherwise.
-std::string WhyNoKernel(const Varimo::ZqMolModel& model, const std::vector<std::string>& warnings) {
-  const std::vector<double>& y = model.GetResponses();
-  if (y.size() < 2) return "one molecule is not enough";
-  const std::set<double> distinct(y.begin(), y.end());
-  if (distinct.size() == 1) return "all " + std::to_string(y.size()) + " responses are equal (" + Number(y[0]) + ")";
-  for (double value : y) {
-    // Squared differences of such values overflow the variogram.
-    if (std::fabs(value) > 1e150) return "a response of " + Number(value) + " is too large to square";
-  }
-  std::set<std::string> smiles;
-  for (std::size_t i = 0; i < model.GetNumRecords(); ++i) smiles.insert(model.GetRecord(i).GetCanonicalSmiles());
-  if (smiles.size() == 1) return "all " + std::to_string(y.size()) + " records are one molecule";
-  if (!warnings.empty()) {
-    // The model's own reasons come without the routine that found them.
-    const std::string prefix = "ZqMolModel::Train, ";
-    const std::string& last = warnings.back();
-    return last.rfind(prefix, 0) == 0 ? last.substr(prefix.size()) : last;
-  }
-  return "no candidate kernel gives a covariance matrix that factorises";
 }
 
 }  // namespace
@@ -116,7 +91,7 @@ std::optional<Varimo::ZqMolModel> ObtainModel(const Arguments& args, int& status
   for (const std::string& text : warnings) Corvane::ZqThrow.Warning(text);
   if (!model.IsTrained()) {
     status = kTrainingFailed;
-    Say("no kernel could be trained on " + args.trainPath + ": " + WhyNoKernel(model, warnings));
+    Say("no kernel could be trained on " + args.trainPath + ": " + Varimo::ZqExplainNoKernel(model, warnings));
     return std::nullopt;
   }
   return model;

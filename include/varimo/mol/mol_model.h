@@ -146,4 +146,11 @@ class ZqMolModel {
   std::unique_ptr<Fallbacks> fallbacks_;  // made anew whenever the model trains
 };
 
+// Why no kernel trains on the model's records, in words for a message: too
+// few records, equal responses, a response too large to square, one
+// molecule only; else the last of `warnings` (those Train reported), else
+// that no candidate (or the one kernel of the settings, by name) gives a
+// covariance matrix that factorises.
+std::string ZqExplainNoKernel(const ZqMolModel& model, const std::vector<std::string>& warnings);
+
 }  // namespace Varimo

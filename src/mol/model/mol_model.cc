@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <numeric>
 #include <optional>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "varimo/krige/kernel_fit.h"
@@ -239,6 +242,34 @@ ZqKrigeKernel ZqMolModel::GetKernel() const {
 double ZqMolModel::GetMeanResponse() const {
   if (responses_.empty()) return std::numeric_limits<double>::quiet_NaN();
   return std::accumulate(responses_.begin(), responses_.end(), 0.0) / static_cast<double>(responses_.size());
+}
+
+std::string ZqExplainNoKernel(const ZqMolModel& model, const std::vector<std::string>& warnings) {
+  auto number = [](double value) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.17g", value);
+    return std::string(text);
+  };
+  const std::vector<double>& y = model.GetResponses();
+  if (y.size() < 2) return "one molecule is not enough";
+  const std::set<double> distinct(y.begin(), y.end());
+  if (distinct.size() == 1) return "all " + std::to_string(y.size()) + " responses are equal (" + number(y[0]) + ")";
+  for (double value : y) {
+    // Squared differences of such values overflow the variogram.
+    if (std::fabs(value) > 1e150) return "a response of " + number(value) + " is too large to square";
+  }
+  std::set<std::string> smiles;
+  for (std::size_t i = 0; i < model.GetNumRecords(); ++i) smiles.insert(model.GetRecord(i).GetCanonicalSmiles());
+  if (smiles.size() == 1) return "all " + std::to_string(y.size()) + " records are one molecule";
+  if (!warnings.empty()) {
+    // The model's own reasons come without the routine that found them.
+    const std::string prefix = "ZqMolModel::Train, ";
+    const std::string& last = warnings.back();
+    return last.rfind(prefix, 0) == 0 ? last.substr(prefix.size()) : last;
+  }
+  const std::string& kernel = model.GetSettings().kernel;
+  if (!kernel.empty()) return "the " + kernel + " kernel gives no covariance matrix that factorises";
+  return "no candidate kernel gives a covariance matrix that factorises";
 }
 
 }  // namespace Varimo
