@@ -301,7 +301,12 @@ TEST(LocalKrige, StateCopiesAndConstQueries) {
   AddReferences(*fresh);
   EXPECT_GT(fresh->GetFullVariogram().GetNumBins(), 2u);
   EXPECT_EQ(fresh->GetVariogram().GetNumBins(), 0u);
-  EXPECT_FALSE(fresh->Train());
+  {
+    Corvane::ZqScopedThrowCapture capture;
+    EXPECT_FALSE(fresh->Train());
+    EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
+              std::vector<std::string>{"ZqLocalKrigeImpl::Train() failed, not enough data to construct variogram"});
+  }
   fresh->Clear();
   EXPECT_EQ(fresh->GetNumData(), 0u);
   AddReferences(*fresh);
