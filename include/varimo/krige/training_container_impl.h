@@ -236,6 +236,7 @@ void CollectPairs(std::vector<std::pair<double, double>>& pairs, const ZqKrigeTr
   const std::size_t n = data.size();
   // Record i pairs with the later records j that are measured, and with
   // every later record when unmeasured ones are included and i is measured.
+  // rowStart holds the length of each row first, then where it starts.
   std::vector<std::size_t> rowStart(n + 1, 0);
   std::size_t measuredAfter = 0;
   for (std::size_t i = n; i-- > 0;) {
