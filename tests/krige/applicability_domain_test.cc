@@ -56,6 +56,12 @@ TEST(ApplicabilityDomain, ThresholdLeavesEachElementOutAndNeedsTwoElements) {
   const ZqApplicabilityDomain none({}, ZqDomainOptions());
   EXPECT_TRUE(std::isnan(none.GetThreshold()));
   EXPECT_FALSE(none.Assess({0.0}, 0.0, 1.0).inDomain);
+  // So does a quantile that is not a probability.
+  for (double quantile : {-0.1, 1.5, std::nan("")}) {
+    ZqDomainOptions options;
+    options.quantile = quantile;
+    EXPECT_TRUE(std::isnan(ZqApplicabilityDomain({1.0, 1.0, 2.0, 7.0}, options).GetThreshold())) << quantile;
+  }
 }
 
 }  // namespace

@@ -76,6 +76,8 @@ struct BatchCase {
   bool simple;
   ZqBatchKind batch;
   ZqAcquisitionKind acquisition;
+  // Fewer than the pool: the bounds and replays must find the same picks.
+  std::size_t candidates = 20;
 };
 
 class SequentialBatch : public ::testing::TestWithParam<BatchCase> {};
@@ -91,16 +93,17 @@ TEST_P(SequentialBatch, EqualsRefittedModels) {
   options.batch = c.batch;
   options.acquisition.kind = c.acquisition;
   options.picks = 6;
-  options.candidates = 20;  // fewer than the pool: the bounds and replays must find the same picks
+  options.candidates = c.candidates;
   const ZqSelection chosen = Select(*model, d.pool, options);
   ASSERT_TRUE(chosen.Ok()) << chosen.error;
   ASSERT_EQ(chosen.picks.size(), 6u);
 
   auto refit = Trained(c.local, c.simple);
   std::vector<double> responses = d.responses;
-  const double liar = c.batch == ZqBatchKind::LiarMax
-                          ? *std::max_element(responses.begin(), responses.end())
-                          : std::accumulate(responses.begin(), responses.end(), 0.0) / responses.size();
+  const double liar = c.batch == ZqBatchKind::LiarMax   ? *std::max_element(responses.begin(), responses.end())
+                     : c.batch == ZqBatchKind::LiarMin ? *std::min_element(responses.begin(), responses.end())
+                                                       : std::accumulate(responses.begin(), responses.end(), 0.0) /
+                                                             static_cast<double>(responses.size());
   std::set<std::size_t> picked;
   for (const ZqSelectionPick& pick : chosen.picks) {
     ASSERT_TRUE(refit->TrainFixed(Kernel()));
@@ -134,7 +137,11 @@ INSTANTIATE_TEST_SUITE_P(
         // the liar at the mean response leaves a refitted model's mean as it is.
         BatchCase{"SimpleLiarMeanUCB", 0, true, ZqBatchKind::LiarMean, ZqAcquisitionKind::UpperConfidenceBound},
         BatchCase{"OrdinaryLiarMaxPI", 0, false, ZqBatchKind::LiarMax, ZqAcquisitionKind::ProbabilityOfImprovement},
-        BatchCase{"LocalBelieverEI", 8, false, ZqBatchKind::Believer, ZqAcquisitionKind::ExpectedImprovement}),
+        BatchCase{"LocalBelieverEI", 8, false, ZqBatchKind::Believer, ZqAcquisitionKind::ExpectedImprovement},
+        // The lie at the smallest response pulls down the neighbours of each
+        // pick, so that members left out of the few candidates must be
+        // replayed and join the batch.
+        BatchCase{"OrdinaryLiarMinGreedyFewCandidates", 0, false, ZqBatchKind::LiarMin, ZqAcquisitionKind::Greedy, 1}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(BatchSelection, PicksRespectExclusionsDuplicatesAndThreads) {

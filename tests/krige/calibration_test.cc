@@ -47,6 +47,12 @@ TEST(Calibration, FiguresMatchReference) {
   const auto [lower, upper] = conformal.GetInterval(5.0, 0.25, 0.1);
   EXPECT_DOUBLE_EQ(lower, 5.0 - 0.5 * expected["q10"]);
   EXPECT_DOUBLE_EQ(upper, 5.0 + 0.5 * expected["q10"]);
+  // The simpler option, the normal interval with the fitted variance scale;
+  // 1.6448536269514722 is scipy's norm.ppf(0.95).
+  const auto [normalLower, normalUpper] = conformal.GetScaledNormalInterval(5.0, 0.25, 0.1);
+  const double normalHalf = 1.6448536269514722 * std::sqrt(expected["scale"] * 0.25);
+  EXPECT_NEAR(normalLower, 5.0 - normalHalf, 1e-12);
+  EXPECT_NEAR(normalUpper, 5.0 + normalHalf, 1e-12);
 }
 
 TEST(Calibration, EdgeCases) {

@@ -51,7 +51,8 @@ class ZqApplicabilityDomain {
   // No threshold: nothing is in the domain.
   ZqApplicabilityDomain() = default;
   // From the leave-one-out nearest distances of the unique training
-  // elements; fewer than two elements leave the threshold NaN.
+  // elements; fewer than two elements, or a quantile outside [0, 1] (NaN
+  // included), leave the threshold NaN.
   ZqApplicabilityDomain(std::vector<double> nearestDistances, const ZqDomainOptions& options);
 
   // From a trained global model's table of distances between its unique
