@@ -35,12 +35,11 @@ class DistanceTriangle {
   DistanceTriangle(DistanceTriangle&&) noexcept = default;
   DistanceTriangle& operator=(DistanceTriangle&&) noexcept = default;
 
-  std::size_t Rows() const { return rows_.size(); }
-  const double* Row(std::size_t u) const { return rows_[u]; }
   double At(std::size_t u, std::size_t v) const { return rows_[u][v]; }
 
-  // Room for the next row (Rows() values), valid until the next call; the
-  // row joins the table at CommitRow, and is dropped when it never does.
+  // Room for the next row (one value per row so far), valid until the next
+  // call; the row joins the table at CommitRow, and is dropped when it
+  // never does.
   double* NextRow() { return NextRow(rows_.size()); }
   void CommitRow() {
     const std::size_t length = rows_.size();
