@@ -67,21 +67,16 @@ TEST(Multivariate, DensitiesAndMarginalsAgreeWithScipy) {
     if (key == "mvn_pdf") {
       EXPECT_NEAR(gauss.GetDensity({v[0], v[1], v[2]}, result, true), v[3], 1e-13 * v[3]);
       EXPECT_TRUE(result.IsSuccessful());
-    } else if (key == "mvt_pdf") {
-      EXPECT_NEAR(t.GetDensity({v[0], v[1], v[2]}, result, false), v[3], 1e-13 * v[3]);
     }
+    if (key == "mvt_pdf") EXPECT_NEAR(t.GetDensity({v[0], v[1], v[2]}, result, false), v[3], 1e-13 * v[3]);
   }
   const ZqUniVarPDF b = gauss.GetUnivariateMarginal("b", result);
   ASSERT_TRUE(result.IsSuccessful());
   const ZqMultiVarPDF ac = gauss.GetMultivariateMarginal({"a", "c"}, result);
   ASSERT_TRUE(result.IsSuccessful());
   for (const auto& [key, v] : refs) {
-    if (key == "mvn_marginal_b") {
-      EXPECT_NEAR(b.GetDensity(v[0], result, true), v[1], 1e-13 * v[1]);
-    }
-    if (key == "mvn_marginal_ac") {
-      EXPECT_NEAR(ac.GetDensity({v[0], v[1]}, result, true), v[2], 1e-13 * v[2]);
-    }
+    if (key == "mvn_marginal_b") EXPECT_NEAR(b.GetDensity(v[0], result, true), v[1], 1e-13 * v[1]);
+    if (key == "mvn_marginal_ac") EXPECT_NEAR(ac.GetDensity({v[0], v[1]}, result, true), v[2], 1e-13 * v[2]);
   }
   // At the mean the density is the normalising constant alone.
   EXPECT_NEAR(gauss.GetDensity(kMean, result, true), 0.047000097954721244, 1e-15);
@@ -171,27 +166,13 @@ TEST(Mixture, GaussianMixtureAgreesWithScipy) {
   ASSERT_TRUE(result.IsSuccessful());
   for (const auto& [key, v] : References()) {
     SCOPED_TRACE(key);
-    if (key == "mix_pdf") {
-      EXPECT_NEAR(mix.GetDensity(v[0], result, true), v[1], 1e-13 * v[1]);
-    }
-    if (key == "mix_cdf") {
-      EXPECT_NEAR(mix.GetCDF(v[0], result, true), v[1], 1e-13);
-    }
-    if (key == "mix_ppf") {
-      EXPECT_NEAR(mix.GetPercentile(v[0], result), v[1], 1e-8);
-    }
-    if (key == "mix_mean") {
-      EXPECT_NEAR(mix.GetMean(result), v[0], 1e-14);
-    }
-    if (key == "mix_variance") {
-      EXPECT_NEAR(mix.GetVariance(result), v[0], 1e-13);
-    }
-    if (key == "tmix_pdf") {
-      EXPECT_NEAR(tmix.GetDensity(v[0], result, true), v[1], 1e-12 * v[1]);
-    }
-    if (key == "tmix_cdf") {
-      EXPECT_NEAR(tmix.GetCDF(v[0], result, true), v[1], 1e-12);
-    }
+    if (key == "mix_pdf") EXPECT_NEAR(mix.GetDensity(v[0], result, true), v[1], 1e-13 * v[1]);
+    if (key == "mix_cdf") EXPECT_NEAR(mix.GetCDF(v[0], result, true), v[1], 1e-13);
+    if (key == "mix_ppf") EXPECT_NEAR(mix.GetPercentile(v[0], result), v[1], 1e-8);
+    if (key == "mix_mean") EXPECT_NEAR(mix.GetMean(result), v[0], 1e-14);
+    if (key == "mix_variance") EXPECT_NEAR(mix.GetVariance(result), v[0], 1e-13);
+    if (key == "tmix_pdf") EXPECT_NEAR(tmix.GetDensity(v[0], result, true), v[1], 1e-12 * v[1]);
+    if (key == "tmix_cdf") EXPECT_NEAR(tmix.GetCDF(v[0], result, true), v[1], 1e-12);
   }
   // The 101-point scan lands within a step of the taller component's mode.
   const double mode = mix.GetMode(result);

@@ -6,7 +6,6 @@
 
 #include <boost/math/quadrature/gauss_kronrod.hpp>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -243,15 +242,11 @@ TEST(UnivariateFailures, OutcomesOutsideTheSupportAndPercentileRange) {
   const ZqUniVarPDF steep = ZqGamma("g", 0.5, 1.0, result);
   EXPECT_EQ(steep.GetDensity(0.0, result, false), kInf);
 
-  for (const double p : {-0.1, 1.5, std::nan("")}) {
+  for (const double p : {-0.1, std::nan(""), 1.5}) {
     EXPECT_EQ(gamma.GetPercentile(p, result), kBad);
     EXPECT_EQ(result.GetFailureType(), F::ArgumentOutOfRange);
   }
-  EXPECT_EQ(Comments([&] {
-              gamma.GetPercentile(1.5, result);
-              return result;
-            }()),
-            std::vector<std::string>{"percentile must be between 0 and 1 Argument entered: 1.5"});
+  EXPECT_EQ(Comments(result), std::vector<std::string>{"percentile must be between 0 and 1 Argument entered: 1.5"});
   // 0 and 1 pass the range test; the Gaussian's bracket never closes on
   // them, and the search gives up after its 100 steps.
   const ZqUniVarPDF normal = ZqUnivariateGaussian("n", 0.0, 1.0, result);
@@ -298,14 +293,11 @@ TEST(UnivariateFailures, UndefinedMoments) {
   EXPECT_NEAR(heavy.GetMean(result), (std::tgamma(0.4) - 1.0) / 0.6, 1e-14);
 }
 
-TEST(UnivariateFailures, GevAtShapeZeroIsGumbel) {
+// Its density, CDF and percentile at shape 0 are among the scipy references.
+TEST(UnivariateFailures, GevMomentsAtShapeZeroAreGumbels) {
   ZqStatModelResult result;
   const ZqUniVarPDF gev = ZqGeneralizedExtremeValue("v", 1.0, 2.0, 0.0, result);
   const ZqUniVarPDF gumbel = ZqGumbel("u", 1.0, 2.0, result);
-  for (const double x : {-3.0, 0.0, 1.0, 4.5, 12.0}) {
-    EXPECT_EQ(gev.GetDensity(x, result, true), gumbel.GetDensity(x, result, true));
-    EXPECT_EQ(gev.GetCDF(x, result, true), gumbel.GetCDF(x, result, true));
-  }
   EXPECT_EQ(gev.GetMean(result), gumbel.GetMean(result));
   EXPECT_EQ(gev.GetVariance(result), gumbel.GetVariance(result));
 }

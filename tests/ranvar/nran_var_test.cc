@@ -3,10 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
-#include <memory>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -47,6 +44,31 @@ ResultReport Refusal(const char* kind, const char* dataType) {
                        dataType + "\n"}};
 }
 
+// The ten checked requests, each with the kind of value it asks for (0
+// double, 1 vector, 2 matrix) and whether it loads.
+struct Request {
+  const char* method;
+  int kind;
+  bool load;
+  std::function<void(nZqRanVar&, ZqStatModelResult&)> call;
+};
+
+std::vector<Request> CheckedRequests() {
+  return {
+      {"LoadRanVarVal", 0, true, [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarVal(r, 42.0); }},
+      {"GetRanVarVal", 0, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVal(r); }},
+      {"LoadRanVarVec", 1, true, [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarVec(r, Vec({42.0})); }},
+      {"GetRanVarVec", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVec(r); }},
+      {"GetConstRanVarVecPtr", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetConstRanVarVecPtr(r); }},
+      {"GetRanVarVecPtr", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVecPtr(r); }},
+      {"LoadRanVarMat", 2, true,
+       [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarMat(r, Eigen::MatrixXd::Constant(1, 1, 42.0)); }},
+      {"GetRanVarMat", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarMat(r); }},
+      {"GetConstRanVarMatPtr", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetConstRanVarMatPtr(r); }},
+      {"GetRanVarMatPtr", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarMatPtr(r); }},
+  };
+}
+
 TEST(nZqRanVar, DefaultIsAReadOnlyNullVariable) {
   const nZqRanVar null;
   EXPECT_TRUE(null.RanVarDataIsReadOnly());
@@ -58,6 +80,17 @@ TEST(nZqRanVar, DefaultIsAReadOnlyNullVariable) {
   EXPECT_EQ(null.GetRanVarVec().size(), 0);
   EXPECT_EQ(null.GetConstRanVarMatPtr(), nullptr);
   EXPECT_EQ(Report(null.CheckConstraints(1.0)), Refusal("scalar", "Unknown Type"));
+
+  // Its storage refuses every checked request as an empty model.
+  nZqRanVar writable;
+  writable.ClearRanVarDataReadOnly();
+  for (const Request& request : CheckedRequests()) {
+    ZqStatModelResult result(true);
+    request.call(writable, result);
+    // A refused double load is reported under LoadRanVarVec.
+    const std::string method = std::string(request.method) == "LoadRanVarVal" ? "LoadRanVarVec" : request.method;
+    EXPECT_EQ(Report(result), (ResultReport{false, F::EmptyStatModel, {"nZqNullRanVar::" + method}, {}}));
+  }
 }
 
 TEST(nZqRanVar, CopiesShareOneValueAndWritesThroughPointers) {
@@ -105,7 +138,7 @@ TEST(nZqRanVar, CopiesShareOneValueAndWritesThroughPointers) {
   EXPECT_TRUE(Same(mCopy.GetRanVarMat(), Eigen::MatrixXd::Identity(4, 4)));
 }
 
-TEST(nZqRanVar, ConstraintsAreTheHandlesOwnAndLoadingDoesNotCheckThem) {
+TEST(nZqRanVar, ConstraintsAreTheHandlesOwnUncheckedByLoadsAndRefuseOtherKinds) {
   nZqRanVar positive = Scalar(1.0, kPositive);
   positive.LoadRanVarVal(-1.0);
   EXPECT_EQ(positive.GetRanVarVal(), -1.0);
@@ -113,9 +146,8 @@ TEST(nZqRanVar, ConstraintsAreTheHandlesOwnAndLoadingDoesNotCheckThem) {
   // Assignment brings the source's constraints.
   positive = Scalar(2.0);
   EXPECT_EQ(Report(positive.CheckConstraints(0.0)), Success());
-}
 
-TEST(nZqRanVar, CheckConstraintsRefusesAValueOfAnotherKind) {
+  // A value of another kind than the variable holds is refused.
   EXPECT_EQ(Report(Vector(Eigen::VectorXd()).CheckConstraints(2.0)), Refusal("scalar", "Eigen::VectorXd"));
   EXPECT_EQ(Report(Matrix(Mat23()).CheckConstraints(Vec({1.0}))), Refusal("vector", "Eigen::MatrixXd"));
   EXPECT_EQ(Report(Scalar(1.0).CheckConstraints(Mat23())), Refusal("matrix", "Scalar Double"));
@@ -149,31 +181,6 @@ TEST(nZqRanVar, ReadOnlyRefusesEveryWrite) {
   v.LoadRanVarVec(result, Vec({3.0}));
   EXPECT_EQ(Report(result), Success());
   EXPECT_TRUE(Same(v.GetRanVarVec(), Vec({3.0})));
-}
-
-// The ten checked requests, each with the kind of value it asks for (0
-// double, 1 vector, 2 matrix) and whether it loads.
-struct Request {
-  const char* method;
-  int kind;
-  bool load;
-  std::function<void(nZqRanVar&, ZqStatModelResult&)> call;
-};
-
-std::vector<Request> CheckedRequests() {
-  return {
-      {"LoadRanVarVal", 0, true, [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarVal(r, 42.0); }},
-      {"GetRanVarVal", 0, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVal(r); }},
-      {"LoadRanVarVec", 1, true, [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarVec(r, Vec({42.0})); }},
-      {"GetRanVarVec", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVec(r); }},
-      {"GetConstRanVarVecPtr", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetConstRanVarVecPtr(r); }},
-      {"GetRanVarVecPtr", 1, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarVecPtr(r); }},
-      {"LoadRanVarMat", 2, true,
-       [](nZqRanVar& h, ZqStatModelResult& r) { h.LoadRanVarMat(r, Eigen::MatrixXd::Constant(1, 1, 42.0)); }},
-      {"GetRanVarMat", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarMat(r); }},
-      {"GetConstRanVarMatPtr", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetConstRanVarMatPtr(r); }},
-      {"GetRanVarMatPtr", 2, false, [](nZqRanVar& h, ZqStatModelResult& r) { h.GetRanVarMatPtr(r); }},
-  };
 }
 
 TEST(nZqRanVarStorage, EachStorageRefusesTheOtherKinds) {
@@ -221,19 +228,6 @@ TEST(nZqRanVarStorage, ServedRequestsStoreAndReturnTheValue) {
   EXPECT_EQ(s.GetRanVarMat().size(), 0);
   EXPECT_EQ(s.GetRanVarMatPtr(), nullptr);
   EXPECT_EQ(Vector(Vec({1.0})).GetRanVarVal(result), kBad);
-}
-
-TEST(nZqRanVarStorage, NullStorageRefusesEverythingAsAnEmptyModel) {
-  nZqRanVar null;
-  null.ClearRanVarDataReadOnly();
-  for (const Request& request : CheckedRequests()) {
-    ZqStatModelResult result(true);
-    request.call(null, result);
-    // A refused double load is reported under LoadRanVarVec.
-    const std::string method = std::string(request.method) == "LoadRanVarVal" ? "LoadRanVarVec" : request.method;
-    EXPECT_EQ(Report(result), (ResultReport{false, F::EmptyStatModel, {"nZqNullRanVar::" + method}, {}}));
-  }
-  EXPECT_EQ(null.GetRanVarVal(), kBad);
 }
 
 TEST(nZqRanVarAttachData, ChecksThenSharesTheSourceValueReadOnly) {
@@ -324,21 +318,18 @@ TEST(SetupUniVarGaussianRanVars, AppendsTheEightVariablesOrNothing) {
   EXPECT_EQ(Report(SetupUniVarGaussianRanVars(ranVars, -1.5, 2.0)), Success());
   ASSERT_EQ(ranVars.size(), 9u);
   // The Gaussian's four (major type 3) and the four common ones (1), in
-  // minor order, the first five scalars and the rest vectors.
+  // minor order, the first five scalars (of these values) and the rest vectors.
+  const double scalars[] = {-1.5, 2.0, 0.0, 1.0, 0.0};
   for (std::size_t i = 0; i < 8; ++i) {
     const nZqRanVar& v = ranVars[i + 1];
     EXPECT_TRUE(v.IsDesiredType(i < 4 ? 3 : 1, static_cast<std::uint32_t>(i % 4 + 1))) << i;
     EXPECT_EQ(v.GetRanVarRequiredDataType(), i < 5 ? DataType::ScalarDouble : DataType::VectorXd) << i;
+    if (i < 5) EXPECT_EQ(v.GetRanVarVal(), scalars[i]) << i;
     EXPECT_FALSE(v.RanVarDataIsReadOnly()) << i;
     EXPECT_EQ(v.GetRanVarRefCount(), 1u) << i;
   }
   EXPECT_EQ(ranVars[2].GetRanVarTypeName(), "Univariate Gaussian Random Variable::Variance");
   EXPECT_EQ(ranVars[8].GetRanVarTypeName(), "Common To All Random Variables::Vector of Training Observation Weights");
-  EXPECT_EQ(ranVars[1].GetRanVarVal(), -1.5);
-  EXPECT_EQ(ranVars[2].GetRanVarVal(), 2.0);
-  EXPECT_EQ(ranVars[3].GetRanVarVal(), 0.0);
-  EXPECT_EQ(ranVars[4].GetRanVarVal(), 1.0);
-  EXPECT_EQ(ranVars[5].GetRanVarVal(), 0.0);
   EXPECT_EQ(ranVars[6].GetRanVarVec().size(), 0);
 
   // Constraints: the variances positive, the weights non-negative, the rest free.

@@ -51,14 +51,6 @@ TEST(ElementBounds, PositiveAndNonNegativeAtTheirBounds) {
                           {"Argument value = -4.94066e-324; should be non-negative!\n"}}));
 }
 
-TEST(NullConstraints, RefuseEverythingWithoutComment) {
-  const ResultReport elemWiseRefusal{false, F::ObjectNotValid, {"ZqElemWiseNullConstraint::CheckConstraint"}, {}};
-  const ResultReport globalRefusal{false, F::ObjectNotValid, {"ZqGlobalNullConstraint::CheckConstraint"}, {}};
-  EXPECT_EQ(Report(ZqElemWiseNullConstraint().CheckConstraint(1.0)), elemWiseRefusal);
-  EXPECT_EQ(Report(ZqGlobalNullConstraint().CheckConstraint(Vec({1.0}))), globalRefusal);
-  EXPECT_EQ(Report(ZqGlobalNullConstraint().CheckConstraint(Filled(2, 2, 1.0))), globalRefusal);
-}
-
 TEST(ZqRanVarVectorHasSumVal, AcceptsWithinToleranceInclusiveAndRefusesMatrices) {
   const ZqRanVarVectorHasSumVal sumsToOne(1.0, 1e-10);
   EXPECT_EQ(Report(sumsToOne.CheckConstraint(Vec({0.5, 0.5}))), Success());

@@ -10,7 +10,6 @@
 
 #include "result_support.h"
 #include "varimo/ranvar/ran_var_setup.h"
-#include "varimo/ranvar/ran_var_types.h"
 
 namespace Varimo {
 namespace {
@@ -174,12 +173,9 @@ TEST(RanVarSetup, ParametersAndOutcomesFromTheTables) {
   ASSERT_EQ(parameters.size(), 2u);
   EXPECT_EQ(parameters[0].GetRanVarName(), "Univariate Gaussian Mean");
   EXPECT_EQ(parameters[1].GetValues(), std::vector<double>{0.25});  // the inverse variance
-  EXPECT_EQ(parameters[1].GetConstraintType(), 3u);
-  EXPECT_EQ(parameters[1].GetPackageName(), "Parameters");
+  EXPECT_EQ(parameters[1].CheckIfRanVarValIsOk(0.0).GetFailureType(), F::LowerBoundViolated);  // strictly positive
   ASSERT_EQ(outcomes.size(), 1u);
-  EXPECT_EQ(outcomes[0].GetRanVarType(), 2u);
   EXPECT_EQ(outcomes[0].GetPdfName(), "UniVariate Gaussian");
-  EXPECT_EQ(outcomes[0].GetPackageType(), 2u);
 
   // A refused set-up leaves both lists as they were.
   const ZqStatModelResult gamma = ZqGammaRanVars::SetupRanVarVecs(2.0, 0.0, parameters, outcomes);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -40,7 +39,7 @@ double TpsaRef(const std::string& name) {
 
 const std::vector<double> kData = {3.5, -1.0, 7.25, 0.0, 12.0, 4.5, -6.0};
 
-TEST(OneBootstrapSample, DrawsOneIndexPerElementInOutputOrder) {
+TEST(OneBootstrapSample, DrawsOneIndexPerElementInOutputOrderAndNoDataFails) {
   Numarc::ZqRanNumEngine engine(41), replay(41);
   std::vector<double> out = {99.0};
   ZqGetOneBootstrapSampleFromDataVec(engine, out, kData);
@@ -52,11 +51,8 @@ TEST(OneBootstrapSample, DrawsOneIndexPerElementInOutputOrder) {
   ZqGetOneBootstrapSampleFromDataVec(engine, out, {});
   EXPECT_TRUE(out.empty());
   EXPECT_EQ(engine(), replay());
-}
 
-TEST(OneBootstrapSample, OneValueIsRepeatedAndNoDataFails) {
-  Numarc::ZqRanNumEngine engine(5);
-  std::vector<double> out;
+  // The checked form: one value is repeated, no data fail.
   EXPECT_EQ(Report(ZqGetBootstrapSampleForDataVec(engine, out, {2.5})), VarimoTest::Success());
   EXPECT_EQ(out, std::vector<double>{2.5});
   EXPECT_EQ(Report(ZqGetBootstrapSampleForDataVec(engine, out, {})),
@@ -103,7 +99,7 @@ TEST(BootstrapStatistic, ConfidenceIntervalOfTheMeanOfARealColumnCoversItsMean) 
   EXPECT_TRUE(VarimoTest::WithinRelative(ZqSampleMean()(means), mean, 0.002));
 }
 
-TEST(BootstrapStatistic, TheParameterReachesTheStatistic) {
+TEST(BootstrapStatistic, EachValueIsTheStatisticOfTheNextSampleWithItsParameter) {
   std::vector<double> a, medians, maxima;
   Numarc::ZqRanNumEngine e1(77), e2(77), e3(77);
   ASSERT_TRUE(ZqBootstrapSampleStatisticForDataVec(a, e1, S::Quantile, 0.5, kData, 50).IsSuccessful());
@@ -111,9 +107,8 @@ TEST(BootstrapStatistic, TheParameterReachesTheStatistic) {
   EXPECT_EQ(a, medians);
   ASSERT_TRUE(ZqBootstrapSampleStatisticForDataVec(maxima, e3, S::Quantile, 1.0, kData, 50).IsSuccessful());
   EXPECT_NE(a, maxima);
-}
 
-TEST(BootstrapStatistic, EachValueIsTheStatisticOfTheNextSample) {
+  // Each value is the statistic of the next sample.
   Numarc::ZqRanNumEngine engine(9), replay(9);
   std::vector<double> values;
   ASSERT_TRUE(ZqBootstrapSampleStatisticForDataVec(values, engine, S::Variance, kData, 5).IsSuccessful());

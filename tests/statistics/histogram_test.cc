@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <limits>
 #include <map>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -39,18 +38,13 @@ std::vector<Tokens> LinesOf(const std::string& kind) {
 
 std::uint64_t ToCount(const std::string& token) { return static_cast<std::uint64_t>(VarimoTest::ToDouble(token)); }
 
-// The TPSA column, sorted.
-std::vector<double> Tpsa() {
-  std::vector<double> v = VarimoTest::TpsaValues();
-  std::sort(v.begin(), v.end());
-  return v;
-}
-
 const std::vector<double>& Data(const std::string& name) {
   static const std::map<std::string, std::vector<double>> data = [] {
     std::map<std::string, std::vector<double>> d;
     for (const Tokens& t : LinesOf("data")) d[t[1]] = VarimoTest::ToDoubles(t, 2);
-    d["tpsa"] = Tpsa();
+    // The TPSA column, sorted.
+    d["tpsa"] = VarimoTest::TpsaValues();
+    std::sort(d["tpsa"].begin(), d["tpsa"].end());
     return d;
   }();
   return data.at(name);

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "reference_file.h"
-#include "test_support.h"
 #include "varimo/platform/corvane/strings.h"
 
 namespace Varimo {

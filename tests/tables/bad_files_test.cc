@@ -63,6 +63,7 @@ TEST(BadFiles, HeaderOnlyEmptyAndBlankFiles) {
   EXPECT_EQ(noColumns.GetFailureType(), Failure::ColumnNotFound);
   EXPECT_NE(noColumns.ReportStatResultDetails().find("No columns defined to parse data rows! \n"), std::string::npos);
   ASSERT_TRUE(LoadCsv(header, "a,b").IsSuccessful());
+  EXPECT_EQ(header.GetNumColumns(), 3u);  // the line numbers, a and b
   EXPECT_EQ(header.GetNumRows(), 0u);
   Tessik::zqifstream stream;
   stream.OpenText("");

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -20,73 +21,54 @@ namespace Bad = VarimoBadData;
 namespace Type = ZqStatVariableType;
 namespace Failure = ZqStatModelFailureType;
 
-// One cell of the table of strict appends: which value goes into which
-// kind, and the comment of the refusal ("" when the append is accepted).
-struct StrictCase {
-  std::uint32_t type;
-  const char* routine;
-  std::function<ZqStatModelResult(ZqDataTableCol&)> append;
-  const char* refusal;
-};
-
-void PrintTo(const StrictCase& c, std::ostream* os) { *os << c.routine << " on kind " << c.type; }
-
-class StrictAppend : public ::testing::TestWithParam<StrictCase> {};
-
-TEST_P(StrictAppend, AcceptsOrRefusesWithItsText) {
-  const StrictCase& c = GetParam();
-  ZqDataTableCol col("c", c.type, 2);
-  const ZqStatModelResult result = c.append(col);
-  if (std::string(c.refusal).empty()) {
-    EXPECT_TRUE(result.IsSuccessful()) << result.ReportStatResultDetails();
-    EXPECT_EQ(col.GetNumElementsInCol(), 1u);
-  } else {
-    EXPECT_EQ(result.GetFailureType(), Failure::ArgumentTypeWrong);
-    EXPECT_EQ(Context(result), std::vector<std::string>{c.routine});
-    EXPECT_EQ(Comments(result), std::vector<std::string>{c.refusal});
-    EXPECT_NE(result.ReportStatResultDetails().find("Wrong Random variable type requested!\n"), std::string::npos);
-    EXPECT_EQ(col.GetNumElementsInCol(), 0u);  // unchanged
-  }
-}
-
-std::string StrictCaseName(const ::testing::TestParamInfo<StrictCase>& info) {
-  const char* kinds[] = {"Unknown", "Nominal", "Ordinal", "Interval", "Ratio", "Identifier"};
-  return std::string(kinds[info.param.type]) + "_" + info.param.routine;
-}
-
 const auto U = [](ZqDataTableCol& c) { return ZqAppendUnsignedToCol(c, 7u); };
 const auto I = [](ZqDataTableCol& c) { return ZqAppendIntToCol(c, -7); };
 const auto F = [](ZqDataTableCol& c) { return ZqAppendFloatToCol(c, 1.5f); };
 const auto D = [](ZqDataTableCol& c) { return ZqAppendDoubleToCol(c, 2.5); };
 const auto S = [](ZqDataTableCol& c) { return ZqAppendStringToCol(c, "txt"); };
 
-INSTANTIATE_TEST_SUITE_P(
-    EveryKindAndValue, StrictAppend,
-    ::testing::Values(
-        StrictCase{Type::Nominal, "ZqAppendUnsignedToCol", U, "Tried adding unsigned, but Nominal Var accepts only strings!"},
-        StrictCase{Type::Nominal, "ZqAppendIntToCol", I, "Tried adding int, but Nominal Var accepts only strings!"},
-        StrictCase{Type::Nominal, "ZqAppendFloatToCol", F, "Tried adding float, but Nominal Var accepts only strings!"},
-        StrictCase{Type::Nominal, "ZqAppendDoubleToCol", D, "Tried adding double, but Nominal Var accepts only strings!"},
-        StrictCase{Type::Nominal, "ZqAppendStringToCol", S, ""},
-        StrictCase{Type::Interval, "ZqAppendUnsignedToCol", U, ""},
-        StrictCase{Type::Interval, "ZqAppendIntToCol", I, ""},
-        StrictCase{Type::Interval, "ZqAppendFloatToCol", F, "Tried adding float, but Interval Var accepts only doubles!"},
-        StrictCase{Type::Interval, "ZqAppendDoubleToCol", D, "Tried adding double, but Interval Var accepts only ints!"},
-        StrictCase{Type::Interval, "ZqAppendStringToCol", S, "Tried adding string, but Interval Var accepts only ints!"},
-        StrictCase{Type::Ratio, "ZqAppendUnsignedToCol", U, "Tried adding unsigned, but Ratio Var accepts only doubles!"},
-        StrictCase{Type::Ratio, "ZqAppendIntToCol", I, "Tried adding int, but Ratio Var accepts only doubles!"},
-        StrictCase{Type::Ratio, "ZqAppendFloatToCol", F, ""},
-        StrictCase{Type::Ratio, "ZqAppendDoubleToCol", D, ""},
-        StrictCase{Type::Ratio, "ZqAppendStringToCol", S, "Tried adding string, but Ratio Var accepts only doubles!"},
-        StrictCase{Type::Identifier, "ZqAppendUnsignedToCol", U,
-                   "Tried adding unsigned, but Identifier Var accepts only strings!"},
-        StrictCase{Type::Identifier, "ZqAppendIntToCol", I, "Tried adding int, but Identifier Var accepts only strings!"},
-        StrictCase{Type::Identifier, "ZqAppendFloatToCol", F,
-                   "Tried adding float, but Identifier Var accepts only strings!"},
-        StrictCase{Type::Identifier, "ZqAppendDoubleToCol", D,
-                   "Tried adding double, but Identifier Var accepts only strings!"},
-        StrictCase{Type::Identifier, "ZqAppendStringToCol", S, ""}),
-    StrictCaseName);
+TEST(ColumnAppend, StrictAppendsAcceptOrRefuseWithTheirText) {
+  struct Append {
+    const char* routine;
+    const char* what;
+    std::function<ZqStatModelResult(ZqDataTableCol&)> call;
+  };
+  const Append appends[] = {{"ZqAppendUnsignedToCol", "unsigned", U},
+                            {"ZqAppendIntToCol", "int", I},
+                            {"ZqAppendFloatToCol", "float", F},
+                            {"ZqAppendDoubleToCol", "double", D},
+                            {"ZqAppendStringToCol", "string", S}};
+  // Per kind and append, in the order above: "" where the value is taken,
+  // else what the refusal says the kind accepts, as in "Tried adding int,
+  // but Ratio Var accepts only doubles!".
+  struct Kind {
+    std::uint32_t type;
+    const char* word;
+    std::vector<std::string> accepted;
+  };
+  const Kind kinds[] = {{Type::Nominal, "Nominal", {"strings", "strings", "strings", "strings", ""}},
+                        {Type::Interval, "Interval", {"", "", "doubles", "ints", "ints"}},
+                        {Type::Ratio, "Ratio", {"doubles", "doubles", "", "", "doubles"}},
+                        {Type::Identifier, "Identifier", {"strings", "strings", "strings", "strings", ""}}};
+  for (const Kind& kind : kinds) {
+    for (std::size_t a = 0; a < std::size(appends); ++a) {
+      SCOPED_TRACE(std::string(appends[a].routine) + " on kind " + kind.word);
+      ZqDataTableCol col("c", kind.type, 2);
+      const ZqStatModelResult result = appends[a].call(col);
+      if (kind.accepted[a].empty()) {
+        EXPECT_TRUE(result.IsSuccessful()) << result.ReportStatResultDetails();
+        EXPECT_EQ(col.GetNumElementsInCol(), 1u);
+        continue;
+      }
+      EXPECT_EQ(result.GetFailureType(), Failure::ArgumentTypeWrong);
+      EXPECT_EQ(Context(result), std::vector<std::string>{appends[a].routine});
+      EXPECT_EQ(Comments(result), std::vector<std::string>{std::string("Tried adding ") + appends[a].what + ", but " +
+                                                           kind.word + " Var accepts only " + kind.accepted[a] + "!"});
+      EXPECT_NE(result.ReportStatResultDetails().find("Wrong Random variable type requested!\n"), std::string::npos);
+      EXPECT_EQ(col.GetNumElementsInCol(), 0u);  // unchanged
+    }
+  }
+}
 
 TEST(ColumnAppend, ReadOnlyAndNullColumnsRefuseEverything) {
   ZqDataTableCol ratio("r", Type::Ratio, 1);

@@ -71,6 +71,7 @@ class ColumnPlotPointsTest : public ::testing::Test {
  protected:
   void SetUp() override {
     for (const ZqDataTableCol& col : {x, y, cls}) ASSERT_TRUE(table.AddColumn(col).IsSuccessful());
+    ASSERT_TRUE(refTable.AddColumn(tpsa).IsSuccessful());
   }
   // Unsorted, with a missing and a bad cell, and y missing where x is good.
   ZqDataTableCol x{"x", std::vector<double>{3.0, kMissing, 1.0, kBad, 2.0}};
@@ -106,7 +107,6 @@ TEST_F(ColumnPlotPointsTest, EmpiricalCDFOfTheGoodCellsSortedInBothFormsAndOnAVi
 }
 
 TEST_F(ColumnPlotPointsTest, HistogramsMatchNumpyOnAnUnsortedColumnWithGaps) {
-  ASSERT_TRUE(refTable.AddColumn(tpsa).IsSuccessful());
   const std::vector<double> user = Doubles(refs["userhist"]);  // numBins lo hi max heights...
   ASSERT_TRUE(ZqGetUserDefConstBinWidthHistPlotPointsForColName(series, xlo, xhi, maxHeight, refTable, "tpsa", 0,
                                                                 static_cast<std::uint64_t>(user[0]), user[1], user[2])
@@ -135,7 +135,6 @@ TEST_F(ColumnPlotPointsTest, HistogramsMatchNumpyOnAnUnsortedColumnWithGaps) {
 }
 
 TEST_F(ColumnPlotPointsTest, NormalProbabilityPlotMatchesScipy) {
-  ASSERT_TRUE(refTable.AddColumn(tpsa).IsSuccessful());
   const std::vector<double> expected = Doubles(refs["normal"]);  // z y pairs
   ASSERT_TRUE(
       ZqGetNormalProbabilityPlotPointsForColumnName(series, xlo, xhi, ylo, yhi, refTable, "tpsa", 0, 0.0, 0.0, 0.0, 0.0)

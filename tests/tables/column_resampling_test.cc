@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <map>
 #include <string>
 #include <vector>
@@ -98,23 +97,6 @@ TEST_F(ColumnResamplingTest, BootstrapDrawsWholeGoodRows) {
   EXPECT_EQ(byColumn, values);
 }
 
-TEST_F(ColumnResamplingTest, BootstrapFailuresNameTheFunction) {
-  Numarc::ZqRanNumEngine engine(3);
-  Corvane::ZqScopedThrowCapture quiet;
-  const ZqStatModelResult unknown = ZqBootstrapTwoSampleStatForTwoColsOfRatioType(
-      values, numMissing, numBad, engine, ZqTwoSampleStatisticType::PearsonCorrelation, 5, pairs, "a", "nope");
-  EXPECT_EQ(unknown.GetFailureType(), Failure::ColumnNotFound);
-  EXPECT_EQ(Context(unknown).front(), "ZqDataTableColSetImpl::GetColumnFromName");
-  EXPECT_TRUE(values.empty());
-
-  const ZqDataTableCol none("n", std::vector<double>{kMissing, kMissing, kMissing, kMissing, kMissing, kMissing});
-  const ZqStatModelResult empty = ZqBootstrapTwoSampleStatForTwoColsOfRatioType(
-      values, numMissing, numBad, engine, ZqTwoSampleStatisticType::PearsonCorrelation, 5, a, none, 0, 0);
-  EXPECT_EQ(empty.GetFailureType(), Failure::NoData);
-  EXPECT_EQ(Context(empty).back(), "ZqBootstrapTwoSampleStatForTwoColsOfRatioType");
-  EXPECT_EQ(numMissing, 6u);
-}
-
 TEST_F(ColumnResamplingTest, IndependenceStatisticsMatchNumpyForPointsAndSimilarities) {
   const struct {
     unsigned int type;
@@ -147,8 +129,23 @@ TEST_F(ColumnResamplingTest, PValueOfEqualColumnsIsNearZeroAndRepeatsWithTheSeed
   EXPECT_EQ(out.Text().rfind("min, max = ", 0), 0u);
 }
 
-TEST_F(ColumnResamplingTest, IndependenceFailuresNameTheFunction) {
+TEST_F(ColumnResamplingTest, FailuresNameTheFunction) {
   Numarc::ZqRanNumEngine engine(1);
+  Corvane::ZqScopedThrowCapture quiet;
+  const ZqStatModelResult unknown = ZqBootstrapTwoSampleStatForTwoColsOfRatioType(
+      values, numMissing, numBad, engine, ZqTwoSampleStatisticType::PearsonCorrelation, 5, pairs, "a", "nope");
+  EXPECT_EQ(unknown.GetFailureType(), Failure::ColumnNotFound);
+  EXPECT_EQ(Context(unknown).front(), "ZqDataTableColSetImpl::GetColumnFromName");
+  EXPECT_TRUE(values.empty());
+
+  const ZqDataTableCol none("n", std::vector<double>{kMissing, kMissing, kMissing, kMissing, kMissing, kMissing});
+  const ZqStatModelResult empty = ZqBootstrapTwoSampleStatForTwoColsOfRatioType(
+      values, numMissing, numBad, engine, ZqTwoSampleStatisticType::PearsonCorrelation, 5, a, none, 0, 0);
+  EXPECT_EQ(empty.GetFailureType(), Failure::NoData);
+  EXPECT_EQ(Context(empty).back(), "ZqBootstrapTwoSampleStatForTwoColsOfRatioType");
+  EXPECT_EQ(numMissing, 6u);
+
+  // The independence statistic and its p-value.
   EXPECT_EQ(
       ZqGetTwoSampleIndepStatForTwoColumnsOfRatioType(result, Indep::DistanceCorrelationMeasure, table, "nope", "v"),
       kBad);

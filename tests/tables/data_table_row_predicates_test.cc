@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/tables/column_append.h"

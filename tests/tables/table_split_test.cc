@@ -9,13 +9,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "reference_file.h"
 #include "result_support.h"
-#include "test_support.h"
 #include "varimo/foundations/stats_data_types.h"
 #include "varimo/platform/numarc/generators.h"
 #include "varimo/tables/data_table_row_predicates.h"
@@ -55,7 +53,7 @@ class TableSplitTest : public ::testing::Test {
   ZqDataTable rest{"test"};
 };
 
-TEST_F(TableSplitTest, RandomRowsPartitionTheTableIntoViewsSharingItsColumns) {
+TEST_F(TableSplitTest, RandomRowsPartitionTheTableIntoViewsSharingItsColumnsForAProbability) {
   Numarc::ZqRanNumEngine engine(10), replay(10);
   ASSERT_EQ(Report(ZqSplitDataTableByRandomRowSelection(selected, rest, engine, 0.3, source)), VarimoTest::Success());
   EXPECT_EQ(selected.GetTableName(), "train");
@@ -70,10 +68,8 @@ TEST_F(TableSplitTest, RandomRowsPartitionTheTableIntoViewsSharingItsColumns) {
     if (uniform(replay) < 0.3) expected.push_back(row);
   }
   EXPECT_EQ(RowsOf(selected), expected);
-}
 
-TEST_F(TableSplitTest, ProbabilityZeroSelectsNothingOneEverythingOthersFail) {
-  Numarc::ZqRanNumEngine engine(1);
+  // Probability zero selects nothing, one everything, others fail.
   ASSERT_TRUE(ZqSplitDataTableByRandomRowSelection(selected, rest, engine, 0.0, source).IsSuccessful());
   EXPECT_EQ(selected.GetNumRows(), 0u);
   EXPECT_EQ(rest.GetNumRows(), 40u);

@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "test_support.h"
 #include "varimo/platform/numarc/special_functions.h"
 
 namespace Numarc {
