@@ -87,7 +87,7 @@ TEST(CalculateAUC, RankedListsMatchScikitLearn) {
   }
 }
 
-TEST(CalculateAUC, PerfectAndReversedRankings) {
+TEST(CalculateAUC, PerfectReversedAndRefusedRankings) {
   double auc = -1.0;
   ASSERT_TRUE(ZqCalculateAUC(auc, {true, true, false, false, false}));
   EXPECT_EQ(auc, 1.0);
@@ -98,10 +98,10 @@ TEST(CalculateAUC, PerfectAndReversedRankings) {
   // An empty top of a ranking of 4 actives and 9 decoys: the diagonal.
   ASSERT_TRUE(ZqCalculateAUC(auc, std::vector<bool>{}, 4, 9));
   EXPECT_EQ(auc, 0.5);
-}
 
-TEST(CalculateAUC, RankedListWithoutBothClassesOrWithTooManyFailsAndKeepsArea) {
-  double auc = 0.125;
+  // Without both classes, or with more than the counts say: false, and the
+  // area stays as it was.
+  auc = 0.125;
   EXPECT_FALSE(ZqCalculateAUC(auc, std::vector<bool>{}));
   EXPECT_FALSE(ZqCalculateAUC(auc, {true, true}));
   EXPECT_FALSE(ZqCalculateAUC(auc, {false}));

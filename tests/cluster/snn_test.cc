@@ -111,7 +111,7 @@ Lists Satellite() {
   return lists;
 }
 
-TEST(SNNCluster, LabelThresholdIsStrictAndItemsPastTheCountAreNotLabelled) {
+TEST(SNNCluster, LabelThresholdIsStrictItemsPastTheCountAreNotLabelledAndFewLinksMakeNoise) {
   const SnnRun strict = Cluster(6, Satellite(), Params(6, 4, 2, 5, 3));
   ASSERT_NE(strict.found, 0);
   ASSERT_EQ(strict.clusters.size(), 1u);
@@ -133,22 +133,21 @@ TEST(SNNCluster, LabelThresholdIsStrictAndItemsPastTheCountAreNotLabelled) {
   ASSERT_EQ(pastCount.clusters.size(), 1u);
   EXPECT_EQ(pastCount.clusters[0].size(), 5u);
   EXPECT_EQ(pastCount.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 0"}));
-}
 
-// With noise at 3, item 5 (two links) is noise and is never labelled.
-TEST(SNNCluster, FewLinksMakeNoiseAndSelfOnlyListIsNoise) {
+  // With noise at 3, item 5 (two links) is noise and is never labelled; an
+  // item 6 that lists only itself has no links at all.
   Lists lists = Satellite();
-  lists.push_back({6});  // item 6 lists only itself: no links at all
-  const SnnRun run = Cluster(7, lists, Params(6, 4, 3, 5, 2));
-  ASSERT_NE(run.found, 0);
+  lists.push_back({6});
+  const SnnRun noisy = Cluster(7, lists, Params(6, 4, 3, 5, 2));
+  ASSERT_NE(noisy.found, 0);
   // Item 6 is noise at once, while links are built; item 5 by its count.
-  EXPECT_EQ(run.noise, (std::vector<unsigned int>{6, 5}));
-  ASSERT_EQ(run.clusters.size(), 1u);
-  EXPECT_EQ(run.clusters[0].size(), 5u);
-  EXPECT_EQ(run.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 2"}));
+  EXPECT_EQ(noisy.noise, (std::vector<unsigned int>{6, 5}));
+  ASSERT_EQ(noisy.clusters.size(), 1u);
+  EXPECT_EQ(noisy.clusters[0].size(), 5u);
+  EXPECT_EQ(noisy.infos, (std::vector<std::string>{"Singleton Ct = 0, Noise Ct = 2"}));
 }
 
-TEST(SNNCluster, EmptyListsAndUnknownItemsFailWithoutLinks) {
+TEST(SNNCluster, EmptyListsUnknownItemsNoHeadOrHugeIndicesFail) {
   const std::vector<std::string> failed{"Failed to find any connected near-neighbors"};
   const SnnRun empty = Cluster(3, Lists(3), Params(6, 4, 3, 3, 3));
   EXPECT_EQ(empty.found, 0);
@@ -163,9 +162,7 @@ TEST(SNNCluster, EmptyListsAndUnknownItemsFailWithoutLinks) {
   const SnnRun none = Cluster(0, Lists{}, Params(6, 4, 3, 3, 3), false);
   EXPECT_EQ(none.found, 0);
   EXPECT_EQ(none.warnings, failed);
-}
-
-TEST(SNNCluster, NoHeadOrAnIndexBeyondTheBitVectorLimitFails) {
+  // No head, or an index beyond the bit vector's limit.
   const SnnRun noHead = Cluster(6, Satellite(), Params(6, 9, 2, 5, 2));
   EXPECT_EQ(noHead.found, 0);
   EXPECT_EQ(noHead.warnings, (std::vector<std::string>{"Failed to identify representative clusters & noise."}));
@@ -214,19 +211,6 @@ void ExpectBlobsRecovered(const Clusters& clusters, const Blobs& blobs) {
   EXPECT_EQ(found, (std::set<int>{0, 1, 2}));
 }
 
-TEST(SNNCluster, RecoversBlobsFromNeighbourLists) {
-  const Blobs blobs = ReadBlobs();
-  ASSERT_EQ(blobs.lists.size(), 200u);
-  // The parameters that 200 items give: nbrCt 20.
-  const SnnRun run = Cluster(200, blobs.lists, Params(20, 15, 10, 12, 10));
-  ASSERT_NE(run.found, 0);
-  ExpectBlobsRecovered(run.clusters, blobs);
-  // Noise is the sparse points: all the background, and some blob edges.
-  std::size_t background = 0;
-  for (const unsigned int m : run.noise) background += blobs.labels[m] == -1 ? 1 : 0;
-  EXPECT_EQ(background, 20u);
-}
-
 ZqSimInfo NegativeDistances(const Blobs& blobs) {
   ZqSimInfo info;
   info.n = blobs.x.size();
@@ -239,14 +223,24 @@ ZqSimInfo NegativeDistances(const Blobs& blobs) {
   return info;
 }
 
-TEST(SNNCluster, RecoversBlobsFromSimilarities) {
+TEST(SNNCluster, RecoversBlobsFromNeighbourListsAndFromSimilarities) {
   const Blobs blobs = ReadBlobs();
-  const SnnRun run = Cluster(200, NegativeDistances(blobs));
+  ASSERT_EQ(blobs.lists.size(), 200u);
+  // The parameters that 200 items give: nbrCt 20.
+  const SnnRun run = Cluster(200, blobs.lists, Params(20, 15, 10, 12, 10));
   ASSERT_NE(run.found, 0);
-  EXPECT_TRUE(StartsWith(run.err, "nbrCt = 20\ntopic = 15\nnoise = 10\nmerge = 12\nlabel = 10\n0:: ("));
-  EXPECT_NE(run.err.find("\n199:: ("), std::string::npos);
-  EXPECT_EQ(CountLines(run.err, "EndPrint"), 1u);
   ExpectBlobsRecovered(run.clusters, blobs);
+  // Noise is the sparse points: all the background, and some blob edges.
+  std::size_t background = 0;
+  for (const unsigned int m : run.noise) background += blobs.labels[m] == -1 ? 1 : 0;
+  EXPECT_EQ(background, 20u);
+
+  const SnnRun similar = Cluster(200, NegativeDistances(blobs));
+  ASSERT_NE(similar.found, 0);
+  EXPECT_TRUE(StartsWith(similar.err, "nbrCt = 20\ntopic = 15\nnoise = 10\nmerge = 12\nlabel = 10\n0:: ("));
+  EXPECT_NE(similar.err.find("\n199:: ("), std::string::npos);
+  EXPECT_EQ(CountLines(similar.err, "EndPrint"), 1u);
+  ExpectBlobsRecovered(similar.clusters, blobs);
 }
 
 TEST(SNNCluster, ParametersClampAtBothEnds) {
@@ -261,7 +255,7 @@ TEST(SNNCluster, ParametersClampAtBothEnds) {
   EXPECT_TRUE(StartsWith(Cluster(300, line).err, "nbrCt = 30\ntopic = 22\nnoise = 15\nmerge = 18\nlabel = 15\n"));
 }
 
-TEST(SNNCluster, SimilaritiesThatDoNotFitFail) {
+TEST(SNNCluster, SimilaritiesThatDoNotFitOrDoNotClusterFail) {
   // Empty, too short for five items, and five items' matrix given for six.
   for (const auto& [numItems, info] : {std::pair<unsigned long, ZqSimInfo>{0, ZqSimInfo{}},
                                        {5, ZqSimInfo{5, std::vector<double>(24, 1.0)}},
@@ -272,12 +266,9 @@ TEST(SNNCluster, SimilaritiesThatDoNotFitFail) {
     EXPECT_EQ(CountLines(run.err, "EndPrint"), 1u);
     EXPECT_EQ(run.warnings, std::vector<std::string>{"Failed to identify near-neghbors"});
   }
-}
-
-// Two items on a line: one link each, below topic 4, so the list clustering
-// fails and the similarity overload passes the failure on with its own
-// warning.
-TEST(SNNCluster, FailureOfListClusteringIsReported) {
+  // Two items on a line: one link each, below topic 4, so the list
+  // clustering fails and the similarity overload passes the failure on with
+  // its own warning.
   const SnnRun run = Cluster(2, ZqSimInfo{2, {1.0, 0.5, 0.0, 1.0}});
   EXPECT_EQ(run.found, 0);
   EXPECT_EQ(run.warnings,

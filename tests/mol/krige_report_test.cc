@@ -467,20 +467,12 @@ TEST_F(KrigeReport, FilesInEachFormat) {
   const std::string parse = "/usr/bin/python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' " + svg;
   EXPECT_EQ(std::system(parse.c_str()), 0) << "the SVG is not well-formed XML";
 
-  const std::string pdf = Path("report.pdf");
-  ASSERT_TRUE(ZqKrigeRenderReport(pdf, result, Query(), options));
-  std::ifstream in(pdf, std::ios::binary);
-  std::string start(4, '\0');
-  in.read(start.data(), 4);
-  EXPECT_EQ(start, "%PDF");
-
+  // The formats and the warnings of files that cannot be written are
+  // ZqWriteImage's (lineart_test.cc); the report passes its failures on.
   Corvane::ZqScopedThrowCapture capture;
   EXPECT_FALSE(ZqKrigeRenderReport(Path("report.bmp"), result, Query(), options));
   EXPECT_FALSE(ZqKrigeRenderReport("/nonexistent-dir/report.png", result, Query(), options));
-  const std::vector<std::string> warnings = capture.Texts(Corvane::ZqThrowLevel::Warning);
-  ASSERT_EQ(warnings.size(), 2u);
-  EXPECT_NE(warnings[0].find("report.bmp"), std::string::npos);
-  EXPECT_NE(warnings[1].find("/nonexistent-dir/report.png"), std::string::npos);
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning).size(), 2u);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace VarimoTest {
@@ -39,6 +40,18 @@ inline Outcome Krige(const std::string& args) {
   const std::string out = Scratch("stdout"), err = Scratch("stderr");
   const int raw = std::system((std::string(VARIMO_KRIGE_PROGRAM) + " " + args + " >" + out + " 2>" + err).c_str());
   return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
+}
+
+// Every run of (arguments, message) in `cases` stops with status 2 and one
+// line on standard error that holds the message.
+inline void ExpectRefused(const std::vector<std::pair<std::string, std::string>>& cases) {
+  for (const auto& [args, message] : cases) {
+    const Outcome run = Krige(args);
+    EXPECT_EQ(run.status, 2) << args;
+    EXPECT_EQ(run.err.rfind("varimo-krige: ", 0), 0u) << run.err;
+    EXPECT_NE(run.err.find(message), std::string::npos) << run.err;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << run.err;  // one line
+  }
 }
 
 // The program writes every number with 17 significant digits: read back, the same double.

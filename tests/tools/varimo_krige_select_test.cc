@@ -2,7 +2,6 @@
 // bzr.sdf (RDKit's sample data, pIC50 in ACTIVITY): every 4th record is the
 // pool, the others train. The picks' exact format, agreement with predict
 // on the same molecules, threads giving the same bytes, and the refusals.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,7 +16,6 @@
 
 namespace {
 
-using ::testing::HasSubstr;
 using VarimoTest::Krige;
 using VarimoTest::Lines;
 using VarimoTest::Outcome;
@@ -128,22 +126,20 @@ TEST_F(BzrPool, BadSelectionsAreRefused) {
   const std::string picks = Scratch("picks.csv"), empty = Scratch("empty.smi");
   Write(empty, "not-a-smiles x\n");
   const std::string select = "select" + Train() + " --out " + picks;
-  const std::pair<std::string, std::string> cases[] = {
+  VarimoTest::ExpectRefused({
       {select + " --picks 2", "missing --pool"},
       {select + " --pool " + poolPath_, "missing --picks"},
       {select + " --pool " + poolPath_ + " --picks 2 --kappa 1", "--kappa is only for --acquisition ucb"},
       {select + " --pool " + poolPath_ + " --picks 2 --kappa -1 --acquisition ucb", "--kappa must be at least 0"},
       {select + " --pool " + poolPath_ + " --picks 2 --batch top", "--batch must be believer, liar-min"},
       {select + " --pool " + poolPath_ + " --picks 42", "only 41 members of the pool can be picked, not 42"},
-      {select + " --pool " + empty + " --picks 1", "no member of the pool could be predicted"},
       {Train() + " --predict " + poolPath_ + " --out " + picks + " --interval 1", "--interval ALPHA must lie"},
       {Train() + " --predict " + poolPath_ + " --out " + picks + " --picks 3", "only for select"},
-  };
-  for (const auto& [args, message] : cases) {
-    const Outcome run = Krige(args);
-    EXPECT_EQ(run.status, 2) << args;
-    EXPECT_THAT(run.err, HasSubstr(message)) << args;
-  }
+  });
+  const Outcome run = Krige(select + " --pool " + empty + " --picks 1");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "varimo-krige: row 0 (x): cannot parse SMILES 'not-a-smiles'; it cannot be picked\n"
+                     "varimo-krige: " + empty + ": no member of the pool could be predicted; nothing written\n");
 }
 
 }  // namespace
