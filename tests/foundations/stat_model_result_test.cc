@@ -1,3 +1,5 @@
+// Results of statistical routines: their reports, chains and comments; and
+// the version record of the build.
 #include "varimo/foundations/stat_model_result.h"
 
 #include <gtest/gtest.h>
@@ -5,6 +7,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#include "varimo/version.h"
 
 namespace Varimo {
 namespace {
@@ -81,7 +85,6 @@ TEST(ZqStatModelResult, SettingAResultKeepsOrWipesWhatItHeld) {
     ZqStatModelResult result = c.fromSuccess ? ZqStatModelResult(true) : failed();
     c.apply(result);
     EXPECT_EQ(result.IsSuccessful(), c.success) << c.what;
-    EXPECT_EQ(result.NotSuccessful(), !c.success) << c.what;
     EXPECT_EQ(result.GetFailureType(), c.type) << c.what;
     EXPECT_EQ(Collect(result.GetContext()), c.context) << c.what;
     EXPECT_EQ(Collect(result.GetComments()), c.comments) << c.what;
@@ -129,6 +132,17 @@ TEST(ZqStatModelResult, EveryFailureTypeHasATextOfItsOwn) {
   EXPECT_EQ(F::NoData, 18u);
   EXPECT_EQ(F::ArgumentTypeWrong, 42u);
   EXPECT_EQ(F::WrongDataViewFileState, 52u);
+}
+
+TEST(VersionRecord, ConstantsOfTheBuild) {
+  EXPECT_STREQ(VarimoGetVersion(), VARIMO_VERSION_STRING);
+  // Release 0.1.0 of the project is number 100: later releases count up.
+  EXPECT_GE(VarimoGetRelease(), 100u);
+  EXPECT_NE(VarimoGetDebugRelease(), VarimoGetNonDebugRelease());
+  EXPECT_STREQ(VarimoGetPlatform(), "Linux");
+  EXPECT_GT(std::string(VarimoGetArch()).size(), 0u);
+  EXPECT_NE(std::string(VarimoGetConfigureArgs()).find("-DCMAKE_BUILD_TYPE="), std::string::npos);
+  EXPECT_EQ(std::string(VarimoVersion()).rfind(std::string("Varimo ") + VARIMO_VERSION_STRING, 0), 0u);
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 // found on seeded samples of known mixtures beside scikit-learn's fit of
 // the same samples (tests/data/mixture/make_mixture_refs.py), the lower
 // bound's climb, the printed progress, and the building blocks' failures.
+// Empirical null and alternative models on samples with a known null
+// proportion: the group probabilities and predictive laws they recover,
+// the printed search, and the rules of their construction.
 #include "varimo/mixture/gauss_mix_model.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +19,9 @@
 #include "result_support.h"
 #include "test_support.h"
 #include "varimo/foundations/stats_data_types.h"
+#include "varimo/mixture/empirical_null.h"
 #include "varimo/platform/corvane/error_handler.h"
+#include "varimo/platform/numarc/generators.h"
 
 namespace Varimo {
 namespace {
@@ -46,6 +51,20 @@ std::vector<Component> SklearnComponents(const std::string& name) {
   return out;
 }
 
+// The Gauss-Gamma parameters (m, k, a, b) of a component's prior and
+// posterior.
+std::vector<double> Prior(const ZqOneDimGaussMixComponent& c) {
+  std::vector<double> p(4);
+  EXPECT_TRUE(c.GetBayesPriorGaussParams(p[0], p[1], p[2], p[3]).IsSuccessful());
+  return p;
+}
+
+std::vector<double> Posterior(const ZqOneDimGaussMixComponent& c) {
+  std::vector<double> p(4);
+  EXPECT_TRUE(c.GetBayesPosteriorGaussParams(p[0], p[1], p[2], p[3]).IsSuccessful());
+  return p;
+}
+
 // The components of a fitted model with an expected weight above 2%, by
 // increasing mean; sd the square root of the expected variance b / (a - 1).
 std::vector<Component> Found(const ZqOneDimGaussMixModel& model) {
@@ -53,19 +72,11 @@ std::vector<Component> Found(const ZqOneDimGaussMixModel& model) {
   for (const ZqOneDimGaussMixComponent& c : model.Components()) {
     ZqStatModelResult result;
     const double w = GetExpectedComponentProbability(result, c.GetComponentProbParams());
-    double m, k, a, b;
-    EXPECT_TRUE(c.GetBayesPosteriorGaussParams(m, k, a, b).IsSuccessful());
-    if (w > 0.02) out.push_back({w, m, std::sqrt(b / (a - 1.0))});
+    const std::vector<double> p = Posterior(c);
+    if (w > 0.02) out.push_back({w, p[0], std::sqrt(p[3] / (p[2] - 1.0))});
   }
   std::sort(out.begin(), out.end(), [](const Component& x, const Component& y) { return x.mean < y.mean; });
   return out;
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
 }
 
 TEST(GaussMixFit, FindsTheComponentsScikitLearnFinds) {
@@ -131,7 +142,7 @@ TEST(GaussMixFit, ProgressLinesWarningsAndTies) {
   VarimoTest::CaptureOutput capture;
   const ZqDirichletGaussGammaMixtureModel best =
       FitDirichletGaussGammaMixtureModel(result, probs, models, 1, 1, "x", 1.0, data);
-  const std::vector<std::string> lines = Lines(capture.Text());
+  const std::vector<std::string> lines = capture.Lines();
   ASSERT_TRUE(result.IsSuccessful());
   EXPECT_EQ(probs, std::vector<double>{1.0});
   ASSERT_EQ(lines.size(), 2u);
@@ -167,17 +178,14 @@ TEST(GaussMixFit, SlicesStartTheComponentsAndBadSamplesFail) {
   const ZqDirichletGaussGammaMixtureModel sparse(4, "x", 1.0, {2.0, 1.0});
   const double expectedMeans[4] = {1.0, 0.0, 2.0, 0.0};
   for (std::size_t k = 0; k < 4; ++k) {
-    double m, kk, a, b;
-    ASSERT_TRUE(sparse.GetModel().Components()[k].GetBayesPriorGaussParams(m, kk, a, b).IsSuccessful());
-    EXPECT_EQ(m, expectedMeans[k]) << k;
-    EXPECT_EQ(b, 1.0) << k;  // scale 1: beta = 1 / precision = 1
+    const std::vector<double> prior = Prior(sparse.GetModel().Components()[k]);
+    EXPECT_EQ(prior[0], expectedMeans[k]) << k;
+    EXPECT_EQ(prior[3], 1.0) << k;  // scale 1: beta = 1 / precision = 1
   }
   // All points equal: scale 0, an infinite precision and beta 0; the bound
   // is then not a number and the fit ends at once with a failure.
   ZqDirichletGaussGammaMixtureModel flat(1, "x", 1.0, std::vector<double>(20, 3.0));
-  double m, k, a, b;
-  ASSERT_TRUE(flat.GetModel().Components()[0].GetBayesPriorGaussParams(m, k, a, b).IsSuccessful());
-  EXPECT_EQ(b, 0.0);
+  EXPECT_EQ(Prior(flat.GetModel().Components()[0])[3], 0.0);
   double fitness = 0.0;
   VarimoTest::CaptureOutput quiet;
   const ZqStatModelResult result = flat.FitModel(fitness, 0.0005, 0.0005, 50000);
@@ -228,9 +236,7 @@ TEST(GaussMixParts, ParametersAndComponents) {
   ASSERT_TRUE(empty.EStepUpdateLogRelativeResponsibility(data).IsSuccessful());
   for (std::size_t i = 0; i < 3; ++i) empty.EStepFillResponsibilityAndLogResp(i, 0.0, -1e300);
   ASSERT_TRUE(empty.MStepUpdateParams(data).IsSuccessful());
-  double m, k, a, b;
-  ASSERT_TRUE(empty.GetBayesPosteriorGaussParams(m, k, a, b).IsSuccessful());
-  EXPECT_EQ((std::vector<double>{m, k, a, b}), (std::vector<double>{1.0, 2.0, 3.0, 4.0}));
+  EXPECT_EQ(Posterior(empty), (std::vector<double>{1.0, 2.0, 3.0, 4.0}));
   EXPECT_EQ(empty.GetMeanWithResponsibilities(), 0.0);
   EXPECT_EQ(empty.EStepGetLogRelativeResponsibility(3), std::numeric_limits<double>::lowest());
   EXPECT_EQ(Comments(empty.CheckSizeResponsibilityVec(5)), Strings{"Size logResponsibility = 3. Desired size = 5"});
@@ -270,6 +276,125 @@ TEST(GaussMixParts, MultiDimComponentResponsibilityAndMoments) {
   const std::vector<double> expected{0.1875, 0.375, 0.375, 0.75};
   for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(component.GetCovarianceWithResponsibilities()[i], expected[i], 1e-15);
   EXPECT_EQ(component.GetSampleMoments({{1.0, 2.0, 3.0}, {0.0, 0.0}}).GetFailureType(), F::WrongInputVectorSize);
+}
+
+// ------------------------------------------------------------ empirical null
+
+// 80% null draws from N(0, 1), 20% from N(4, 1), seeded.
+std::vector<double> NullAndSignal(std::size_t n) {
+  Numarc::ZqRanNumEngine engine(2026);
+  const Numarc::ZqUniformDoubleRNG pick(0.0, 1.0);
+  const Numarc::ZqGaussianRNG null(0.0, 1.0), signal(4.0, 1.0);
+  std::vector<double> data;
+  for (std::size_t i = 0; i < n; ++i) data.push_back(pick(engine) < 0.8 ? null(engine) : signal(engine));
+  return data;
+}
+
+TEST(EmpiricalNull, GaussGammaModelRecoversTheNullShare) {
+  const std::vector<double> data = NullAndSignal(3000);
+  DirGaussGammaMixForEmpiricalNullAlt model(0.8, 1, 1, "z", {1.0, 1.0}, data);
+  ASSERT_TRUE(model.Valid());
+  double fitness = 0.0;
+  VarimoTest::CaptureOutput capture;
+  ASSERT_TRUE(model.FitModel(fitness, 0.0005, 0.0005, 50000).IsSuccessful());
+  ZqStatModelResult result;
+  const double pNull = model.GetExpectedProbNull(result);
+  const double pAlt = model.GetExpectedProbAlt(result);
+  // Three standard errors of a proportion of 3000 draws, about 0.022.
+  EXPECT_NEAR(pNull, 0.8, 0.022);
+  EXPECT_NEAR(pNull + pAlt, 1.0, 1e-12);
+  const ZqUniVarPDF nullLaw = model.GetPosteriorPredictiveNullDist(result);
+  ASSERT_TRUE(result.IsSuccessful());
+  EXPECT_NEAR(nullLaw.GetMean(result), 0.0, 0.1);
+  const ZqUniVarPDF altLaw = model.GetPosteriorPredictiveAltDist(result);
+  EXPECT_NEAR(altLaw.GetMean(result), 4.0, 0.15);
+  const ZqUniVarPDF total = model.GetPosteriorPredictiveTotDist(result);
+  ASSERT_TRUE(result.IsSuccessful());
+  EXPECT_NEAR(total.GetCDF(2.0, result, true), 0.8 * 0.97725 + 0.2 * 0.02275, 0.02);
+  const std::vector<std::string> lines = capture.Lines();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0].rfind("Num cycles, fitness difference, paramDiff, var lower bound = ", 0), 0u);
+  EXPECT_EQ(lines[1].rfind("sumP - 1 = ", 0), 0u);
+  std::vector<double> params;
+  ASSERT_TRUE(model.GetModelParams(params).IsSuccessful());
+  EXPECT_EQ(params.size(), 10u);
+}
+
+TEST(EmpiricalNull, FixedPointModelCyclesAndPredicts) {
+  const std::vector<double> data = NullAndSignal(3000);
+  DirGaussMixForEmpiricalNullAlt model(0.8, 1, 1, "z", {1.0, 1.0}, data);
+  ASSERT_TRUE(model.FitModel(200).IsSuccessful());
+  ZqStatModelResult result;
+  EXPECT_NEAR(model.GetExpectedProbNull(result), 0.8, 0.022);
+  const ZqUniVarPDF nullLaw = model.GetPosteriorPredictiveNullDist(result);
+  ASSERT_TRUE(result.IsSuccessful());
+  EXPECT_NEAR(nullLaw.GetVariance(result), 1.0, 0.15);
+  std::vector<double> params;
+  ASSERT_TRUE(model.GetModelParams(params).IsSuccessful());
+  EXPECT_EQ(params.size(), 6u);
+}
+
+TEST(EmpiricalNull, SearchOverPairsPrintsAndPicksTheBest) {
+  const std::vector<double> data = NullAndSignal(1500);
+  ZqStatModelResult result;
+  std::vector<double> probs;
+  std::vector<DirGaussGammaMixForEmpiricalNullAlt> models;
+  VarimoTest::CaptureOutput capture;
+  const DirGaussGammaMixForEmpiricalNullAlt best =
+      FitGaussGammaMixModel(result, probs, models, 0.8, {{1, 1}, {2, 1}}, "z", 1.0, 1.0, data);
+  const std::vector<std::string> lines = capture.Lines();
+  ASSERT_TRUE(result.IsSuccessful()) << result.ReportStatResultDetails();
+  ASSERT_EQ(models.size(), 2u);
+  EXPECT_NEAR(probs[0] + probs[1], 1.0, 1e-12);
+  std::vector<std::string> search;
+  for (const std::string& line : lines) {
+    if (line.rfind("NumNull, NumAlt, OptimalFitness = ", 0) == 0) search.push_back(line);
+  }
+  ASSERT_EQ(search.size(), 2u);
+  EXPECT_EQ(search[0].rfind("NumNull, NumAlt, OptimalFitness = 1 1 ", 0), 0u);
+  EXPECT_EQ(search[1].rfind("NumNull, NumAlt, OptimalFitness = 2 1 ", 0), 0u);
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_EQ(lines[lines.size() - 2], std::string(42, '$'));
+  const std::size_t bestNull = probs[0] >= probs[1] ? 1 : 2;
+  EXPECT_EQ(lines.back().rfind("Best RESULT: numNull, NumAlt, fitness = " + std::to_string(bestNull) + " 1 ", 0), 0u);
+  EXPECT_EQ(best.GetNumNullComponents(result), bestNull);
+
+  // No pairs: nothing fitted, a default model back.
+  VarimoTest::CaptureOutput quiet;
+  const DirGaussGammaMixForEmpiricalNullAlt none =
+      FitGaussGammaMixModel(result, probs, models, 0.8, {}, "z", 1.0, 1.0, data);
+  EXPECT_TRUE(models.empty() && probs.empty());
+  EXPECT_FALSE(none.Valid());
+}
+
+TEST(EmpiricalNull, ConstructionRulesAndFailures) {
+  const std::vector<double> data = NullAndSignal(200);
+  ZqStatModelResult result;
+  const DirGaussGammaMixForEmpiricalNullAlt noNull(0.8, 0, 2, "z", {1.0, 1.0}, data);
+  EXPECT_EQ(noNull.GetNumNullComponents(result), std::numeric_limits<std::size_t>::max());
+  EXPECT_EQ(result.GetFailureType(), F::ObjectNotValid);
+  EXPECT_FALSE(DirGaussMixForEmpiricalNullAlt(0.8, 1, 1, "z", {1.0, 1.0, 1.0}, data).Valid());
+
+  // A null fraction of one leaves the alternative slice empty: centre 0,
+  // scale 1 (beta 1); above one the null slice ends at the last value.
+  const DirGaussGammaMixForEmpiricalNullAlt allNull(1.0, 1, 1, "z", {1.0, 1.0}, data);
+  const std::vector<double> alternative = Prior(allNull.GetModel().Components()[1]);
+  EXPECT_EQ(alternative[0], 0.0);
+  EXPECT_EQ(alternative[3], 1.0);
+  const DirGaussGammaMixForEmpiricalNullAlt beyond(1.5, 1, 1, "z", {1.0, 1.0}, data);
+  // Both take every value.
+  EXPECT_EQ(Prior(beyond.GetModel().Components()[0])[0], Prior(allNull.GetModel().Components()[0])[0]);
+
+  // Not settling within the cycles is a failure for this model.
+  DirGaussGammaMixForEmpiricalNullAlt slow(0.8, 1, 1, "z", {1.0, 1.0}, data);
+  double fitness = 123.0;
+  const ZqStatModelResult failed = slow.FitModel(fitness, 0.0, 0.0, 2);
+  EXPECT_EQ(failed.GetFailureType(), F::InternalLogicFailure);
+  ASSERT_EQ(VarimoTest::Comments(failed).size(), 1u);
+  EXPECT_EQ(VarimoTest::Comments(failed)[0].rfind(
+                "Convergence Failure!! Num cycles, fitness difference, var lower bound = 2 ", 0),
+            0u);
+  EXPECT_EQ(fitness, 123.0);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
-// The Gaussian process and the krige on a similarity matrix against numpy,
-// scipy and scikit-learn (tests/data/smoothers/make_gp_refs.py): the
-// variances the search finds, the maximum of the profile likelihood,
-// predictions and errors; and their failures.
+// Smoothers on a similarity matrix against numpy, scipy and scikit-learn.
+// The Gaussian process and the krige (tests/data/smoothers/make_gp_refs.py):
+// the variances the search finds, the maximum of the profile likelihood,
+// predictions and errors. Kernel regression, against a direct numpy
+// evaluation, and the grid search of its parameter
+// (tests/data/smoothers/make_similarity_refs.py). And their failures.
 #include "varimo/smoothers/gaussian_process.h"
 
 #include <gtest/gtest.h>
@@ -14,30 +16,34 @@
 
 #include "reference_file.h"
 #include "result_support.h"
-#include "test_support.h"
 #include "varimo/foundations/stats_data_types.h"
+#include "varimo/smoothers/predict_by_gen_sim.h"
+#include "varimo/smoothers/similarity_smoother.h"
+#include "varimo/tables/derived_columns.h"
 
 namespace Varimo {
 namespace {
 
 namespace F = ZqStatModelFailureType;
+namespace T = ZqLinearSmootherOnSimilarityType;
 constexpr unsigned int kGaussian = ZqSimilarityKernelType::Gaussian;
 
+// A reference file: the packed similarity matrix, the responses, the
+// similarity columns of new items, and the other lines by their key.
 struct Refs {
-  std::vector<double> packed, y, gp;
+  std::vector<double> packed, y;
   std::vector<std::vector<double>> news;
-  std::map<std::string, std::vector<std::vector<double>>> predictions;
+  std::map<std::string, std::vector<std::vector<double>>> rows;
 };
 
-Refs ReadRefs() {
+Refs ReadRefs(const std::string& file = "smoothers/gp_refs.txt") {
   Refs refs;
-  for (const auto& line : VarimoTest::ReadReferenceLines("smoothers/gp_refs.txt")) {
+  for (const auto& line : VarimoTest::ReadReferenceLines(file)) {
     const std::vector<double> v = VarimoTest::ToDoubles(line, 1);
     if (line[0] == "sim") refs.packed = v;
     else if (line[0] == "y") refs.y = v;
-    else if (line[0] == "gp") refs.gp = v;
     else if (line[0] == "new") refs.news.push_back(std::vector<double>(v.begin() + 1, v.end()));
-    else refs.predictions[line[0]].push_back(v);
+    else refs.rows[line[0]].push_back(v);
   }
   return refs;
 }
@@ -49,16 +55,32 @@ ZqDataTable Table(const Refs& refs) {
   return table;
 }
 
+// The three models on the table of `refs`, and their fits with the
+// parameters that the references use.
+struct ThreeModels {
+  explicit ThreeModels(const Refs& refs)
+      : gp(kGaussian, "sim", "y", Table(refs)),
+        simple(kGaussian, "sim", "y", Table(refs)),
+        ordinary(kGaussian, "sim", "y", Table(refs)) {}
+  std::vector<ZqStatModelResult> Fit() {
+    return {gp.SetModelParams({2.0}), simple.SetModelParams({2.0, 0.1, 1.5}), ordinary.SetModelParams({2.0, 0.1, 1.5})};
+  }
+  ZqGaussianProcessOnSimilarity gp;
+  ZqKrigeOnSimilarity simple;
+  ZqOrdinaryKrigeOnSimilarity ordinary;
+};
+
 TEST(GaussianProcessOnSimilarity, VariancesAndPredictionsAgreeWithScipyAndScikitLearn) {
   const Refs refs = ReadRefs();
   ZqGaussianProcessOnSimilarity gp(kGaussian, "sim", "y", Table(refs));
   ASSERT_TRUE(gp.SetModelParams({2.0}).IsSuccessful());
-  EXPECT_NEAR(gp.GetSignalVariance(), refs.gp[0], 1e-12 * refs.gp[0]);
-  EXPECT_NEAR(gp.GetNoiseVariance(), refs.gp[1], 1e-12 * refs.gp[1]);
+  const std::vector<double>& variances = refs.rows.at("gp")[0];
+  EXPECT_NEAR(gp.GetSignalVariance(), variances[0], 1e-12 * variances[0]);
+  EXPECT_NEAR(gp.GetNoiseVariance(), variances[1], 1e-12 * variances[1]);
   // The search's noise ratio lies within its resolution of the likelihood's
   // maximum, as scipy's minimiser finds it on the same objective.
-  EXPECT_NEAR(gp.GetNoiseVariance() / gp.GetSignalVariance(), refs.gp[2], 0.001);
-  for (const std::vector<double>& p : refs.predictions.at("gppred")) {
+  EXPECT_NEAR(gp.GetNoiseVariance() / gp.GetSignalVariance(), variances[2], 0.001);
+  for (const std::vector<double>& p : refs.rows.at("gppred")) {
     const auto k = static_cast<std::size_t>(p[0]);
     double predicted, weight, error;
     ASSERT_TRUE(gp.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", refs.news[k])).IsSuccessful());
@@ -100,19 +122,19 @@ TEST(GaussianProcessOnSimilarity, VariancesAndPredictionsAgreeWithScipyAndScikit
 
 TEST(KrigeOnSimilarity, SimpleAndOrdinaryAgreeWithNumpy) {
   const Refs refs = ReadRefs();
-  ZqKrigeOnSimilarity simple(kGaussian, "sim", "y", Table(refs));
-  ZqOrdinaryKrigeOnSimilarity ordinary(kGaussian, "sim", "y", Table(refs));
+  ThreeModels models(refs);
+  ZqKrigeOnSimilarity& simple = models.simple;
+  ZqOrdinaryKrigeOnSimilarity& ordinary = models.ordinary;
   EXPECT_EQ(simple.GetModelParamNames(), (std::vector<std::string>{"Kernel parameter for Gaussian", "nugget", "sill"}));
-  ASSERT_TRUE(simple.SetModelParams({2.0, 0.1, 1.5}).IsSuccessful());
-  ASSERT_TRUE(ordinary.SetModelParams({2.0, 0.1, 1.5}).IsSuccessful());
+  for (const ZqStatModelResult& fit : models.Fit()) ASSERT_TRUE(fit.IsSuccessful());
   for (std::size_t k = 0; k < refs.news.size(); ++k) {
     double predicted, weight, error;
     ASSERT_TRUE(simple.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", refs.news[k])).IsSuccessful());
-    EXPECT_NEAR(predicted, refs.predictions.at("sk")[k][1], 1e-10);
-    EXPECT_NEAR(error, refs.predictions.at("sk")[k][2], 1e-10);
+    EXPECT_NEAR(predicted, refs.rows.at("sk")[k][1], 1e-10);
+    EXPECT_NEAR(error, refs.rows.at("sk")[k][2], 1e-10);
     ASSERT_TRUE(
         ordinary.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", refs.news[k])).IsSuccessful());
-    EXPECT_NEAR(predicted, refs.predictions.at("ok")[k][1], 1e-10);
+    EXPECT_NEAR(predicted, refs.rows.at("ok")[k][1], 1e-10);
     EXPECT_EQ(error, VarimoBadData::BadDouble);  // the ordinary krige gives no error
   }
   // Nugget equal to sill: a diagonal covariance, the mean and sqrt(sill).
@@ -169,26 +191,18 @@ TEST(SimilarityModels, RefuseSimilaritiesThatAreNotNumbers) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   std::vector<double> query = refs.news[0];
   query[4] = nan;
-  ZqGaussianProcessOnSimilarity gp(kGaussian, "sim", "y", Table(refs));
-  ZqKrigeOnSimilarity simple(kGaussian, "sim", "y", Table(refs));
-  ZqOrdinaryKrigeOnSimilarity ordinary(kGaussian, "sim", "y", Table(refs));
-  ASSERT_TRUE(gp.SetModelParams({2.0}).IsSuccessful());
-  ASSERT_TRUE(simple.SetModelParams({2.0, 0.1, 1.5}).IsSuccessful());
-  ASSERT_TRUE(ordinary.SetModelParams({2.0, 0.1, 1.5}).IsSuccessful());
+  ThreeModels models(refs);
+  for (const ZqStatModelResult& fit : models.Fit()) ASSERT_TRUE(fit.IsSuccessful());
   double predicted, weight, error;
   for (const ZqLinearSmootherOnSimilarityBase* model :
-       std::vector<const ZqLinearSmootherOnSimilarityBase*>{&gp, &simple, &ordinary}) {
+       std::vector<const ZqLinearSmootherOnSimilarityBase*>{&models.gp, &models.simple, &models.ordinary}) {
     const ZqStatModelResult refused = model->GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", query));
     ASSERT_EQ(refused.GetFailureType(), F::MissingOrBadPredictorValue);
     EXPECT_EQ(VarimoTest::Comments(refused).back(), "at row (4) similarity value = nan");
   }
 
   refs.packed[7] = nan;  // row 3, element 1
-  ZqGaussianProcessOnSimilarity badGp(kGaussian, "sim", "y", Table(refs));
-  ZqKrigeOnSimilarity badSimple(kGaussian, "sim", "y", Table(refs));
-  ZqOrdinaryKrigeOnSimilarity badOrdinary(kGaussian, "sim", "y", Table(refs));
-  for (const ZqStatModelResult& fit : {badGp.SetModelParams({2.0}), badSimple.SetModelParams({2.0, 0.1, 1.5}),
-                                       badOrdinary.SetModelParams({2.0, 0.1, 1.5})}) {
+  for (const ZqStatModelResult& fit : ThreeModels(refs).Fit()) {
     ASSERT_EQ(fit.GetFailureType(), F::MissingOrBadPredictorValue);
     EXPECT_EQ(VarimoTest::Comments(fit).back(), "at row, column (1,3), similarity value = nan");
   }
@@ -196,12 +210,108 @@ TEST(SimilarityModels, RefuseSimilaritiesThatAreNotNumbers) {
   // A response that is not a number fails the fit as a bad one does.
   Refs nanResponse = ReadRefs();
   nanResponse.y[5] = nan;
-  ZqGaussianProcessOnSimilarity nanGp(kGaussian, "sim", "y", Table(nanResponse));
-  ZqKrigeOnSimilarity nanSimple(kGaussian, "sim", "y", Table(nanResponse));
-  for (const ZqStatModelResult& fit : {nanGp.SetModelParams({2.0}), nanSimple.SetModelParams({2.0, 0.1, 1.5})}) {
+  for (const ZqStatModelResult& fit : ThreeModels(nanResponse).Fit()) {
     ASSERT_EQ(fit.GetFailureType(), F::MissingOrBadResponseValue);
     EXPECT_EQ(VarimoTest::Comments(fit).back(), "at row number(5), response value = nan");
   }
+}
+
+// ------------------------------------------------------------ kernel regression
+
+ZqDataTable Rows(const ZqDataTable& table, std::uint64_t first, std::uint64_t last) {
+  std::vector<ZqDataTableRow> rows;
+  for (std::uint64_t r = first; r <= last; ++r) rows.emplace_back(r);
+  return ZqDataTable(table.GetTableName(), table, ZqDataTableRowSet(rows));
+}
+
+TEST(SimilaritySmoother, KernelRegressionAgreesWithNumpy) {
+  const Refs refs = ReadRefs("smoothers/similarity_refs.txt");
+  ZqLinearSmootherOnSimilarity smoother(T::KernelRegression, ZqSimilarityKernelType::Gaussian, "sim", "y",
+                                        Table(refs));
+  EXPECT_EQ(smoother.GetModelParamNames(), std::vector<std::string>{"Kernel parameter for Gaussian"});
+  double predicted, weight, error;
+  const ZqDataTableCol column = ZqSliceColumn(Table(refs).GetColumnFromName("sim"), 0);
+  EXPECT_EQ(VarimoTest::Comments(smoother.GetPredictedResponse(predicted, weight, error, column)),
+            std::vector<std::string>{"Model Parameter vector is empty!"});
+  for (const std::vector<double>& t : refs.rows.at("train")) {
+    ASSERT_TRUE(smoother.SetModelParams({t[0]}).IsSuccessful());
+    const auto row = static_cast<std::uint64_t>(t[1]);
+    const ZqDataTableCol own = ZqSliceColumn(Table(refs).GetColumnFromName("sim"), row);
+    ASSERT_TRUE(smoother.GetPredictedResponse(predicted, weight, error, own).IsSuccessful());
+    EXPECT_NEAR(predicted, t[2], 1e-12);
+    EXPECT_NEAR(weight, t[3], 1e-12);
+    EXPECT_NEAR(error, t[4], 1e-10);
+    const ZqSimilarityRegressionResult fit = smoother.GetTrainingSetResults();
+    ZqStatModelResult status(true);
+    EXPECT_NEAR(fit.GetColumnFromName(status, "PredictedResponses").GetDouble(row, 0), t[2], 1e-12);
+    EXPECT_NEAR(fit.GetColumnFromName(status, "ResidualErrors").GetDouble(row, 0), t[2] - refs.y[row], 1e-12);
+  }
+  EXPECT_EQ(smoother.SetModelParams({}).GetFailureType(), F::WrongInputVectorSize);
+}
+
+TEST(SimilaritySmoother, GridSearchFindsNumpysBestParameter) {
+  const Refs refs = ReadRefs("smoothers/similarity_refs.txt");
+  const ZqDataTable table = Table(refs);
+  double bestError, bestParam;
+  ASSERT_TRUE(OptimizePredResponseOverSimilarityKernelParams(
+                  bestError, bestParam, ZqSimilarityKernelType::Gaussian,
+                  ZqPredictiveFitMeasureType::RootMeanSquaredDeviation, 1.0, 10.0, 10, "sim", "y", Rows(table, 0, 6),
+                  Rows(table, 7, 9))
+                  .IsSuccessful());
+  EXPECT_EQ(bestParam, refs.rows.at("best")[0][0]);
+  EXPECT_NEAR(bestError, refs.rows.at("best")[0][1], 1e-12);
+  const ZqStatModelResult empty = OptimizePredResponseOverSimilarityKernelParams(
+      bestError, bestParam, 1, 2, 1.0, 2.0, 0, "sim", "y", Rows(table, 0, 6), Rows(table, 7, 9));
+  EXPECT_EQ(empty.GetFailureType(), F::EmptyStatModel);
+  EXPECT_EQ(bestParam, VarimoBadData::BadDouble);
+  EXPECT_EQ(ZqGetPredictiveFitMeasureName(2), "RootMeanSquaredDeviation");
+  EXPECT_EQ(ZqGetPredictiveFitMeasureType("AverageAbsoluteDeviation"), 1u);
+  double fitError;
+  ASSERT_TRUE(GetResponseFitError(fitError, {1.0, 2.0}, {2.0, 4.0}, 1).IsSuccessful());
+  EXPECT_EQ(fitError, 1.5);
+  EXPECT_FALSE(GetResponseFitError(fitError, {}, {}, 1).IsSuccessful());
+}
+
+TEST(SimilaritySmoother, FailuresOfTablesAndSimilarities) {
+  const Refs refs = ReadRefs("smoothers/similarity_refs.txt");
+  // A predictor that is not a symmetric matrix.
+  const ZqLinearSmootherOnSimilarity flat(T::KernelRegression, 1, "y", "y", Table(refs));
+  EXPECT_FALSE(flat.ModelIsValid());
+  EXPECT_EQ(VarimoTest::Comments(flat.GetResultOfConstructor()),
+            std::vector<std::string>{"Predictor column y Is not a symmetric matrix"});
+  EXPECT_EQ(flat.GetTestSetResults("y", Table(refs)).GetResultOfRegression().GetFailureType(), F::ObjectNotValid);
+  // A similarity above one.
+  ZqLinearSmootherOnSimilarity smoother(T::KernelRegression, 1, "sim", "y", Table(refs));
+  ASSERT_TRUE(smoother.SetModelParams({2.0}).IsSuccessful());
+  std::vector<double> high(refs.y.size(), 0.5);
+  high[3] = 1.0000000001;
+  double predicted, weight, error;
+  const ZqStatModelResult refused = smoother.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high));
+  EXPECT_EQ(refused.GetFailureType(), F::ArgumentOutOfRange);
+  EXPECT_EQ(VarimoTest::Comments(refused), std::vector<std::string>{"At row num (3); sim value = 1"});
+  high[3] = 1.0;
+  EXPECT_TRUE(smoother.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high)).IsSuccessful());
+  // Neither a NaN similarity nor a NaN training response reaches the sums.
+  high[3] = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(VarimoTest::Comments(smoother.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high))),
+            std::vector<std::string>{"At row num (3); sim value = nan"});
+  high[3] = 1.0;
+  Refs nanResponse = refs;
+  nanResponse.y[6] = std::numeric_limits<double>::quiet_NaN();
+  ZqLinearSmootherOnSimilarity nanSmoother(T::KernelRegression, 1, "sim", "y", Table(nanResponse));
+  ASSERT_TRUE(nanSmoother.SetModelParams({2.0}).IsSuccessful());
+  EXPECT_EQ(VarimoTest::Comments(nanSmoother.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", high))),
+            std::vector<std::string>{"At row num 6, response column value = nan"});
+  // With all kernel values 0 the plain mean, each weight the floor.
+  ZqLinearSmootherOnSimilarity box(T::KernelRegression, ZqSimilarityKernelType::BoxCar, "sim", "y", Table(refs));
+  ASSERT_TRUE(box.SetModelParams({100.0}).IsSuccessful());
+  ASSERT_TRUE(box.GetPredictedResponse(predicted, weight, error, ZqDataTableCol("s", std::vector<double>(10, 0.5)))
+                  .IsSuccessful());
+  double mean = 0.0;
+  for (const double v : refs.y) mean += v / 10.0;
+  EXPECT_NEAR(predicted, mean, 1e-12);
+  EXPECT_EQ(weight, 1.1920928955078125e-7);
+  EXPECT_EQ(ZqGetLinearSmootherOnSimilarityType("GaussianProcess"), 2u);
 }
 
 }  // namespace

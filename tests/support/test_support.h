@@ -9,7 +9,9 @@
 #include <cstring>
 #include <iomanip>
 #include <limits>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "varimo/platform/corvane/output_sink.h"
 
@@ -61,6 +63,12 @@ class CaptureOutput {
  public:
   explicit CaptureOutput(Corvane::ZqOutputStream stream = Corvane::ZqOutputStream::Out) : stream_(stream) {}
   std::string Text() const { return capture_.Text(stream_); }
+  std::vector<std::string> Lines() const {
+    std::vector<std::string> lines;
+    std::istringstream in(Text());
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+  }
 
  private:
   Corvane::ZqOutputStream stream_;

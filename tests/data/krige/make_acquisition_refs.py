@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Reference expected improvement and probability of improvement, for
-tests/krige/acquisition_test.cc, computed independently with mpmath at 40
+tests/krige/batch_selection_test.cc, computed independently with mpmath at 40
 digits from their definitions for Y ~ N(mean, sd^2):
   maximizing  z = (mean - best - xi) / sd,  minimizing  z = (best - xi - mean) / sd
   EI = sd (z Phi(z) + phi(z)),  PI = Phi(z)

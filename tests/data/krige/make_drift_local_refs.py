@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Reference values of universal kriging, of its residual variogram pairs,
 and of local simple, ordinary and universal kriging with a fixed kernel, for
-tests/krige/universal_local_test.cc, computed independently with numpy.
+tests/krige/universal_krige_test.cc, local_krige_test.cc and
+krige_model_test.cc, computed independently with numpy.
 
 Run with /usr/bin/python3; writes drift_local_refs.txt beside this script.
 

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Reference values of the krige kernels, written independently in Python
-from their defining formulas, for tests/krige/krige_kernels_test.cc.
+from their defining formulas, for tests/krige/variogram_test.cc.
 
 Run with /usr/bin/python3; writes kernel_refs.txt beside this script, lines
 "name range sill nugget distance value" (name with blanks replaced by '_').

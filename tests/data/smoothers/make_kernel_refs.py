@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Reference values of the kernel functions and the similarity kernels,
 written independently in Python from their defining formulas, for
-tests/smoothers/kernels_test.cc.
+tests/smoothers/variogram_test.cc.
 
 Run with /usr/bin/python3; writes kernel_refs.txt beside this script, lines
 "kernel TYPE u value" and "similarity TYPE s p value". C is the double one

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Reference predictions of kernel regression on a similarity matrix,
-computed with numpy for tests/smoothers/similarity_smoother_test.cc.
+computed with numpy for tests/smoothers/gaussian_process_test.cc.
 
 Run with /usr/bin/python3; writes similarity_refs.txt beside this script:
   sim ...          the packed lower triangle of S, row by row, where

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Reference fits of the smoothers on a predictor column, computed with
-numpy for tests/smoothers/linear_smoother_test.cc.
+numpy for tests/smoothers/pred_columns_smoother_test.cc.
 
 Run with /usr/bin/python3; writes smoother_refs.txt beside this script:
   x ...            the predictor (20 seeded values)
