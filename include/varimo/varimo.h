@@ -71,6 +71,7 @@
 
 #include "varimo/krige/cross_validation.h"
 #include "varimo/krige/kernel_fit.h"
+#include "varimo/krige/likelihood_fit.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/variogram.h"
 #include "varimo/krige/krige_options.h"

@@ -1,0 +1,83 @@
+// Kernel parameters by maximum likelihood, the alternative to fitting the
+// experimental variogram by least squares. With few training elements the
+// binned variogram is noisy, and its fit often picks a short range that
+// leaves far queries without a valid prediction; the likelihood of the
+// responses themselves uses every pair at once and needs no bins.
+//
+//   Varimo::ZqLikelihoodData data = ...;   // distances, responses, the mean's model
+//   for (const Varimo::ZqLikelihoodFit& fit : Varimo::ZqRankKernelsByLikelihood(data, candidates))
+//     if (model.TrainFixed(fit.kernel)) break;
+//
+// The model is the one the kriging models predict with: the responses of
+// the distinct training elements are Gaussian with a mean F beta and the
+// covariance s2 P, P_ij = 1 - kernel(d_ij) for a kernel of sill 1, nugget 0
+// and range r, P_ii = 1. (The kriging models put no nugget on the training
+// elements' diagonal: a nugget only adds to the variance of a query, and the
+// training responses say nothing about it.) beta and s2 have closed forms
+// given r (generalised least squares), which leaves the profile
+// log-likelihood
+//
+//   l(r) = -n/2 log(s2(r)) - 1/2 log det P(r),
+//
+// up to a constant. The fitted kernel has that shape and range, sill s2 and
+// nugget 0: the covariance sill - kernel(d) of the kriging models is then
+// exactly s2 P.
+#pragma once
+
+#include <Eigen/Core>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "varimo/krige/krige_kernels.h"
+
+namespace Varimo {
+
+struct ZqLikelihoodData {
+  // Distances among the n training elements, symmetric with a zero diagonal
+  // and positive elsewhere (duplicates merged, as the kriging models merge
+  // them).
+  Eigen::MatrixXd distances;
+  Eigen::VectorXd responses;
+  // The mean's model, one column per term: a column of ones for ordinary
+  // kriging, ones and the drift properties for universal kriging. No column
+  // means a known mean, the responses' average, as simple kriging takes it.
+  Eigen::MatrixXd drift;
+};
+
+struct ZqLikelihoodFit {
+  ZqKrigeKernel kernel{ZqKrigeKernelType::Linear};
+  double logLikelihood = -std::numeric_limits<double>::infinity();
+};
+
+// l(r) as above for the shape of `kernel` (its own range, sill and nugget
+// are not used); -infinity for data ZqCheckLikelihoodData refuses, a range
+// that is not positive and finite, a P that is not positive definite or
+// nearly singular (the squared ratio of the smallest to the largest pivot
+// of its Cholesky factor below 1e-12), a mean's model that is rank
+// deficient on these elements, or responses that the mean's model fits
+// exactly. Cost: one Cholesky factorisation of order n.
+double ZqProfileLogLikelihood(const ZqLikelihoodData& data, const ZqKrigeKernelBase& kernel, double range);
+
+// Why the data cannot be fitted; empty when they can: fewer than 3
+// elements or no more elements than mean terms, values that are not
+// finite, distances that are not a symmetric matrix with a zero diagonal
+// and positive elements elsewhere, or responses that are all equal.
+std::string ZqCheckLikelihoodData(const ZqLikelihoodData& data);
+
+// For each candidate shape the range of largest profile likelihood, searched
+// from 1/16 to 16 times the largest distance on a logarithmic scale (a grid
+// of factors 2^(1/4), then golden-section steps to a factor of about
+// 1.006), and
+// the candidates ranked by that likelihood, largest first; a tie keeps the
+// candidates' order. The likelihood of a bounded kernel (linear, spherical,
+// power) has a kink wherever the range passes a pair's distance, and a peak
+// between two kinks narrower than the grid's step may be missed for a
+// neighbouring one. Candidates without a finite likelihood at any range are
+// left out, and all of them for data ZqCheckLikelihoodData refuses.
+// Cost: for each candidate 43 Cholesky factorisations of order n.
+std::vector<ZqLikelihoodFit> ZqRankKernelsByLikelihood(const ZqLikelihoodData& data,
+                                                       const std::vector<const ZqKrigeKernelBase*>& candidates);
+
+}  // namespace Varimo

@@ -1,0 +1,237 @@
+// Kernels by likelihood: the profile log-likelihood and its maximum against
+// numpy direct solves and a scipy search (tests/data/krige/make_likelihood_refs.py),
+// the refusals of data it cannot fit, and global models trained with the
+// kernel found.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "drift_local_refs.h"
+#include "reference_file.h"
+#include "test_support.h"
+#include "varimo/krige/likelihood_training.h"
+#include "varimo/krige/vector_krige.h"
+#include "varimo/platform/corvane/error_handler.h"
+
+namespace Varimo {
+namespace {
+
+using Element = std::vector<double>;
+using VarimoTest::NamedKernel;
+using VarimoTest::ToDouble;
+constexpr double kError = -99.0;
+constexpr unsigned int kMissing = 0xFFFFFFFF;
+
+struct References {
+  std::vector<Element> points;
+  std::vector<double> responses;
+  std::vector<std::vector<std::string>> logliks, optima;
+};
+
+const References& Refs() {
+  static const References refs = [] {
+    References r;
+    for (const auto& tokens : VarimoTest::ReadReferenceLines("krige/likelihood_refs.txt")) {
+      if (tokens[0] == "point") {
+        r.points.push_back({ToDouble(tokens[1]), ToDouble(tokens[2])});
+        r.responses.push_back(ToDouble(tokens[3]));
+      } else {
+        (tokens[0] == "loglik" ? r.logliks : r.optima).push_back(tokens);
+      }
+    }
+    return r;
+  }();
+  return refs;
+}
+
+ZqLikelihoodData DataFor(const std::string& mean) {
+  const References& refs = Refs();
+  const Eigen::Index n = static_cast<Eigen::Index>(refs.points.size());
+  ZqLikelihoodData data;
+  data.distances.resize(n, n);
+  data.responses.resize(n);
+  if (mean != "simple") data.drift.resize(n, mean == "ordinary" ? 1 : 3);
+  for (Eigen::Index i = 0; i < n; ++i) {
+    for (Eigen::Index j = 0; j < n; ++j) data.distances(i, j) = ZqEuclideanDistance()(refs.points[i], refs.points[j]);
+    data.responses(i) = refs.responses[i];
+    if (mean == "simple") continue;
+    data.drift(i, 0) = 1.0;
+    if (mean == "universal") data.drift.row(i).tail(2) << refs.points[i][0], refs.points[i][1];
+  }
+  return data;
+}
+
+double Longest(const ZqLikelihoodData& data) { return data.distances.maxCoeff(); }
+
+ZqKrigeKernel Shape(const std::string& name) {
+  return name == "Linear" ? ZqKrigeKernel(ZqKrigeKernelType::Linear) : NamedKernel(name, 1.0, 1.0, 0.0);
+}
+
+TEST(ProfileLikelihood, MatchesDirectSolves) {
+  ASSERT_EQ(Refs().logliks.size(), 36u);
+  for (const auto& tokens : Refs().logliks) {
+    SCOPED_TRACE(tokens[1] + " " + tokens[2] + " " + tokens[3]);
+    // The kernel's own parameters play no part.
+    ZqKrigeKernel kernel = Shape(tokens[1]);
+    kernel.SetSill(7.0);
+    kernel.SetNugget(3.0);
+    const double value = ZqProfileLogLikelihood(DataFor(tokens[2]), kernel, ToDouble(tokens[3]));
+    EXPECT_NEAR(value, ToDouble(tokens[4]), 1e-9 * std::fabs(ToDouble(tokens[4])));
+  }
+  const ZqLikelihoodData data = DataFor("ordinary");
+  EXPECT_EQ(ZqProfileLogLikelihood(data, Shape("Linear"), 0.0), -INFINITY);
+  EXPECT_EQ(ZqProfileLogLikelihood(data, Shape("Linear"), INFINITY), -INFINITY);
+  // Numerically singular: the Gaussian kernel of a long range on distinct
+  // points, and P = all ones from a linear kernel far longer than the data.
+  EXPECT_EQ(ZqProfileLogLikelihood(data, Shape("Gaussian"), 2.5), -INFINITY);
+  EXPECT_EQ(ZqProfileLogLikelihood(data, Shape("Linear"), 1e20), -INFINITY);
+  // A mean's model with two columns equal but for rounding-level noise is
+  // rank deficient in all but name.
+  ZqLikelihoodData twin = DataFor("universal");
+  twin.drift.col(2) = twin.drift.col(1) + 1e-7 * twin.drift.col(2);
+  EXPECT_EQ(ZqProfileLogLikelihood(twin, Shape("Exponential"), 0.8), -INFINITY);
+}
+
+// The search over one shape reaches the reference maximum. For the smooth
+// kernels, at the reference's range and with its s2 as the sill; a bounded
+// kernel's likelihood has peaks between the kinks where the range passes a
+// pair's distance, and one narrower than the grid's step may be missed.
+TEST(RankByLikelihood, OneShapeReachesTheMaximum) {
+  ASSERT_EQ(Refs().optima.size(), 12u);
+  for (const auto& tokens : Refs().optima) {
+    SCOPED_TRACE(tokens[1] + " " + tokens[2]);
+    const ZqLikelihoodData data = DataFor(tokens[2]);
+    const ZqKrigeKernel shape = Shape(tokens[1]);
+    const std::vector<ZqLikelihoodFit> ranked = ZqRankKernelsByLikelihood(data, {&shape});
+    ASSERT_EQ(ranked.size(), 1u);
+    const ZqLikelihoodFit& fit = ranked[0];
+    EXPECT_EQ(fit.kernel.GetName(), tokens[1]);
+    EXPECT_EQ(fit.kernel.GetNugget(), 0.0);
+    EXPECT_EQ(ZqProfileLogLikelihood(data, shape, fit.kernel.GetRange()), fit.logLikelihood);
+    const double best = ToDouble(tokens[4]);
+    EXPECT_LE(fit.logLikelihood, best + 1e-9);
+    const bool smooth = tokens[1] == "Exponential" || tokens[1] == "Gaussian";
+    EXPECT_GE(fit.logLikelihood, best - (smooth ? 1e-4 : 0.15));
+    if (smooth) {
+      EXPECT_NEAR(std::log2(fit.kernel.GetRange() / Longest(data)), ToDouble(tokens[3]), 0.01);
+      EXPECT_NEAR(fit.kernel.GetSill(), ToDouble(tokens[5]), 0.005 * ToDouble(tokens[5]));
+    }
+  }
+}
+
+// Several shapes come ranked by their maxima, the reference's order.
+TEST(RankByLikelihood, ShapesComeInTheOrderOfTheirMaxima) {
+  std::map<std::string, std::vector<std::pair<double, std::string>>> maxima;
+  for (const auto& tokens : Refs().optima) maxima[tokens[2]].emplace_back(-ToDouble(tokens[4]), tokens[1]);
+  const ZqKrigeKernel shapes[] = {Shape("Linear"), Shape("Exponential"), Shape("Gaussian"), Shape("Spherical")};
+  for (auto& [mean, expected] : maxima) {
+    SCOPED_TRACE(mean);
+    std::sort(expected.begin(), expected.end());
+    const std::vector<ZqLikelihoodFit> ranked =
+        ZqRankKernelsByLikelihood(DataFor(mean), {&shapes[0], &shapes[1], &shapes[2], &shapes[3]});
+    ASSERT_EQ(ranked.size(), 4u);
+    for (std::size_t k = 0; k < 4; ++k) EXPECT_EQ(ranked[k].kernel.GetName(), expected[k].second) << k;
+  }
+}
+
+TEST(RankByLikelihood, DataItCannotFitAreRefusedWithTheReason) {
+  const ZqKrigeKernel shape = Shape("Exponential");
+  const auto refused = [&](const ZqLikelihoodData& data, const std::string& reason) {
+    EXPECT_EQ(ZqCheckLikelihoodData(data), reason);
+    EXPECT_TRUE(ZqRankKernelsByLikelihood(data, {&shape}).empty());
+    EXPECT_EQ(ZqProfileLogLikelihood(data, shape, 1.0), -INFINITY);
+  };
+  ZqLikelihoodData data = DataFor("universal");
+  data.drift.conservativeResize(29, 3);
+  refused(data, "the mean's model has not one row per element");
+  data = DataFor("ordinary");
+  data.distances.conservativeResize(30, 29);
+  refused(data, "the distances are not an n x n matrix");
+  data = DataFor("ordinary");
+  data.responses(4) = NAN;
+  refused(data, "the data are not all finite");
+  data = DataFor("ordinary");
+  data.distances(3, 5) += 1e-9;
+  refused(data, "the distances are not symmetric");
+  data.distances(3, 5) = data.distances(5, 3) = 0.0;
+  refused(data, "two elements are at distance 0 or less");
+  data = DataFor("ordinary");
+  data.distances(2, 2) = 1e-3;
+  refused(data, "a distance of an element to itself is not 0");
+  data = DataFor("simple");
+  data.responses.setConstant(2.5);
+  refused(data, "all responses are equal");
+  data = DataFor("universal");
+  data.distances = data.distances.topLeftCorner(3, 3).eval();
+  data.responses = data.responses.head(3).eval();
+  data.drift = data.drift.topRows(3).eval();
+  refused(data, "too few elements");
+  EXPECT_EQ(ZqCheckLikelihoodData(DataFor("universal")), "");
+  // Data it can fit, but no candidate to fit.
+  EXPECT_TRUE(ZqRankKernelsByLikelihood(DataFor("ordinary"), {}).empty());
+}
+
+// A global model trained by likelihood predicts with the kernel of the fit
+// over the 16 candidates, with the mean's model of its kind.
+TEST(TrainByLikelihood, GlobalModelsTrainWithTheKernelFound) {
+  const References& refs = Refs();
+  ZqOrdinaryKrige<Element> ordinary(ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
+  ZqSimpleKrige<Element> simple(ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
+  ZqUniversalKrige<Element> universal(ZqEuclideanDistance(), ZqVecPropertyListFxn(2), kError, kMissing, false,
+                                      ZqKrigeUniqueResponseMethod::Mean);
+  for (std::size_t i = 0; i < refs.points.size(); ++i) {
+    ASSERT_TRUE(ordinary.AddTraining(refs.points[i], refs.responses[i]));
+    ASSERT_TRUE(simple.AddTraining(refs.points[i], refs.responses[i]));
+    ASSERT_TRUE(universal.AddTraining(refs.points[i], refs.responses[i]));
+  }
+  for (const auto& [mean, model] : std::vector<std::pair<std::string, ZqStandardKrigeImpl<Element, ZqVectorStorage>*>>{
+           {"simple", &simple}, {"ordinary", &ordinary}, {"universal", &universal}}) {
+    SCOPED_TRACE(mean);
+    const ZqLikelihoodData data = ZqLikelihoodDataOf(*model);
+    const ZqLikelihoodData expected = DataFor(mean);
+    EXPECT_LT((data.distances - expected.distances).cwiseAbs().maxCoeff(), 1e-15);
+    EXPECT_EQ(data.responses, expected.responses);
+    EXPECT_EQ(data.drift, expected.drift);
+
+    ASSERT_TRUE(ZqTrainByLikelihood(*model));
+    // The kernel is the first of the ranking that the model trains with.
+    auto kernels = ZqGetKrigeKernels();
+    std::vector<const ZqKrigeKernelBase*> candidates;
+    for (const ZqKrigeKernelBase& kernel : kernels) candidates.push_back(&kernel);
+    const ZqKrigeKernel used = model->GetKernel();
+    bool found = false;
+    for (const ZqLikelihoodFit& fit : ZqRankKernelsByLikelihood(expected, candidates)) {
+      if (fit.kernel.GetName() != used.GetName()) {
+        std::unique_ptr<ZqKrigeBase<Element>> probe(model->CreateKrigeCopy());
+        EXPECT_FALSE(probe->TrainFixed(fit.kernel)) << fit.kernel.GetName() << " ranks above " << used.GetName();
+        continue;
+      }
+      EXPECT_EQ(used.GetRange(), fit.kernel.GetRange());
+      EXPECT_EQ(used.GetSill(), fit.kernel.GetSill());
+      EXPECT_EQ(used.GetNugget(), 0.0);
+      found = true;
+      break;
+    }
+    EXPECT_TRUE(found);
+    EXPECT_TRUE(model->GetKrigeResult({0.5, 0.5}).Valid());
+  }
+
+  // Too few elements: a warning with the reason, and the model untouched.
+  Corvane::ZqScopedThrowCapture capture;
+  ZqOrdinaryKrige<Element> two(ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
+  two.AddTraining({0.0, 0.0}, 1.0);
+  two.AddTraining({1.0, 0.0}, 2.0);
+  EXPECT_FALSE(ZqTrainByLikelihood(two));
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
+            std::vector<std::string>{"ZqTrainByLikelihood, unable to train.  too few elements"});
+  EXPECT_FALSE(two.IsTrained());
+  EXPECT_EQ(two.GetContainer().GetNumData(), 2u);
+}
+
+}  // namespace
+}  // namespace Varimo
