@@ -77,7 +77,11 @@ double ProfileAt(const ZqLikelihoodData& data, const ZqKrigeKernelBase& shape, d
 }
 
 // Golden-section search for the largest f on [lo, hi] in `steps`
-// evaluations after the first two; f records the best point it sees.
+// evaluations after the first two; f records the best point it sees. Not
+// the library's line minimiser, which starts from a descending first step
+// at the end of its bracket, nor Boost's Brent search: here the number of
+// evaluations (each a factorisation) is fixed, and f is -infinity wherever
+// P is not positive definite, which parabolic steps do not survive.
 template <class F>
 void GoldenMaximise(const F& f, double lo, double hi, int steps) {
   double a = lo, b = hi;
