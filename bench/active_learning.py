@@ -22,7 +22,9 @@ ours also both figures of the conformal intervals (calibrated on the
 training folds' own cross-validation, applied to the held-out fold), with
 the kriging variance and with the full variance.
 
-Ours: varimo.MolKriging (default settings) and its suggest. Where the
+Ours: varimo.MolKriging and its suggest, with the default settings
+("ours", kernels fitted to the variogram) and with kernel_fit="likelihood"
+("ours-lik", kernels by the likelihood of the training responses). Where the
 model has a valid prediction for fewer pool members than the batch needs
 (a kernel of short range fitted to a clustered training set leaves the far
 molecules without one), the batch takes those and is filled at random; the
@@ -146,8 +148,12 @@ OURS = {"greedy": dict(acquisition="greedy", batch=None), "ucb": dict(acquisitio
 FILLED = []  # (strategy, picks short): batches where our model could not fill the batch
 
 
-def our_batch(mols, acquired, y, pool, size, strategy, seed):
-    model = varimo.MolKriging().fit([mols[i] for i in acquired], y[acquired])
+# The settings of each of our sides.
+OUR_SIDES = {"ours": {}, "ours-lik": {"kernel_fit": "likelihood"}}
+
+
+def our_batch(side, mols, acquired, y, pool, size, strategy, seed):
+    model = varimo.MolKriging(**OUR_SIDES[side]).fit([mols[i] for i in acquired], y[acquired])
     pool_mols = [mols[i] for i in pool]
     # A kernel of short range leaves the molecules far from every training
     # one without a valid prediction; those cannot be picked. The batch then
@@ -175,8 +181,8 @@ def campaign(side, mols, y, similarity, strategy, seed):
         pool = np.array(sorted(set(range(n)) - set(acquired)))
         if strategy == "random":
             batch = list(rng.choice(pool, step, replace=False))
-        elif side == "ours":
-            batch = our_batch(mols, np.array(acquired), y, pool, step, strategy, seed)
+        elif side in OUR_SIDES:
+            batch = our_batch(side, mols, np.array(acquired), y, pool, step, strategy, seed)
         else:
             gp = TanimotoGP(similarity).fit(acquired, y[acquired])
             batch = peer_batch(gp, np.array(acquired), y, pool, step, strategy, rng)
@@ -197,8 +203,8 @@ def calibration(side, mols, y, similarity, seed=1, variance="kriging"):
     lower, upper = np.full((len(levels), n), np.nan), np.full((len(levels), n), np.nan)
     for k in range(5):
         train, held = np.flatnonzero(fold != k), np.flatnonzero(fold == k)
-        if side == "ours":
-            model = varimo.MolKriging(variance=variance).fit([mols[i] for i in train], y[train])
+        if side in OUR_SIDES:
+            model = varimo.MolKriging(variance=variance, **OUR_SIDES[side]).fit([mols[i] for i in train], y[train])
             held_mols = [mols[i] for i in held]
             mean[held], sd[held] = model.predict(held_mols, return_std=True)
             for j, q in enumerate(levels):
@@ -210,7 +216,7 @@ def calibration(side, mols, y, similarity, seed=1, variance="kriging"):
     coverage = np.array([np.mean(err <= stats.norm.ppf(0.5 + q / 2) * s) for q in levels])
     figures = dict(spearman=stats.spearmanr(err, s).correlation,
                    area=float(np.mean(np.abs(coverage - levels))), normal90=coverage[17])
-    if side == "ours":
+    if side in OUR_SIDES:
         inside = (y[ok] >= lower[:, ok]) & (y[ok] <= upper[:, ok])
         conformal = inside.mean(axis=1)
         figures["conformal_area"] = float(np.mean(np.abs(conformal - levels)))
@@ -223,6 +229,7 @@ def main():
     parser.add_argument("--seeds", type=int, default=10)
     parser.add_argument("--calibration-only", action="store_true", help="skip the campaigns")
     parser.add_argument("--sets", default="CHEMBL2321810,bzr", help="comma-separated names of the sets")
+    parser.add_argument("--sides", default="ours,ours-lik,peer", help="comma-separated sides to run")
     options = parser.parse_args()
     warnings.simplefilter("ignore")
     from threadpoolctl import threadpool_info
@@ -236,21 +243,25 @@ def main():
         fps = morgan_counts(mols)
         similarity = minmax(fps, fps)
         print(f"\n{name}: {len(y)} molecules, top 5 % = {max(1, round(0.05 * len(y)))}, {options.seeds} seeds")
-        print(f"{'side':5s} {'strategy':12s} {'@10%':>6s} {'@20%':>6s} {'@30%':>6s} {'area':>6s}")
-        for side in ("ours", "peer") if not options.calibration_only else ():
+        print(f"{'side':8s} {'strategy':12s} {'@10%':>6s} {'@20%':>6s} {'@30%':>6s} {'area':>6s}")
+        sides = options.sides.split(",")
+        for side in sides if not options.calibration_only else ():
             for strategy in STRATEGIES:
-                if side == "peer" and strategy == "random":
-                    continue  # the same draws as ours
+                if side != sides[0] and strategy == "random":
+                    continue  # the same draws whatever the side
                 curves = np.array([campaign(side, mols, y, similarity, strategy, seed)
                                    for seed in range(options.seeds)]).mean(axis=0)
                 area = np.trapz(curves, dx=1.0) / (len(curves) - 1)
-                print(f"{side:5s} {strategy:12s} {curves[1]:6.2f} {curves[3]:6.2f} {curves[5]:6.2f} {area:6.2f}",
+                print(f"{side:8s} {strategy:12s} {curves[1]:6.2f} {curves[3]:6.2f} {curves[5]:6.2f} {area:6.2f}",
                       flush=True)
-                if side == "ours" and FILLED:
+                if side in OUR_SIDES and FILLED:
                     print(f"      {len(FILLED)} of its batches filled at random, {sum(n for _, n in FILLED)} picks in all:"
                           " too few pool members had a valid prediction", flush=True)
                     FILLED.clear()
-        for side, variance in (("ours", "kriging"), ("ours", "full"), ("peer", None)):
+        for side, variance in (("ours", "kriging"), ("ours", "full"), ("ours-lik", "kriging"), ("ours-lik", "full"),
+                               ("peer", None)):
+            if side not in sides:
+                continue
             label = f"{side}, {variance} variance" if variance else side
             print(f"{label} calibration (5-fold):", {k: round(float(v), 3) for k, v in
                                                      calibration(side, mols, y, similarity,

@@ -130,7 +130,8 @@ Molecules FromFile(const std::string& path) {
 
 Varimo::ZqMolModelSettings Settings(unsigned int maxPath, unsigned int minPath, bool forcePathsOut,
                                     bool weightByLength, bool stereoAware, unsigned int local,
-                                    std::vector<std::string> drift, std::string kernel, std::string responseName) {
+                                    std::vector<std::string> drift, std::string kernel, const std::string& fit,
+                                    std::string responseName) {
   Varimo::ZqMolModelSettings settings;
   settings.fingerprint.SetMaxPathLength(maxPath)
       .SetMinPathLength(minPath)
@@ -141,6 +142,9 @@ Varimo::ZqMolModelSettings Settings(unsigned int maxPath, unsigned int minPath, 
   settings.drift = std::move(drift);
   if (!kernel.empty() && !Varimo::ZqIsKrigeKernelName(kernel)) throw py::value_error("no kernel is named '" + kernel + "'");
   settings.kernel = std::move(kernel);
+  if (fit != "variogram" && fit != "likelihood") throw py::value_error("kernel_fit is 'variogram' or 'likelihood', not '" + fit + "'");
+  if (fit == "likelihood" && local > 0) throw py::value_error("kernel_fit='likelihood' is for global models, not local");
+  settings.fit = fit == "likelihood" ? Varimo::ZqKernelFit::Likelihood : Varimo::ZqKernelFit::Variogram;
   settings.responseName = std::move(responseName);
   return settings;
 }
@@ -155,6 +159,7 @@ py::dict SettingsDict(const Varimo::ZqMolModelSettings& settings) {
   d["local"] = settings.numLocal;
   d["drift"] = settings.drift;
   d["kernel"] = settings.kernel;
+  d["fit"] = settings.fit == Varimo::ZqKernelFit::Likelihood ? "likelihood" : "variogram";
   d["response_name"] = settings.responseName;
   return d;
 }
@@ -329,12 +334,13 @@ void BindMolecules(py::module_& m) {
   py::class_<Varimo::ZqMolModel>(m, "MolModel")
       .def(py::init([](unsigned int maxPath, unsigned int minPath, bool forcePathsOut, bool weightByLength,
                        bool stereoAware, unsigned int local, std::vector<std::string> drift, std::string kernel,
-                       std::string responseName) {
+                       const std::string& fit, std::string responseName) {
              return Varimo::ZqMolModel(Settings(maxPath, minPath, forcePathsOut, weightByLength, stereoAware, local,
-                                                std::move(drift), std::move(kernel), std::move(responseName)));
+                                                std::move(drift), std::move(kernel), fit, std::move(responseName)));
            }),
            py::arg("max_path"), py::arg("min_path"), py::arg("force_paths_out"), py::arg("weight_by_length"),
-           py::arg("stereo_aware"), py::arg("local"), py::arg("drift"), py::arg("kernel"), py::arg("response_name"))
+           py::arg("stereo_aware"), py::arg("local"), py::arg("drift"), py::arg("kernel"), py::arg("fit"),
+           py::arg("response_name"))
       .def_property_readonly("settings", [](const Varimo::ZqMolModel& model) { return SettingsDict(model.GetSettings()); })
       .def_property_readonly("num_records", &Varimo::ZqMolModel::GetNumRecords)
       .def_property_readonly("responses", [](const Varimo::ZqMolModel& model) { return ToArray(model.GetResponses()); })

@@ -2,6 +2,7 @@
 #include "vectors.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "conversions.h"
 #include "varimo/krige/applicability_domain.h"
 #include "varimo/krige/cross_validation.h"
+#include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/vector_model.h"
 
 namespace VarimoPython {
@@ -17,8 +19,8 @@ namespace {
 class VectorModel {
  public:
   VectorModel(const std::string& model, std::size_t numFeatures, std::size_t numDrift, unsigned int local,
-              const std::string& kernel)
-      : kernel_(kernel) {
+              const std::string& kernel, const std::string& fit)
+      : kernel_(kernel), byLikelihood_(fit == "likelihood") {
     using Model = Varimo::ZqVectorKrigeSettings::Model;
     if (model == "simple") {
       settings_.model = Model::Simple;
@@ -30,6 +32,10 @@ class VectorModel {
       throw py::value_error("model is 'simple', 'ordinary' or 'universal', not '" + model + "'");
     }
     if (!kernel.empty()) CandidateKernel(kernel);  // refuses an unknown name
+    if (fit != "variogram" && fit != "likelihood") {
+      throw py::value_error("kernel_fit is 'variogram' or 'likelihood', not '" + fit + "'");
+    }
+    if (byLikelihood_ && local > 0) throw py::value_error("kernel_fit='likelihood' is for global models, not local");
     settings_.numFeatures = numFeatures;
     settings_.numDrift = numDrift;
     settings_.numLocal = local;
@@ -55,8 +61,17 @@ class VectorModel {
     return refused;
   }
 
-  // Every candidate, or the named one fitted alone, as varimo-krige --kernel.
+  // Every candidate, or the named one fitted alone, as varimo-krige --kernel
+  // and --fit.
   bool Train() {
+    if (byLikelihood_) {
+      std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
+      std::optional<Varimo::ZqKrigeKernel> kernel;
+      if (!kernel_.empty()) candidates.push_back(&kernel.emplace(CandidateKernel(kernel_)));
+      py::gil_scoped_release release;
+      trained_ = Varimo::ZqTrainByLikelihood(*model_, candidates);
+      return trained_;
+    }
     if (kernel_.empty()) {
       py::gil_scoped_release release;
       trained_ = model_->Train();
@@ -155,6 +170,7 @@ class VectorModel {
 
   Varimo::ZqVectorKrigeSettings settings_;
   std::string kernel_;
+  bool byLikelihood_ = false;
   std::unique_ptr<Varimo::ZqKrigeBase<Varimo::ZqVectorElement>> model_;
   bool trained_ = false;
 };
@@ -163,8 +179,10 @@ class VectorModel {
 
 void BindVectors(py::module_& m) {
   py::class_<VectorModel>(m, "VectorModel")
-      .def(py::init<const std::string&, std::size_t, std::size_t, unsigned int, const std::string&>(),
-           py::arg("model"), py::arg("num_features"), py::arg("num_drift"), py::arg("local"), py::arg("kernel"))
+      .def(py::init<const std::string&, std::size_t, std::size_t, unsigned int, const std::string&,
+                    const std::string&>(),
+           py::arg("model"), py::arg("num_features"), py::arg("num_drift"), py::arg("local"), py::arg("kernel"),
+           py::arg("fit") = "variogram")
       .def("add", &VectorModel::Add, py::arg("x"), py::arg("y"))
       .def("train", &VectorModel::Train)
       .def("train_with_kernels", &VectorModel::TrainWithKernels, py::arg("kernels"), py::arg("fixed"))

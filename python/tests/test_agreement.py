@@ -22,6 +22,19 @@ def test_molecule_predictions_equal_the_program_on_sd_files(bzr_split, tmp_path)
     assert from_mols.kernel_ == model.kernel_
 
 
+def test_a_fit_by_likelihood_equals_the_program(bzr_split, tmp_path):
+    out = tmp_path / "pred.csv"
+    run_krige("--train", bzr_split["train"], "--response", "ACTIVITY", "--predict", bzr_split["query"], "--out", out,
+              "--fit", "likelihood")
+    expected, expected_variance = read_predictions(out)
+    model = varimo.MolKriging(kernel_fit="likelihood").fit(str(bzr_split["train"]), "ACTIVITY")
+    prediction, std = model.predict(str(bzr_split["query"]), return_std=True)
+    np.testing.assert_array_equal(prediction, expected)
+    np.testing.assert_array_equal(std, np.sqrt(expected_variance))
+    assert model.kernel_.nugget == 0
+    assert model.kernel_ != varimo.MolKriging().fit(str(bzr_split["train"]), "ACTIVITY").kernel_
+
+
 def test_rdkit_molecules_equal_smiles(chembl):
     from rdkit import Chem
 
@@ -63,7 +76,7 @@ def test_cross_validation_equals_the_program(bzr_split):
 
 
 @pytest.mark.filterwarnings("ignore::varimo.PredictionWarning")
-@pytest.mark.parametrize("kind", ["ordinary", "simple", "universal", "local"])
+@pytest.mark.parametrize("kind", ["ordinary", "simple", "universal", "local", "likelihood"])
 def test_kriging_on_numbers_equals_the_program(kind, tmp_path):
     rng = np.random.default_rng(7)
     x = rng.uniform(0, 1, size=(240, 3))
@@ -83,6 +96,9 @@ def test_kriging_on_numbers_equals_the_program(kind, tmp_path):
     elif kind == "local":
         args += ["--local", "25"]
         params["local"] = 25
+    elif kind == "likelihood":
+        args += ["--fit", "likelihood"]
+        params["kernel_fit"] = "likelihood"
     run_krige(*args)
     expected, expected_variance = read_predictions(out)
     # The program writes the error value where a prediction fails (ordinary

@@ -34,6 +34,14 @@ def test_training_input_is_checked(chembl):
         varimo.MolKriging(drift=["logP"]).fit(smiles, y)
     with pytest.raises(ValueError, match="errors is 'warn' or 'raise'"):
         varimo.MolKriging(errors="ignore").fit(smiles, y)
+    with pytest.raises(ValueError, match="kernel_fit is 'variogram' or 'likelihood', not 'ml'"):
+        varimo.MolKriging(kernel_fit="ml").fit(smiles, y)
+    for estimator in (varimo.MolKriging, varimo.Kriging):
+        with pytest.raises(ValueError, match="kernel_fit='likelihood' is for global models, not local"):
+            estimator(kernel_fit="likelihood", local=5).fit(smiles if estimator is varimo.MolKriging else
+                                                            np.arange(20.0).reshape(-1, 1), y)
+    with pytest.raises(RuntimeError, match="no kernel could be trained on 3 molecules: too few distinct elements"):
+        varimo.MolKriging(kernel_fit="likelihood").fit(["CCO", "CCCO", "CCO"], [1.0, 2.0, 3.0])
     with pytest.raises(ValueError, match="not finite at row 1"):
         varimo.Kriging().fit(np.array([[0.0], [np.nan], [1.0]]), [1.0, 2.0, 3.0])
     with pytest.raises(NotFittedError):
@@ -78,6 +86,10 @@ def test_lesser_kernels_predict_what_the_best_cannot():
                                                       "no valid prediction: its kriging variance falls outside"):
         assert np.all(np.isnan(model.predict(longer)))
     assert np.all(np.isfinite(model.set_params(fallback_kernels=True).predict(longer)))
+    # The kernel of largest likelihood reaches them: its range is not cut
+    # short by the few pairs of the variogram's bins.
+    assert np.all(np.isfinite(varimo.MolKriging(kernel_fit="likelihood").fit(alcohols, [1, 2, 3, 4, 5, 6])
+                              .predict(longer)))
 
 
 def test_a_drift_outside_its_training_range_is_named_and_the_full_variance_grows():

@@ -6,7 +6,7 @@ from sklearn.base import clone
 from . import _core, _messages
 from ._base import CoreEstimator, Kernel
 from ._choosing import ChoosingMixin, call
-from .mol_kriging import check_errors, check_threads, no_kernel_error, report_failures
+from .mol_kriging import check_errors, check_kernel_fit, check_threads, no_kernel_error, report_failures
 
 _MODELS = ("simple", "ordinary", "universal")
 
@@ -24,6 +24,10 @@ class Kriging(ChoosingMixin, CoreEstimator):
     kernel : str or None
         The one candidate kernel to fit; None fits every candidate and keeps
         the best that trains.
+    kernel_fit : {"variogram", "likelihood"}
+        How the kernels' parameters are found: by least squares on the
+        experimental variogram, or by the likelihood of the training
+        responses (global models only; as varimo-krige --fit).
     local : int or None
         Predict each row from its ``local`` nearest training rows; None for
         one global model.
@@ -37,9 +41,11 @@ class Kriging(ChoosingMixin, CoreEstimator):
         A row that cannot be predicted gives NaN with a warning, or raises.
     """
 
-    def __init__(self, model="ordinary", kernel=None, local=None, drift_columns=None, threads=1, errors="warn"):
+    def __init__(self, model="ordinary", kernel=None, local=None, drift_columns=None, threads=1, errors="warn",
+                 kernel_fit="variogram"):
         self.model = model
         self.kernel = kernel
+        self.kernel_fit = kernel_fit
         self.local = local
         self.drift_columns = drift_columns
         self.threads = threads
@@ -75,6 +81,7 @@ class Kriging(ChoosingMixin, CoreEstimator):
             raise ValueError(f"local is None or a whole number of at least 1, not {self.local!r}")
         check_threads(self.threads)
         check_errors(self.errors)
+        check_kernel_fit(self.kernel_fit, self.local)
         values, num_features, num_drift = self._columns(X)
         y = np.asarray(y, dtype=float)
         if y.ndim != 1 or len(y) != len(values):
@@ -83,7 +90,8 @@ class Kriging(ChoosingMixin, CoreEstimator):
         if len(bad):
             raise ValueError(f"X or y is not finite at row {bad[0]}" + (
                 f" and {len(bad) - 1} more rows" if len(bad) > 1 else ""))
-        model = _core.VectorModel(self.model, num_features, num_drift, int(self.local or 0), self.kernel or "")
+        model = _core.VectorModel(self.model, num_features, num_drift, int(self.local or 0), self.kernel or "",
+                                  self.kernel_fit)
         refused, _ = _messages.call(model.add, values, y)
         if refused:
             raise ValueError(f"the model refuses rows {list(refused[:5])}")

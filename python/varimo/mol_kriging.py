@@ -38,6 +38,13 @@ def report_failures(failures, errors, noun="molecules"):
     warnings.warn(message, PredictionWarning, stacklevel=3)
 
 
+def check_kernel_fit(kernel_fit, local):
+    if kernel_fit not in ("variogram", "likelihood"):
+        raise ValueError(f"kernel_fit is 'variogram' or 'likelihood', not {kernel_fit!r}")
+    if kernel_fit == "likelihood" and local:
+        raise ValueError("kernel_fit='likelihood' is for global models, not local")
+
+
 def no_kernel_error(n, reported, items="rows"):
     reason = "; ".join(reported[-3:]) if reported else "no reason given"
     return RuntimeError(f"no kernel could be trained on {n} {items}: {reason}")
@@ -62,6 +69,14 @@ class MolKriging(ChoosingMixin, CoreEstimator):
     kernel : str or None
         The one candidate kernel to fit ("Spherical", "Power(4.000)", ...);
         None fits every candidate and keeps the best that trains.
+    kernel_fit : {"variogram", "likelihood"}
+        How the kernels' parameters are found: by least squares on the
+        experimental variogram, or by the likelihood of the training
+        responses (each candidate's range of largest likelihood, the
+        candidates ranked by it; global models only, as varimo-krige --fit).
+        With few training molecules the binned variogram is noisy, and the
+        likelihood, which uses every pair at once, tends to give better
+        ranked and better calibrated standard deviations.
     drift : list of str or None
         Names of numeric fields of the molecules (SD fields, RDKit
         properties or DataFrame columns) for universal kriging.
@@ -90,9 +105,10 @@ class MolKriging(ChoosingMixin, CoreEstimator):
 
     def __init__(self, local=None, kernel=None, drift=None, max_path=6, min_path=1, force_paths_out=True,
                  weight_by_length=False, stereo_aware=False, threads=1, fallback_kernels=False, errors="warn",
-                 variance="kriging"):
+                 variance="kriging", kernel_fit="variogram"):
         self.local = local
         self.kernel = kernel
+        self.kernel_fit = kernel_fit
         self.drift = drift
         self.max_path = max_path
         self.min_path = min_path
@@ -120,10 +136,12 @@ class MolKriging(ChoosingMixin, CoreEstimator):
                 raise ValueError(f"{name} is a whole number, not {value!r}")
         check_threads(self.threads)
         check_errors(self.errors)
+        check_kernel_fit(self.kernel_fit, self.local)
         return _core.MolModel(
             max_path=int(self.max_path), min_path=int(self.min_path), force_paths_out=bool(self.force_paths_out),
             weight_by_length=bool(self.weight_by_length), stereo_aware=bool(self.stereo_aware),
-            local=int(self.local or 0), drift=drift, kernel=self.kernel or "", response_name=response_name)
+            local=int(self.local or 0), drift=drift, kernel=self.kernel or "", fit=self.kernel_fit,
+            response_name=response_name)
 
     def _training_rows(self, data, y):
         """Rows of X to train on and their responses; bad input raises, except
@@ -275,7 +293,8 @@ class MolKriging(ChoosingMixin, CoreEstimator):
     @classmethod
     def _from_core(cls, model, training_rows, threads=1, errors="warn"):
         s = model.settings
-        estimator = cls(local=s["local"] or None, kernel=s["kernel"] or None, drift=list(s["drift"]) or None,
+        estimator = cls(local=s["local"] or None, kernel=s["kernel"] or None, kernel_fit=s["fit"],
+                        drift=list(s["drift"]) or None,
                         max_path=s["max_path"], min_path=s["min_path"], force_paths_out=s["force_paths_out"],
                         weight_by_length=s["weight_by_length"], stereo_aware=s["stereo_aware"], threads=threads,
                         errors=errors)

@@ -6,6 +6,12 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <string>
+
+#include "varimo/krige/condition_estimate.h"
+#include "varimo/krige/krige_system_impl.h"
+#include "varimo/krige/parallel_for.h"
+#include "varimo/numerics/dense_algebra.h"
 
 namespace Varimo {
 namespace {
@@ -29,49 +35,67 @@ constexpr int kRangeRefinements = 10;
 constexpr double kMinPivotRatio = 1e-12;
 constexpr double kInvGolden = 0.6180339887498949;
 
-template <class Llt>
-bool ClearlyPositiveDefinite(const Llt& llt) {
-  if (llt.info() != Eigen::Success) return false;
-  const Eigen::VectorXd pivots = llt.matrixLLT().diagonal();
+// Whether the pivots of a valid factor span no more than kMinPivotRatio.
+template <class Pivots>
+bool PivotsClearlyPositive(const Pivots& pivots) {
   return pivots.minCoeff() * pivots.minCoeff() > kMinPivotRatio * pivots.maxCoeff() * pivots.maxCoeff();
 }
 
-// l(r) for one shape, with s2 at r when asked for.
-double ProfileAt(const ZqLikelihoodData& data, const ZqKrigeKernelBase& shape, double range,
+// l(r) for one shape, with s2 at r when asked for. `factor` is scratch
+// storage, reused from one range to the next.
+double ProfileAt(const ZqLikelihoodData& data, const ZqKrigeKernelBase& shape, double range, ZqCholeskyFactor& factor,
                  double* sigma2Out = nullptr) {
   std::unique_ptr<ZqKrigeKernelBase> unit(shape.CreateCopy());
   unit->SetRange(range);
   unit->SetSill(1.0);
   unit->SetNugget(0.0);
   const Eigen::Index n = data.responses.size();
-  // Only the lower triangle is filled: the factorisation reads no other.
-  Eigen::MatrixXd p(n, n);
-  for (Eigen::Index j = 0; j < n; ++j) {
-    p(j, j) = 1.0;
-    for (Eigen::Index i = j + 1; i < n; ++i) {
-      p(i, j) = 1.0 - unit->GetValue(data.distances(i, j));
-      if (!std::isfinite(p(i, j))) return kMinusInf;
+  // The upper triangle, a column per step on the threads of the model's
+  // own quadratic work; a value that is not finite fails the
+  // factorisation.
+  factor.Reset(n);
+  const std::size_t pairs = static_cast<std::size_t>(n) * static_cast<std::size_t>(n) / 2;
+  krige_detail::ParallelFor(static_cast<std::size_t>(n), krige_detail::SharedWorkThreads(pairs), [&](std::size_t j) {
+    const Eigen::Index c = static_cast<Eigen::Index>(j);
+    const ZqCholeskyFactor::Column column = factor.UpperColumn(c);
+    column[c] = 1.0;
+    for (Eigen::Index r = 0; r < c; ++r) column[r] = 1.0 - unit->GetValue(data.distances(r, c));
+  });
+  // The column sums of |P|, for its 1-norm.
+  Eigen::VectorXd columnSums = Eigen::VectorXd::Ones(n);
+  for (Eigen::Index c = 0; c < n; ++c) {
+    const ZqCholeskyFactor::Column column = factor.UpperColumn(c);
+    for (Eigen::Index r = 0; r < c; ++r) {
+      columnSums(r) += std::fabs(column[r]);
+      columnSums(c) += std::fabs(column[r]);
     }
   }
-  const Eigen::LLT<Eigen::MatrixXd, Eigen::Lower> llt(p);
-  if (!ClearlyPositiveDefinite(llt)) return kMinusInf;
-  const auto factor = llt.matrixL();
+  if (!factor.Factorise()) return kMinusInf;
+  Eigen::VectorXd pivots(n);
+  for (Eigen::Index c = 0; c < n; ++c) pivots(c) = factor.Pivot(c);
+  if (!PivotsClearlyPositive(pivots)) return kMinusInf;
+  // A range at which the model would warn that its weights are unreliable
+  // is no candidate: smooth kernels on smooth data gain likelihood as the
+  // range grows long and the matrix nearly singular.
+  const double reciprocal = ZqEstimateReciprocalCondition(
+      columnSums.maxCoeff(), n, [&](Eigen::VectorXd& b) { factor.SolveInPlace(b); });
+  if (reciprocal < krige_detail::kNearlySingular) return kMinusInf;
   // Whitened responses and mean's model: with them the generalised least
   // squares are ordinary least squares.
   Eigen::VectorXd y = data.responses;
   if (data.drift.cols() == 0) y.array() -= data.responses.mean();
-  factor.solveInPlace(y);
+  factor.WhitenInPlace(y);
   if (data.drift.cols() > 0) {
     Eigen::MatrixXd f = data.drift;
-    factor.solveInPlace(f);
+    factor.WhitenInPlace(f);
     const Eigen::LLT<Eigen::MatrixXd> normal(f.transpose() * f);
-    if (!ClearlyPositiveDefinite(normal)) return kMinusInf;
+    if (normal.info() != Eigen::Success || !PivotsClearlyPositive(normal.matrixLLT().diagonal())) return kMinusInf;
     y -= f * normal.solve(f.transpose() * y);
   }
   const double sigma2 = y.squaredNorm() / static_cast<double>(n);
   if (!(sigma2 > 0.0) || !std::isfinite(sigma2)) return kMinusInf;
   if (sigma2Out != nullptr) *sigma2Out = sigma2;
-  const double logDet = 2.0 * llt.matrixLLT().diagonal().array().log().sum();
+  const double logDet = 2.0 * pivots.array().log().sum();
   const double value = -0.5 * static_cast<double>(n) * std::log(sigma2) - 0.5 * logDet;
   return std::isfinite(value) ? value : kMinusInf;
 }
@@ -104,7 +128,7 @@ std::string ZqCheckLikelihoodData(const ZqLikelihoodData& data) {
   const Eigen::Index n = data.responses.size();
   if (data.distances.rows() != n || data.distances.cols() != n) return "the distances are not an n x n matrix";
   if (data.drift.cols() > 0 && data.drift.rows() != n) return "the mean's model has not one row per element";
-  if (n < 3 || n <= data.drift.cols()) return "too few elements";
+  if (n < 3 || n <= data.drift.cols()) return "too few distinct elements (" + std::to_string(n) + ")";
   if (!data.responses.allFinite() || !data.distances.allFinite() || !data.drift.allFinite()) {
     return "the data are not all finite";
   }
@@ -121,7 +145,8 @@ std::string ZqCheckLikelihoodData(const ZqLikelihoodData& data) {
 
 double ZqProfileLogLikelihood(const ZqLikelihoodData& data, const ZqKrigeKernelBase& kernel, double range) {
   if (!ZqCheckLikelihoodData(data).empty() || !(range > 0.0) || !std::isfinite(range)) return kMinusInf;
-  return ProfileAt(data, kernel, range);
+  ZqCholeskyFactor factor;
+  return ProfileAt(data, kernel, range, factor);
 }
 
 std::vector<ZqLikelihoodFit> ZqRankKernelsByLikelihood(const ZqLikelihoodData& data,
@@ -129,11 +154,12 @@ std::vector<ZqLikelihoodFit> ZqRankKernelsByLikelihood(const ZqLikelihoodData& d
   std::vector<ZqLikelihoodFit> ranked;
   if (!ZqCheckLikelihoodData(data).empty()) return ranked;
   const double longest = data.distances.maxCoeff();
+  ZqCholeskyFactor factor;
   for (const ZqKrigeKernelBase* candidate : candidates) {
     double bestLog2 = 0.0, bestSigma2 = 0.0, best = kMinusInf;
     const auto atRange = [&](double log2Range) {
       double sigma2 = 0.0;
-      const double value = ProfileAt(data, *candidate, longest * std::exp2(log2Range), &sigma2);
+      const double value = ProfileAt(data, *candidate, longest * std::exp2(log2Range), factor, &sigma2);
       if (value > best) best = value, bestLog2 = log2Range, bestSigma2 = sigma2;
       return value;
     };

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "mol_krige_result_impl.h"
+#include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/create_krige.h"
 #include "varimo/krige/krige_impl.h"
 
@@ -103,6 +104,15 @@ ZqMolKrigeResult ZqCustomMolKrigeImpl::Result(Self& self, const M& mol) {
 void ZqCustomMolKrigeImpl::Clear() {
   krige_->Clear();
   training_.Clear();
+}
+
+bool ZqCustomMolKrigeImpl::TrainByLikelihood(const std::vector<const ZqKrigeKernelBase*>& candidates,
+                                             std::vector<ZqKrigeKernel>* ranking) {
+  // As TrainFixed: the view and the variogram made before concurrent
+  // queries.
+  training_.GetView();
+  krige_->GetVariogram();
+  return ZqTrainByLikelihood(*krige_, candidates, ranking);
 }
 
 }  // namespace Varimo

@@ -54,6 +54,8 @@ class ZqCustomMolKrigeImpl final : public ZqMolKrigeImpl {
     krige_->GetVariogram();
     return krige_->TrainFixed(kernel);
   }
+  bool TrainByLikelihood(const std::vector<const ZqKrigeKernelBase*>& candidates,
+                         std::vector<ZqKrigeKernel>* ranking) override;
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const override { return Result(*this, mol); }
   ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) override { return Result(*this, mol); }

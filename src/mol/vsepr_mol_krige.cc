@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "mol_krige_result_impl.h"
+#include "varimo/krige/likelihood_training.h"
 
 namespace Varimo {
 
@@ -83,6 +84,15 @@ std::optional<double> ZqVseprMolKrigeImpl::PredictMean(const Molkit::ZqMolBase& 
 void ZqVseprMolKrigeImpl::Clear() {
   krige_.Clear();
   training_.Clear();
+}
+
+bool ZqVseprMolKrigeImpl::TrainByLikelihood(const std::vector<const ZqKrigeKernelBase*>& candidates,
+                                            std::vector<ZqKrigeKernel>* ranking) {
+  // As TrainFixed: the view and the variogram made before concurrent
+  // queries.
+  training_.GetView();
+  krige_.GetVariogram();
+  return ZqTrainByLikelihood(krige_.GetModel(), candidates, ranking);
 }
 
 }  // namespace Varimo

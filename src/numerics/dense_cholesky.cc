@@ -54,6 +54,13 @@ ZqCholeskyFactor::Column ZqCholeskyFactor::UpperColumn(Eigen::Index c) {
   return {rfp_.data() + c + half + 1, leading};
 }
 
+double ZqCholeskyFactor::Pivot(Eigen::Index c) const {
+  // Where UpperColumn(c) keeps row c.
+  if (!packed_) return full_(c, c);
+  const Eigen::Index half = order_ / 2, leading = PackedLeading(order_);
+  return c >= half ? rfp_[(c - half) * leading + c] : rfp_[c + half + 1 + c * leading];
+}
+
 bool ZqCholeskyFactor::Factorise() {
   if (packed_) {
     valid_ = LAPACKE_dpftrf_work(LAPACK_COL_MAJOR, 'N', 'U', static_cast<lapack_int>(order_), rfp_.data()) == 0;

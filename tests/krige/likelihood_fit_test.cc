@@ -170,7 +170,7 @@ TEST(RankByLikelihood, DataItCannotFitAreRefusedWithTheReason) {
   data.distances = data.distances.topLeftCorner(3, 3).eval();
   data.responses = data.responses.head(3).eval();
   data.drift = data.drift.topRows(3).eval();
-  refused(data, "too few elements");
+  refused(data, "too few distinct elements (3)");
   EXPECT_EQ(ZqCheckLikelihoodData(DataFor("universal")), "");
   // Data it can fit, but no candidate to fit.
   EXPECT_TRUE(ZqRankKernelsByLikelihood(DataFor("ordinary"), {}).empty());
@@ -228,7 +228,7 @@ TEST(TrainByLikelihood, GlobalModelsTrainWithTheKernelFound) {
   two.AddTraining({1.0, 0.0}, 2.0);
   EXPECT_FALSE(ZqTrainByLikelihood(two));
   EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
-            std::vector<std::string>{"ZqTrainByLikelihood, unable to train.  too few elements"});
+            std::vector<std::string>{"ZqTrainByLikelihood, unable to train.  too few distinct elements (2)"});
   EXPECT_FALSE(two.IsTrained());
   EXPECT_EQ(two.GetContainer().GetNumData(), 2u);
 }

@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "test_support.h"
+#include "varimo/krige/likelihood_training.h"
+#include "varimo/mol/krige_vsepr.h"
 #include "varimo/mol/mol_cross_validation.h"
 #include "varimo/mol/mol_model_file.h"
 #include "varimo/mol/mol_predict.h"
@@ -110,6 +112,86 @@ TEST_F(BzrModel, ALoadedModelPredictsAsTheSavedOneGlobalLocalUniversalAndNamed) 
     // Saving the loaded model writes the same file.
     EXPECT_EQ(Varimo::ZqWriteMolModel(*loaded), text);
   }
+}
+
+// Fitted by likelihood: the kernel of the likelihood's ranking over the
+// model's own distances and responses (or of the one named shape), saved
+// as such, used by the folds of a cross-validation, and refused for local
+// models.
+TEST_F(BzrModel, AFitByLikelihoodTrainsWithTheBestRankedKernelAndIsSavedAsSuch) {
+  Varimo::ZqMolModelSettings settings, named;
+  settings.fit = named.fit = Varimo::ZqKernelFit::Likelihood;
+  named.kernel = "Spherical";
+  const Varimo::ZqMolModel byVariogram = Trained({});
+  for (const Varimo::ZqMolModelSettings& each : {settings, named}) {
+    SCOPED_TRACE(each.kernel);
+    const Varimo::ZqMolModel model = Trained(each);
+    using Engine = Varimo::ZqStandardKrigeImpl<Varimo::ZqVseprPropFP,
+                                               Varimo::ZqKrigeDefaultElementStorage<Varimo::ZqVseprPropFP>>;
+    const auto* engine = dynamic_cast<const Engine*>(model.GetKrige().GetFingerprintModel());
+    ASSERT_NE(engine, nullptr);
+    auto kernels = Varimo::ZqGetKrigeKernels();
+    std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
+    for (const Varimo::ZqKrigeKernelBase& kernel : kernels) {
+      if (each.kernel.empty() || kernel.GetName() == each.kernel) candidates.push_back(&kernel);
+    }
+    const auto ranked = Varimo::ZqRankKernelsByLikelihood(Varimo::ZqLikelihoodDataOf(*engine), candidates);
+    ASSERT_FALSE(ranked.empty());
+    const Varimo::ZqKrigeKernel used = model.GetKernel();
+    EXPECT_EQ(used.GetName(), ranked[0].kernel.GetName());
+    EXPECT_EQ(used.GetRange(), ranked[0].kernel.GetRange());
+    EXPECT_EQ(used.GetSill(), ranked[0].kernel.GetSill());
+    EXPECT_EQ(used.GetNugget(), 0.0);
+    EXPECT_NE(used.GetRange(), byVariogram.GetKernel().GetRange());
+
+    const std::string text = Varimo::ZqWriteMolModel(model);
+    EXPECT_THAT(text, HasSubstr("\nkernel-fit " + (each.kernel.empty() ? "all" : each.kernel) + " likelihood\n"));
+    std::string error;
+    const std::optional<Varimo::ZqMolModel> loaded = Varimo::ZqReadMolModel(text, "m.vkm", error);
+    ASSERT_TRUE(loaded) << error;
+    EXPECT_EQ(loaded->GetSettings().fit, Varimo::ZqKernelFit::Likelihood);
+    EXPECT_EQ(loaded->GetSettings().kernel, each.kernel);
+    ExpectSamePredictions(model, *loaded);
+    EXPECT_EQ(Varimo::ZqWriteMolModel(*loaded), text);
+    // The fit is for global models only, in files too.
+    std::string local = text;
+    Replace(local, "\nlocal 0\n", "\nlocal 30\n");
+    EXPECT_FALSE(Varimo::ZqReadMolModel(Resealed(local), "m.vkm", error));
+    EXPECT_THAT(error, HasSubstr("bad kernel-fit line"));
+  }
+  EXPECT_THAT(Varimo::ZqWriteMolModel(byVariogram), HasSubstr("\nkernel-fit all\n"));
+
+  // Each fold of a cross-validation fits by likelihood.
+  std::vector<const Molkit::ZqMolBase*> mols;
+  std::vector<double> responses;
+  for (const auto& mol : *all_) {
+    mols.push_back(mol.get());
+    responses.push_back(Activity(*mol));
+  }
+  const Varimo::ZqMolCrossValidation cv = Varimo::ZqCrossValidateMolModel(settings, mols, responses, 3, 7, 2);
+  Varimo::ZqMolModel fold(settings);
+  for (std::size_t i = 0; i < mols.size(); ++i) {
+    if (cv.fold[i] != cv.fold[10]) fold.AddTraining(*mols[i], responses[i]);
+  }
+  ASSERT_TRUE(fold.Train());
+  EXPECT_EQ(cv.prediction[10], fold.GetKrige().GetResult(*mols[10]).GetResponse());
+
+  // Refusals: a local model, and too few distinct molecules.
+  Corvane::ZqScopedThrowCapture capture;
+  settings.numLocal = 30;
+  Varimo::ZqMolModel local(settings);
+  for (int i = 1; i < 20; ++i) local.AddTraining(*(*all_)[i], Activity(*(*all_)[i]));
+  EXPECT_FALSE(local.Train());
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Error),
+            std::vector<std::string>{
+                "ZqMolModel::Train, the likelihood fit is for global models; this one predicts from local "
+                "neighbourhoods"});
+  settings.numLocal = 0;
+  Varimo::ZqMolModel twins(settings);
+  for (int i : {1, 2, 1}) twins.AddTraining(*(*all_)[i], Activity(*(*all_)[i]) + i);
+  EXPECT_FALSE(twins.Train());
+  EXPECT_EQ(Varimo::ZqExplainNoKernel(twins, capture.Texts(Corvane::ZqThrowLevel::Warning)),
+            "too few distinct elements (2)");
 }
 
 TEST(MolModelFile, AFileOfTheFirstFormatStillLoads) {

@@ -5,6 +5,7 @@
 // 200 is above the Cholesky threshold by size.
 #include <gtest/gtest.h>
 
+#include <Eigen/Cholesky>
 #include <Eigen/Core>
 
 #include <cmath>
@@ -62,6 +63,10 @@ TEST_P(DenseAlgebra, CholeskySolvesAndWhitens) {
     }
     ASSERT_TRUE(factor.Factorise());
     EXPECT_EQ(factor.Order(), n);
+    // The pivots are the diagonal of Eigen's factor (orders 7 and 200 are
+    // odd and even in the packed form).
+    const Eigen::VectorXd pivots = Eigen::LLT<Eigen::MatrixXd>(c).matrixLLT().diagonal();
+    for (Eigen::Index k = 0; k < n; ++k) EXPECT_NEAR(factor.Pivot(k), pivots(k), 1e-12 * pivots(k)) << k;
     Eigen::MatrixXd x = b;
     factor.SolveInPlace(x);
     EXPECT_LT((c * x - b).norm(), 1e-12 * b.norm() * static_cast<double>(n));

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "program_support.h"
+#include "varimo/mol/mol_cross_validation.h"
 #include "varimo/mol/mol_krige.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/platform/molkit/molecule_files.h"
@@ -224,6 +225,24 @@ TEST_F(BzrSplit, CrossValidationEndsWithItsThreeLinesAndTheCalibrationWhenAsked)
   const char* names[] = {"coverage50 ", "coverage80 ", "coverage90 ", "miscalibration area ",
                          "Spearman |error| sd ", "NLPD "};
   for (int k = 0; k < 6; ++k) EXPECT_EQ(calibrated[6 + k].rfind(names[k], 0), 0u) << calibrated[6 + k];
+
+  // --fit likelihood: the folds of the library's cross-validation with that fit.
+  const std::vector<std::string> byLikelihood = Lines(Krige(cv + " --fit likelihood").out);
+  ASSERT_EQ(byLikelihood.size(), 6u);
+  Varimo::ZqMolModelSettings settings;
+  settings.fit = Varimo::ZqKernelFit::Likelihood;
+  std::vector<const Molkit::ZqMolBase*> mols;
+  std::vector<double> responses;
+  for (const auto& mol : all_) {
+    mols.push_back(mol.get());
+    responses.push_back(std::stod(mol->GetSDData("ACTIVITY")));
+  }
+  const Varimo::ZqMolCrossValidation library = Varimo::ZqCrossValidateMolModel(settings, mols, responses, 3, 7, 1);
+  for (unsigned int k = 0; k < 3; ++k) {
+    EXPECT_THAT(byLikelihood[k], ::testing::EndsWith(", kernel " + library.folds[k].kernel));
+  }
+  EXPECT_NEAR(std::stod(byLikelihood[3].substr(5)), library.summary.rmse, 1e-5 * library.summary.rmse);
+  EXPECT_NE(byLikelihood[3], lines[3]);
 }
 
 TEST(VarimoKrigeMolecules, BadRecordsAreNamedAndLeftOut) {
@@ -284,6 +303,9 @@ TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
        "varimo-krige: --threads must be a whole number from 1 to 1024, not x\n"},
       {sdf + " --response ACTIVITY --predict q.sdf --out p.csv --threshold high",
        "varimo-krige: --threshold must be a number, not high\n"},
+      {"cv" + sdf + " --response ACTIVITY --local 10 --fit likelihood",
+       "--fit likelihood is for global models, not --local K"},
+      {"--load m.vkm --predict q.sdf --out p.csv --fit likelihood", "--load takes the model's own --fit"},
       {"cv" + sdf + " --response ACTIVITY --seed 99999999999",
        "varimo-krige: --seed 99999999999 is too large: it must be from 0 to 4294967295\n"},
   });

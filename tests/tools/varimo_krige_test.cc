@@ -18,7 +18,9 @@
 
 #include "program_support.h"
 #include "progress.h"
+#include "reference_file.h"
 #include "test_support.h"
+#include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/vector_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/corvane/output_sink.h"
@@ -443,6 +445,72 @@ TEST(VarimoKrige, ProgressWithoutATotalCountsTheRowsSoFar) {
             "\rvarimo-krige: predicted 512\rvarimo-krige: predicted 768\n");
 }
 
+// --fit likelihood: the kernel of largest likelihood over every candidate,
+// as the library trains it; and with --kernel, that shape alone at the
+// range and sill where scipy finds the likelihood's maximum
+// (tests/data/krige/make_likelihood_refs.py).
+TEST(VarimoKrige, FitByLikelihood) {
+  std::vector<Element> train, queries;
+  std::vector<double> responses;
+  ReadData(train, responses, queries);
+  const std::string out = Scratch("pred.csv");
+  Outcome run = Krige(TrainAndPredict() + " --response y --fit likelihood --out " + out);
+  ASSERT_EQ(run.status, 0) << run.err;
+  auto model = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(),
+                                              Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), false);
+  for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
+  ASSERT_TRUE(Varimo::ZqTrainByLikelihood(*model));
+  const Varimo::ZqKrigeKernel used = model->GetKernel();
+  EXPECT_EQ(run.out, "kernel: " + used.GetName() + " sill=" + SeventeenDigits(used.GetSill()) +
+                         " nugget=0 range=" + SeventeenDigits(used.GetRange()) + "\n");
+  const auto lines = CsvLines(out);
+  ASSERT_EQ(lines.size(), 7u);
+  for (std::size_t q = 0; q < queries.size(); ++q) {
+    EXPECT_TRUE(VarimoTest::WithinRelative(std::stod(lines[q + 1][1]), model->Predict(queries[q]), 1e-12)) << q;
+    EXPECT_TRUE(VarimoTest::WithinRelative(std::stod(lines[q + 1][2]), model->GetVariance(queries[q]), 1e-10)) << q;
+  }
+
+  // The reference's 30 points as a CSV file.
+  std::string points = "x,y,r\n";
+  std::vector<std::vector<std::string>> optima;
+  std::vector<Element> xy;
+  for (const auto& tokens : VarimoTest::ReadReferenceLines("krige/likelihood_refs.txt")) {
+    if (tokens[0] == "point") {
+      points += tokens[1] + "," + tokens[2] + "," + tokens[3] + "\n";
+      xy.push_back({std::stod(tokens[1]), std::stod(tokens[2])});
+    }
+    if (tokens[0] == "optimum" && (tokens[1] == "Exponential" || tokens[1] == "Gaussian") && tokens[2] != "universal") {
+      optima.push_back(tokens);
+    }
+  }
+  double longest = 0.0;
+  for (const Element& a : xy) {
+    for (const Element& b : xy) longest = std::max(longest, Varimo::ZqEuclideanDistance()(a, b));
+  }
+  const std::string data = Scratch("points.csv");
+  VarimoTest::Write(data, points);
+  ASSERT_EQ(optima.size(), 4u);
+  for (const auto& optimum : optima) {
+    SCOPED_TRACE(optimum[1] + " " + optimum[2]);
+    run = Krige("--train " + data + " --predict " + data + " --response r --out " + out + " --fit likelihood --kernel " +
+                optimum[1] + (optimum[2] == "simple" ? " --model simple" : ""));
+    ASSERT_EQ(run.status, 0) << run.err;
+    std::smatch kernelLine;
+    ASSERT_TRUE(std::regex_match(run.out, kernelLine, std::regex("kernel: (\\S+) sill=(\\S+) nugget=0 range=(\\S+)\n")))
+        << run.out;
+    EXPECT_EQ(kernelLine[1], optimum[1]);
+    EXPECT_NEAR(std::log2(std::stod(kernelLine[3]) / longest), std::stod(optimum[3]), 0.01);
+    EXPECT_NEAR(std::stod(kernelLine[2]), std::stod(optimum[5]), 0.005 * std::stod(optimum[5]));
+  }
+
+  // Local models and other fits are refused.
+  VarimoTest::ExpectRefused({
+      {TrainAndPredict() + " --response y --out " + out + " --fit ml", "--fit must be variogram or likelihood, not ml"},
+      {TrainAndPredict() + " --response y --out " + out + " --fit likelihood --local 5",
+       "--fit likelihood is for global models, not --local K"},
+  });
+}
+
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const std::string files = TrainAndPredict() + " --out " + Scratch("pred.csv");
   const std::string drift = DriftFiles() + " --out " + Scratch("pred.csv");
@@ -480,7 +548,7 @@ TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const Outcome help = Krige("--help");
   EXPECT_EQ(help.status, 0);
   for (const char* option : {"--train", "--response", "--predict", "--out", "--features", "--model", "universal",
-                             "--drift", "--kernel", "--variogram", "--local", "--predict-training",
+                             "--drift", "--kernel", "--fit", "--variogram", "--local", "--predict-training",
                              "--max-variogram-size", "--quiet", "--help"}) {
     EXPECT_NE(help.out.find(option), std::string::npos) << option;
   }

@@ -14,7 +14,8 @@ namespace VarimoKrige {
 const char* HelpText() {
   return R"HELP(Usage: varimo-krige --train TRAIN.csv --response NAME --predict QUERY.csv --out PRED.csv
                     [--features A,B,...] [--model simple|ordinary|universal]
-                    [--drift C1,C2,...] [--kernel NAME] [--variogram VARIOGRAM.csv]
+                    [--drift C1,C2,...] [--kernel NAME] [--fit variogram|likelihood]
+                    [--variogram VARIOGRAM.csv]
                     [--local K [--predict-training] [--max-variogram-size M]]
                     [--quiet]
        varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv|PRED.sdf
@@ -23,15 +24,17 @@ const char* HelpText() {
                     [--fallback-kernels] [--no-variance] [--variance kriging|full]
                     [--save MODEL.vkm] [--load MODEL.vkm] [--threads N] [--quiet]
                     [--report DIR [--report-format png|svg|pdf]]
-                    [--interval ALPHA] [--domain]
+                    [--interval ALPHA] [--domain] [--fit variogram|likelihood]
        varimo-krige cv --train MOLS --response NAME [--folds 5] [--seed S]
                     [--local K] [--drift TAG,...] [--threads N] [--calibration]
+                    [--fit variogram|likelihood]
        varimo-krige select --train MOLS --response NAME --pool POOL --picks N
                     --out PICKS.csv|PICKS.sdf [--acquisition greedy|ucb|ei|pi|thompson]
                     [--batch believer|liar-min|liar-mean|liar-max|thompson]
                     [--kappa K] [--xi X] [--minimize] [--exclude-training]
                     [--allow-duplicates] [--candidates M] [--seed S] [--local K]
                     [--drift TAG,...] [--load MODEL.vkm] [--threads N]
+                    [--fit variogram|likelihood]
 
 Kriges the rows of a CSV file (a header line of column names, then one line per
 element) and predicts the rows of another.
@@ -58,6 +61,15 @@ element) and predicts the rows of another.
                          e.g. Gaussian, Spherical, "StudentT(1.000000000000)",
                          "Power(1.500)"; by default all 16 candidates are fitted and
                          the best that gives a usable covariance matrix is kept
+  --fit variogram|likelihood  how the kernels' parameters are found: by the least
+                         squares fit of each candidate to the experimental
+                         variogram (the default), or by the likelihood of the
+                         training responses (each candidate's range of largest
+                         likelihood, sill by generalised least squares, nugget
+                         0; the candidates ranked by their likelihood); not
+                         with --local. With few training elements the variogram
+                         is noisy and its fit often picks too short a range;
+                         the likelihood uses every pair at once
   --variogram FILE.csv   also write the experimental variogram, one line per bin:
                          bin,distance,semivariance,pairs (of the residuals of the
                          drift for universal kriging)
@@ -96,7 +108,8 @@ columns) of that name.
   --threshold T          also the probability of a true value above T: a column
                          "P(>T)", or the SD field "P(above T)"
   --fallback-kernels     a query the model cannot predict is tried again with the
-                         kernels its variogram ranks below the model's (each
+                         kernels its variogram (or with --fit likelihood, the
+                         likelihood) ranks below the model's (each
                          trained once, when first needed), until one predicts it;
                          a last column (or SD field) "kernel" names the kernel of
                          each row
@@ -121,6 +134,8 @@ columns) of that name.
                          hydrogens counted): how much the atom moves the
                          prediction away from the mean of the training responses
   --drift TAG,...        universal kriging around a drift linear in these fields
+  --fit variogram|likelihood  as for CSV files; also for cv, select and the
+                         cross-validation behind --interval
   --local K              as for CSV files, with --predict-training and
                          --max-variogram-size; prints "kernels: A, B, ..." (the
                          order each query tries them) instead of the kernel line
@@ -213,6 +228,8 @@ bool ParseNames(const std::string& flag, const std::string& value, std::vector<s
   return true;
 }
 
+constexpr const char* kLikelihoodIsGlobal = "--fit likelihood is for global models, not --local K";
+
 bool AllDigits(const std::string& value) {
   return !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
 }
@@ -265,6 +282,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
   if (parsed.universal && parsed.drift.empty()) return "--model universal needs --drift TAG,...";
   if (parsed.numLocal == 0 && parsed.predictTraining) return "--predict-training is only for --local K";
   if (parsed.numLocal == 0 && parsed.maxVariogramSize) return "--max-variogram-size is only for --local K";
+  if (parsed.numLocal > 0 && parsed.fit == "likelihood") return kLikelihoodIsGlobal;
   if (std::string choice = ChoiceConflict(parsed); !choice.empty() || parsed.select) return choice;
   if (parsed.crossValidate) {
     if (parsed.trainPath.empty()) return "missing --train (see --help)";
@@ -289,6 +307,7 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "--load replaces --train and --response";
     }
     if (!parsed.drift.empty() || parsed.numLocal > 0) return "--load takes the model's own --drift and --local";
+    if (!parsed.fit.empty()) return "--load takes the model's own --fit";
     if (parsed.predictTraining || parsed.maxVariogramSize) {
       return "--load takes the model's own --predict-training and --max-variogram-size";
     }
@@ -348,7 +367,7 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     const bool known = target || flag == "--features" || flag == "--drift" || flag == "--model" ||
                        flag == "--local" || flag == "--max-variogram-size" || flag == "--threads" ||
                        flag == "--folds" || flag == "--seed" || flag == "--report-format" || flag == "--threshold" ||
-                       flag == "--variance";
+                       flag == "--variance" || flag == "--fit";
     if (!known) {
       error = "unknown option " + flag + " (see --help)";
       return std::nullopt;
@@ -388,6 +407,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       parsed.fullVariance = value == "full";
       valid = value == "kriging" || value == "full";
       if (!valid) error = "--variance must be kriging or full, not " + value;
+    } else if (flag == "--fit") {
+      parsed.fit = value;
+      valid = value == "variogram" || value == "likelihood";
+      if (!valid) error = "--fit must be variogram or likelihood, not " + value;
     } else if (flag == "--report-format") {
       parsed.reportFormat = value;
       valid = value == "png" || value == "svg" || value == "pdf";
@@ -438,6 +461,7 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
   if (!parsed.universal && !parsed.drift.empty()) conflict = "--drift is only for --model universal";
   if (parsed.numLocal == 0 && parsed.predictTraining) conflict = "--predict-training is only for --local K";
   if (parsed.numLocal == 0 && parsed.maxVariogramSize) conflict = "--max-variogram-size is only for --local K";
+  if (parsed.numLocal > 0 && parsed.fit == "likelihood") conflict = kLikelihoodIsGlobal;
   if (!conflict.empty()) {
     error = conflict;
     return std::nullopt;

@@ -19,6 +19,7 @@ struct Arguments {
   bool universal = false;             // --model universal
   std::vector<std::string> drift;     // the drift columns, given exactly with --model universal
   std::string kernelName;             // empty: walk all candidates
+  std::string fit;                    // --fit variogram|likelihood; empty: not given, variogram
   std::string variogramPath;          // empty: no variogram file
   unsigned int numLocal = 0;          // neighbours per query; 0: a global model
   bool predictTraining = false;       // only with numLocal

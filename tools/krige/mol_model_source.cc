@@ -24,6 +24,7 @@ Varimo::ZqMolModelSettings SettingsFrom(const Arguments& args) {
   settings.predictTraining = args.predictTraining;
   settings.maxVariogramSize = args.maxVariogramSize.value_or(0);
   settings.drift = args.drift;
+  settings.fit = args.fit == "likelihood" ? Varimo::ZqKernelFit::Likelihood : Varimo::ZqKernelFit::Variogram;
   settings.responseName = args.responseName;
   return settings;
 }

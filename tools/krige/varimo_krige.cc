@@ -17,6 +17,7 @@
 #ifdef VARIMO_KRIGE_MOLECULES
 #include "mol_modes.h"
 #endif
+#include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/vector_model.h"
 
 namespace {
@@ -120,7 +121,14 @@ int main(int argc, char** argv) {
   if (!args->variogramPath.empty() && !WriteVariogram(args->variogramPath, untrained.GetFullVariogram())) {
     return Fail("cannot write " + args->variogramPath);
   }
-  const bool trained = kernel ? model->Train(*kernel) : model->Train();
+  bool trained = false;
+  if (args->fit == "likelihood") {
+    std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
+    if (kernel) candidates.push_back(&*kernel);
+    trained = Varimo::ZqTrainByLikelihood(*model, candidates);
+  } else {
+    trained = kernel ? model->Train(*kernel) : model->Train();
+  }
   if (!trained) {
     VarimoKrige::Say("no kernel could be trained on " + args->trainPath);
     return kTrainingFailed;

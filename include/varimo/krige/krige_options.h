@@ -19,6 +19,12 @@ inline constexpr unsigned int Min = 1;
 inline constexpr unsigned int Max = 2;
 }  // namespace ZqKrigeUniqueResponseMethod
 
+// How a model's kernel parameters are chosen: by the least-squares fit of
+// each candidate to the experimental variogram (Train), or by the
+// likelihood of the training responses (ZqTrainByLikelihood in
+// likelihood_training.h, global models only).
+enum class ZqKernelFit { Variogram, Likelihood };
+
 class ZqGlobalKrigeOptions {
  public:
   bool GetIncludeUnmeasured() const { return includeUnmeasured_; }

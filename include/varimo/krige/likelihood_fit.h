@@ -12,8 +12,9 @@
 // the distinct training elements are Gaussian with a mean F beta and the
 // covariance s2 P, P_ij = 1 - kernel(d_ij) for a kernel of sill 1, nugget 0
 // and range r, P_ii = 1. (The kriging models put no nugget on the training
-// elements' diagonal: a nugget only adds to the variance of a query, and the
-// training responses say nothing about it.) beta and s2 have closed forms
+// elements' diagonal: their covariance is (sill - nugget) P, so a nugget
+// only scales P and lowers the variance floor of a query, and the training
+// responses cannot tell it from the sill.) beta and s2 have closed forms
 // given r (generalised least squares), which leaves the profile
 // log-likelihood
 //
@@ -53,17 +54,21 @@ struct ZqLikelihoodFit {
 
 // l(r) as above for the shape of `kernel` (its own range, sill and nugget
 // are not used); -infinity for data ZqCheckLikelihoodData refuses, a range
-// that is not positive and finite, a P that is not positive definite or
-// nearly singular (the squared ratio of the smallest to the largest pivot
-// of its Cholesky factor below 1e-12), a mean's model that is rank
-// deficient on these elements, or responses that the mean's model fits
-// exactly. Cost: one Cholesky factorisation of order n.
+// that is not positive and finite, a P that is not positive definite or is
+// nearly singular, a mean's model that is rank deficient on these elements,
+// or responses that the mean's model fits exactly. Nearly singular: the
+// squared ratio of the smallest to the largest pivot of P's Cholesky factor
+// below 1e-12, or an estimated reciprocal condition below the 1e-12 at
+// which the kriging models warn that their weights are unreliable (smooth
+// kernels on smooth data would otherwise gain likelihood all the way to
+// such ranges). Cost: one Cholesky factorisation of order n.
 double ZqProfileLogLikelihood(const ZqLikelihoodData& data, const ZqKrigeKernelBase& kernel, double range);
 
 // Why the data cannot be fitted; empty when they can: fewer than 3
-// elements or no more elements than mean terms, values that are not
-// finite, distances that are not a symmetric matrix with a zero diagonal
-// and positive elements elsewhere, or responses that are all equal.
+// elements or no more elements than mean terms ("too few distinct elements
+// (N)"), values that are not finite, distances that are not a symmetric
+// matrix with a zero diagonal and positive elements elsewhere, or responses
+// that are all equal.
 std::string ZqCheckLikelihoodData(const ZqLikelihoodData& data);
 
 // For each candidate shape the range of largest profile likelihood, searched

@@ -50,29 +50,38 @@ ZqLikelihoodData ZqLikelihoodDataOf(const ZqStandardKrigeImpl<T, TT>& model) {
   return data;
 }
 
-// Trains `model` with the kernel of largest likelihood among the 16
-// candidates of the automatic fit whose covariance matrix factorises in the
-// model, trying them from the largest likelihood down as Train() tries
-// kernels from the best fit down. False, with a warning that gives the
-// reason, when the data cannot be fitted (fewer than 3 distinct elements,
-// all responses equal, ...), with the model left as it was, or when no
-// kernel trains (the model is then not trained).
-template <class T, class TT>
-bool ZqTrainByLikelihood(ZqStandardKrigeImpl<T, TT>& model) {
-  const ZqLikelihoodData data = ZqLikelihoodDataOf(model);
-  const std::string why = ZqCheckLikelihoodData(data);
-  if (!why.empty()) {
+// Trains a simple, ordinary or universal kriging model with the kernel of
+// largest likelihood among `candidates` (all 16 of the automatic fit when
+// empty) whose covariance matrix factorises in the model, trying them from
+// the largest likelihood down as Train() tries kernels from the best fit
+// down. `ranking`, when given, receives the fitted kernels in that order.
+// False, with a warning that gives the reason and the model left as it was,
+// for a local model or data that cannot be fitted (fewer than 3 distinct
+// elements, all responses equal, ...); false, with the model not trained,
+// when no kernel trains.
+template <class T>
+bool ZqTrainByLikelihood(ZqKrigeBase<T>& model, const std::vector<const ZqKrigeKernelBase*>& candidates = {},
+                         std::vector<ZqKrigeKernel>* ranking = nullptr) {
+  auto refuse = [](const std::string& why) {
     Corvane::ZqThrow.Warning("ZqTrainByLikelihood, unable to train.  %s", why.c_str());
     return false;
-  }
+  };
+  auto* global = dynamic_cast<ZqStandardKrigeImpl<T, ZqKrigeDefaultElementStorage<T>>*>(&model);
+  if (global == nullptr) return refuse("the likelihood fit is for simple, ordinary and universal kriging models");
+  const ZqLikelihoodData data = ZqLikelihoodDataOf(*global);
+  if (const std::string why = ZqCheckLikelihoodData(data); !why.empty()) return refuse(why);
   auto kernels = ZqGetKrigeKernels();
-  std::vector<const ZqKrigeKernelBase*> candidates;
-  for (const ZqKrigeKernelBase& kernel : kernels) candidates.push_back(&kernel);
-  for (const ZqLikelihoodFit& fit : ZqRankKernelsByLikelihood(data, candidates)) {
-    if (model.TrainFixed(fit.kernel)) return true;
+  std::vector<const ZqKrigeKernelBase*> all;
+  for (const ZqKrigeKernelBase& kernel : kernels) all.push_back(&kernel);
+  const std::vector<ZqLikelihoodFit> fits = ZqRankKernelsByLikelihood(data, candidates.empty() ? all : candidates);
+  if (ranking) {
+    ranking->clear();
+    for (const ZqLikelihoodFit& fit : fits) ranking->push_back(fit.kernel);
   }
-  Corvane::ZqThrow.Warning("ZqTrainByLikelihood, unable to train.  No kernel gives a covariance matrix that factorises");
-  return false;
+  for (const ZqLikelihoodFit& fit : fits) {
+    if (global->TrainFixed(fit.kernel)) return true;
+  }
+  return refuse("no kernel gives a covariance matrix that factorises");
 }
 
 }  // namespace Varimo

@@ -63,6 +63,7 @@ class ZqKrigeImpl : public ZqKrigeBase<T> {
 
   // The model the calls go to.
   const ZqKrigeBase<T>& GetModel() const { return *model_; }
+  ZqKrigeBase<T>& GetModel() { return *model_; }
 
  private:
   std::unique_ptr<ZqKrigeBase<T>> model_;

@@ -138,6 +138,9 @@ class ZqMolKrigeImpl {
   virtual bool Train() = 0;
   virtual bool Train(ZqKrigeKernelBase& kernel) = 0;
   virtual bool TrainFixed(const ZqKrigeKernelBase& kernel) = 0;
+  // See ZqTrainByLikelihood (varimo/krige/likelihood_training.h).
+  virtual bool TrainByLikelihood(const std::vector<const ZqKrigeKernelBase*>& candidates,
+                                 std::vector<ZqKrigeKernel>* ranking) = 0;
   virtual ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) = 0;
   virtual ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) const = 0;
   virtual ZqMolKrigeResult GetResult(const Molkit::ZqMCMolBase& mol) = 0;
@@ -219,6 +222,15 @@ class ZqMolKrige {
   bool Train() { return impl_->Train(); }
   bool Train(ZqKrigeKernelBase& kernel) { return impl_->Train(kernel); }
   bool TrainFixed(const ZqKrigeKernelBase& kernel) { return impl_->TrainFixed(kernel); }
+  // Trains a global model with the kernel of largest likelihood among
+  // `candidates` (all when empty) that factorises, `ranking` receiving the
+  // fitted candidates from the largest likelihood down; false, with a
+  // warning, for a local model, data that cannot be fitted, or no kernel
+  // that trains (ZqTrainByLikelihood).
+  bool TrainByLikelihood(const std::vector<const ZqKrigeKernelBase*>& candidates = {},
+                         std::vector<ZqKrigeKernel>* ranking = nullptr) {
+    return impl_->TrainByLikelihood(candidates, ranking);
+  }
   // Trains first when needed. The const calls leave the model as it is and
   // may run concurrently on a trained model.
   ZqMolKrigeResult GetResult(const Molkit::ZqMolBase& mol) { return impl_->GetResult(mol); }

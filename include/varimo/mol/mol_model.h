@@ -45,6 +45,10 @@ struct ZqMolModelSettings {
   // The candidate kernel to fit, by its name ("Spherical", "Power(4.000)");
   // empty to fit every candidate and keep the best that trains.
   std::string kernel;
+  // How the kernels' parameters are found: fitted to the variogram, or by
+  // the likelihood of the training responses (global models only; the
+  // candidates ranked by likelihood instead of by their fit).
+  ZqKernelFit fit = ZqKernelFit::Variogram;
   // The name of the response, for reports; may be empty.
   std::string responseName;
 };
@@ -98,7 +102,8 @@ class ZqMolModel {
   // Fits the kernels (or the one named in the settings) and trains; false,
   // with the engine's warnings, when no kernel trains, and false with an
   // error when the drift fields cannot make a drift (one named twice, or
-  // one with the same value in every record).
+  // one with the same value in every record) or the likelihood fit is asked
+  // of a local model.
   bool Train();
   // Trains with a saved state (ZqKrigeBase::TrainWithKernels), fitting
   // nothing.
@@ -113,7 +118,8 @@ class ZqMolModel {
   ZqKrigeTrainedKernels GetTrainedKernels() const { return krige_->GetTrainedKernels(); }
 
   // For a query the model cannot predict: the first valid result of the
-  // kernels its variogram ranks below its own, each trained once on the
+  // kernels its variogram (or, fitted by likelihood, the likelihood) ranks
+  // below its own, each trained once on the
   // same records when first needed (a global model's other candidates); an
   // invalid result when none gives one, or for a local model, which walks
   // its kernels for every query already. May run concurrently.

@@ -8,7 +8,8 @@
 //   local-options P M                            predict-training (0 or 1), the most
 //                                                variogram pairs (0: the default)
 //   drift TAG<TAB>TAG...                         nothing after "drift" without drift
-//   kernel-fit NAME                              the candidate asked for; "all" for the best
+//   kernel-fit NAME [likelihood]                 the candidate asked for; "all" for the best;
+//                                                "likelihood" when fitted by likelihood
 //   response-name NAME                           may be empty
 //   kernels N fitted|fixed                       the trained state (ZqKrigeTrainedKernels)
 //   kernel NAME<TAB>SILL<TAB>NUGGET<TAB>RANGE    N lines, in the order a query tries them

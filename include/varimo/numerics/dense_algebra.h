@@ -112,6 +112,9 @@ class ZqCholeskyFactor {
 
   Eigen::Index Order() const { return order_; }
   bool Valid() const { return valid_; }
+  // U(c, c) of a valid factor: log det C = 2 sum_c log U(c, c), and the
+  // spread of the pivots is a cheap first sign of a nearly singular C.
+  double Pivot(Eigen::Index c) const;
 
   // The solves, on every column of b; the factor must be valid.
   // b = U'^-1 b: then |b|^2 is b' C^-1 b for the original b.

@@ -72,7 +72,10 @@ ZqMolTrainingRecords ZqSelectMolTraining(const std::vector<const Molkit::ZqMolBa
 // copies of the model trained with each kernel ranked below the one in use.
 class ZqMolModel::Fallbacks {
  public:
-  explicit Fallbacks(const ZqMolKrige& krige) : krige_(krige) {}
+  // `fit`: the order of the lesser kernels; `ranking`, the candidates
+  // already ranked by likelihood, if known.
+  Fallbacks(const ZqMolKrige& krige, ZqKernelFit fit, std::vector<ZqKrigeKernel> ranking)
+      : krige_(krige), fit_(fit), ranking_(std::move(ranking)) {}
 
   ZqMolKrigeResult Predict(const Molkit::ZqMolBase& mol) {
     std::lock_guard<std::mutex> lock(mutex_);
@@ -91,7 +94,16 @@ class ZqMolModel::Fallbacks {
     ranked_ = true;
     const std::string used = krige_.GetKernel().GetName();
     bool below = false;
-    for (const ZqKrigeKernel& kernel : ZqRankKernels(krige_.GetVariogram())) {
+    std::vector<ZqKrigeKernel> ranking = std::move(ranking_);
+    if (fit_ == ZqKernelFit::Variogram) {
+      ranking = ZqRankKernels(krige_.GetVariogram());
+    } else if (ranking.empty()) {
+      // A model restored from its kernels, or fitted with one named kernel:
+      // a copy ranks every candidate.
+      ZqMolKrige copy(krige_);
+      copy.TrainByLikelihood({}, &ranking);
+    }
+    for (const ZqKrigeKernel& kernel : ranking) {
       if (below) kernels_.push_back(kernel);
       below = below || kernel.GetName() == used;
     }
@@ -110,6 +122,8 @@ class ZqMolModel::Fallbacks {
   }
 
   const ZqMolKrige& krige_;
+  const ZqKernelFit fit_;
+  std::vector<ZqKrigeKernel> ranking_;
   std::mutex mutex_;
   bool ranked_ = false;
   std::vector<ZqKrigeKernel> kernels_;
@@ -195,36 +209,45 @@ std::string ZqMolModel::DriftProblem() const {
 }
 
 bool ZqMolModel::Train() {
-  if (const std::string problem = DriftProblem(); !problem.empty()) {
-    Corvane::ZqThrow.Error("ZqMolModel::Train, %s", problem.c_str());
+  auto fail = [this](const std::string& why) {
+    Corvane::ZqThrow.Error("ZqMolModel::Train, %s", why.c_str());
     trained_ = false;
     return false;
+  };
+  if (const std::string problem = DriftProblem(); !problem.empty()) return fail(problem);
+  const bool byLikelihood = settings_.fit == ZqKernelFit::Likelihood;
+  if (byLikelihood && settings_.numLocal > 0) {
+    return fail("the likelihood fit is for global models; this one predicts from local neighbourhoods");
   }
   fallbacks_.reset();
-  if (settings_.kernel.empty()) {
-    trained_ = krige_->Train();
-  } else {
-    std::optional<ZqKrigeKernel> kernel;
+  std::optional<ZqKrigeKernel> kernel;
+  if (!settings_.kernel.empty()) {
     for (const ZqKrigeKernelBase& candidate : ZqGetKrigeKernels()) {
       if (candidate.GetName() == settings_.kernel) {
         kernel.emplace(candidate);
         break;
       }
     }
-    if (!kernel) {
-      Corvane::ZqThrow.Error("ZqMolModel::Train, no candidate kernel is named \"%s\"", settings_.kernel.c_str());
-      trained_ = false;
-      return false;
-    }
-    trained_ = krige_->Train(*kernel);
+    if (!kernel) return fail("no candidate kernel is named \"" + settings_.kernel + "\"");
   }
-  if (trained_) fallbacks_ = std::make_unique<Fallbacks>(*krige_);
+  std::vector<ZqKrigeKernel> ranking;
+  if (byLikelihood) {
+    std::vector<const ZqKrigeKernelBase*> candidates;
+    if (kernel) candidates.push_back(&*kernel);
+    trained_ = krige_->TrainByLikelihood(candidates, &ranking);
+    if (kernel) ranking.clear();  // the one candidate ranks no others
+  } else {
+    trained_ = kernel ? krige_->Train(*kernel) : krige_->Train();
+  }
+  if (trained_) fallbacks_ = std::make_unique<Fallbacks>(*krige_, settings_.fit, std::move(ranking));
   return trained_;
 }
 
 bool ZqMolModel::TrainWithKernels(const ZqKrigeTrainedKernels& trained) {
   trained_ = krige_->TrainWithKernels(trained);
-  fallbacks_ = trained_ ? std::make_unique<Fallbacks>(*krige_) : nullptr;
+  // A saved state keeps the kernel, not the ranking of its fit: the lesser
+  // kernels of a fit by likelihood are ranked again when first needed.
+  fallbacks_ = trained_ ? std::make_unique<Fallbacks>(*krige_, settings_.fit, std::vector<ZqKrigeKernel>()) : nullptr;
   return trained_;
 }
 
@@ -263,9 +286,11 @@ std::string ZqExplainNoKernel(const ZqMolModel& model, const std::vector<std::st
   if (smiles.size() == 1) return "all " + std::to_string(y.size()) + " records are one molecule";
   if (!warnings.empty()) {
     // The model's own reasons come without the routine that found them.
-    const std::string prefix = "ZqMolModel::Train, ";
     const std::string& last = warnings.back();
-    return last.rfind(prefix, 0) == 0 ? last.substr(prefix.size()) : last;
+    for (const std::string prefix : {"ZqMolModel::Train, ", "ZqTrainByLikelihood, unable to train.  "}) {
+      if (last.rfind(prefix, 0) == 0) return last.substr(prefix.size());
+    }
+    return last;
   }
   const std::string& kernel = model.GetSettings().kernel;
   if (!kernel.empty()) return "the " + kernel + " kernel gives no covariance matrix that factorises";

@@ -197,7 +197,17 @@ bool ReadHeader(LineReader& lines, bool version1, Header& header, std::string& w
     header.kernels.kernels.push_back(*kernel);
     header.kernels.fixed = settings.numLocal == 0;
   } else {
-    if (!lines.Field("kernel-fit", value) || (value != "all" && !ZqIsKrigeKernelName(value))) {
+    // "all" or a kernel's name, then " likelihood" for a fit by likelihood.
+    const std::string byLikelihood = " likelihood";
+    const bool valid = lines.Field("kernel-fit", value);
+    if (valid && value.size() > byLikelihood.size() &&
+        value.compare(value.size() - byLikelihood.size(), byLikelihood.size(), byLikelihood) == 0) {
+      settings.fit = ZqKernelFit::Likelihood;
+      value.erase(value.size() - byLikelihood.size());
+    }
+    // The likelihood fit is for global models only.
+    if (!valid || (value != "all" && !ZqIsKrigeKernelName(value)) ||
+        (settings.fit == ZqKernelFit::Likelihood && settings.numLocal > 0)) {
       why = "bad kernel-fit line";
       return false;
     }
@@ -246,7 +256,8 @@ std::string ZqWriteMolModel(const ZqMolModel& model) {
   out << "drift";
   for (std::size_t k = 0; k < settings.drift.size(); ++k) out << (k == 0 ? ' ' : '\t') << settings.drift[k];
   out << '\n';
-  out << "kernel-fit " << (settings.kernel.empty() ? std::string("all") : settings.kernel) << '\n';
+  out << "kernel-fit " << (settings.kernel.empty() ? std::string("all") : settings.kernel)
+      << (settings.fit == ZqKernelFit::Likelihood ? " likelihood" : "") << '\n';
   out << "response-name" << (settings.responseName.empty() ? "" : " " + settings.responseName) << '\n';
   out << "kernels " << trained.kernels.size() << (trained.fixed ? " fixed" : " fitted") << '\n';
   for (const ZqKrigeKernel& kernel : trained.kernels) out << "kernel " << KernelLine(kernel) << '\n';
