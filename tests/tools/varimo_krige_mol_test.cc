@@ -306,6 +306,9 @@ TEST(VarimoKrigeMolecules, ConflictingArgumentsAreRefused) {
       {"cv" + sdf + " --response ACTIVITY --local 10 --fit likelihood",
        "--fit likelihood is for global models, not --local K"},
       {"--load m.vkm --predict q.sdf --out p.csv --fit likelihood", "--load takes the model's own --fit"},
+      {"select --load m.vkm --pool q.sdf --picks 2 --out p.csv --fit variogram", "--load takes the model's own --fit"},
+      {"select --load m.vkm --pool q.sdf --picks 2 --out p.csv --local 5",
+       "--load takes the model's own --drift and --local"},
       {"cv" + sdf + " --response ACTIVITY --seed 99999999999",
        "varimo-krige: --seed 99999999999 is too large: it must be from 0 to 4294967295\n"},
   });

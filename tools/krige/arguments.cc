@@ -283,6 +283,10 @@ std::string MoleculeConflict(const Arguments& parsed) {
   if (parsed.numLocal == 0 && parsed.predictTraining) return "--predict-training is only for --local K";
   if (parsed.numLocal == 0 && parsed.maxVariogramSize) return "--max-variogram-size is only for --local K";
   if (parsed.numLocal > 0 && parsed.fit == "likelihood") return kLikelihoodIsGlobal;
+  if (!parsed.loadPath.empty() && !parsed.fit.empty()) return "--load takes the model's own --fit";
+  if (!parsed.loadPath.empty() && parsed.select && (!parsed.drift.empty() || parsed.numLocal > 0)) {
+    return "--load takes the model's own --drift and --local";
+  }
   if (std::string choice = ChoiceConflict(parsed); !choice.empty() || parsed.select) return choice;
   if (parsed.crossValidate) {
     if (parsed.trainPath.empty()) return "missing --train (see --help)";
@@ -307,7 +311,6 @@ std::string MoleculeConflict(const Arguments& parsed) {
       return "--load replaces --train and --response";
     }
     if (!parsed.drift.empty() || parsed.numLocal > 0) return "--load takes the model's own --drift and --local";
-    if (!parsed.fit.empty()) return "--load takes the model's own --fit";
     if (parsed.predictTraining || parsed.maxVariogramSize) {
       return "--load takes the model's own --predict-training and --max-variogram-size";
     }
