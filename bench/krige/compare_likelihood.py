@@ -4,8 +4,8 @@ with its hyperparameters optimised, on the same data in one run.
 
     /usr/bin/python3 bench/krige/compare_likelihood.py BUILD/bench/krige/varimo_likelihood_bench [--repeats R]
 
-Data (seeded): 2000 points uniform in [0,1]^16 with the response of
-compare_sklearn.py; size N uses the first N points.
+Data (seeded): the first 2000 points of compare_sklearn.py's pool, uniform
+in [0,1]^16; size N uses the first N of them.
 
 Timed at N = 500, 1000, 2000, medians of R runs (default 3):
   ours   ZqTrainByLikelihood of a simple kriging model with the exponential
@@ -42,19 +42,12 @@ from peer_timing import PeerProcess, our_blas, print_blas, run_benchmark  # noqa
 
 import numpy as np
 
+from compare_sklearn import make_data  # noqa: E402 (the same data: its first 2000 points)
+
 DIM = 16
 POOL = 2000
 SIZES = (500, 1000, 2000)
 TOLERANCE = 0.5  # in log likelihood
-
-
-def make_data():
-    rng = np.random.default_rng(20240611)
-    x = rng.random((POOL, DIM))
-    noise = rng.standard_normal(POOL)
-    y = (5.0 + np.sin(2 * np.pi * x[:, 0]) + 2 * x[:, 1] ** 2 + np.cos(np.pi * x[:, 2] * x[:, 3])
-         + x[:, 4:].mean(axis=1) + 0.1 * noise)
-    return x, y
 
 
 def sklearn_fit(x, y, repeats, our_range, our_sill):
@@ -82,7 +75,8 @@ def main():
     parser.add_argument("--repeats", type=int, default=3)
     args = parser.parse_args()
 
-    x, y = make_data()
+    x, y, _ = make_data()
+    x, y = x[:POOL], y[:POOL]
     failed = False
     with tempfile.TemporaryDirectory() as folder, PeerProcess("openblas") as peer:
         np.hstack([x, y[:, None]]).astype("<f8").tofile(os.path.join(folder, "train.f64"))
