@@ -2,6 +2,7 @@
 // numpy direct solves and a scipy search (tests/data/krige/make_likelihood_refs.py),
 // the refusals of data it cannot fit, and global models trained with the
 // kernel found.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -122,6 +123,34 @@ TEST(RankByLikelihood, OneShapeReachesTheMaximum) {
       EXPECT_NEAR(fit.kernel.GetSill(), ToDouble(tokens[5]), 0.005 * ToDouble(tokens[5]));
     }
   }
+}
+
+// Smooth responses without noise: the Gaussian kernel's likelihood keeps
+// rising as its range grows and the covariance matrix nears singularity.
+// The fit stops where the model still trusts its weights: trained with the
+// kernel found, it does not warn.
+TEST(RankByLikelihood, StopsShortOfNearlySingularMatrices) {
+  const References& refs = Refs();
+  ZqLikelihoodData data = DataFor("ordinary");
+  ZqOrdinaryKrige<Element> model(ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
+  for (std::size_t i = 0; i < refs.points.size(); ++i) {
+    const double x = refs.points[i][0], y = refs.points[i][1];
+    data.responses(static_cast<Eigen::Index>(i)) = std::sin(3.0 * x) + std::cos(2.0 * y) + 0.5 * x;
+    ASSERT_TRUE(model.AddTraining(refs.points[i], data.responses(static_cast<Eigen::Index>(i))));
+  }
+  const ZqKrigeKernel gaussian = Shape("Gaussian");
+  const std::vector<ZqLikelihoodFit> ranked = ZqRankKernelsByLikelihood(data, {&gaussian});
+  ASSERT_EQ(ranked.size(), 1u);
+  Corvane::ZqScopedThrowCapture capture;
+  ASSERT_TRUE(model.TrainFixed(ranked[0].kernel));
+  EXPECT_TRUE(capture.Texts(Corvane::ZqThrowLevel::Warning).empty());
+  // A fifth longer, the model warns, and the range is no candidate.
+  ZqKrigeKernel longer = ranked[0].kernel;
+  longer.SetRange(1.2 * longer.GetRange());
+  ASSERT_TRUE(model.TrainFixed(longer));
+  EXPECT_THAT(capture.Texts(Corvane::ZqThrowLevel::Warning),
+              ::testing::ElementsAre(::testing::HasSubstr("the covariance matrix is nearly singular")));
+  EXPECT_EQ(ZqProfileLogLikelihood(data, gaussian, longer.GetRange()), -INFINITY);
 }
 
 // Several shapes come ranked by their maxima, the reference's order.
