@@ -248,6 +248,8 @@ def main():
         print(f"\n{name}: {len(y)} molecules, top 5 % = {max(1, round(0.05 * len(y)))}, {options.seeds} seeds")
         print(f"{'side':8s} {'strategy':12s} {'@10%':>6s} {'@20%':>6s} {'@30%':>6s} {'area':>6s}")
         sides = options.sides.split(",")
+        if not set(sides) <= set(OUR_SIDES) | {"peer"}:
+            parser.error(f"--sides takes {', '.join(OUR_SIDES)} and peer, not {options.sides}")
         areas = {}  # (side, strategy): the area of each seed
         for side in sides if not options.calibration_only else ():
             for strategy in STRATEGIES:

@@ -23,8 +23,9 @@ The two maximise the same likelihood (our exponential correlation
 exp(-h ln 10 / r) is the Matern's exp(-h / l) with r = l ln 10, and the
 sill is the constant), so the maxima are compared in scikit-learn's own
 log marginal likelihood: ours, at our range and sill, must come within
-0.5 of the value at its optimum, a likelihood ratio of 1.65, far inside
-the 1.92 of a 95 % confidence interval of one parameter. (The parameters
+0.5 of the value at its optimum, well inside the 1.92 by which the log
+likelihood falls at the edge of a 95 % confidence interval of one
+parameter. (The parameters
 need not agree: on these data the likelihood still rises, slowly, along a
 ridge of long ranges with the sill in proportion, where our search stops
 at 16 times the largest distance.) Exits with status 1 when ours falls

@@ -156,7 +156,7 @@ class Kriging(ChoosingMixin, CoreEstimator):
         values, y = self._training
         num_drift = len(self.drift_columns or ())
         model = _core.VectorModel(self.model, values.shape[1] - num_drift, num_drift, int(self.local or 0),
-                                  self.kernel or "")
+                                  self.kernel or "", self.kernel_fit)
         _messages.call(model.add, values, y)
         kernels, fixed = trained
         ok, _ = _messages.call(model.train_with_kernels, kernels, fixed)

@@ -15,6 +15,7 @@
 #include "drift_local_refs.h"
 #include "reference_file.h"
 #include "test_support.h"
+#include "varimo/krige/krige_impl.h"
 #include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/vector_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
@@ -250,8 +251,35 @@ TEST(TrainByLikelihood, GlobalModelsTrainWithTheKernelFound) {
     EXPECT_TRUE(model->GetKrigeResult({0.5, 0.5}).Valid());
   }
 
-  // Too few elements: a warning with the reason, and the model untouched.
+  // Through the base, with the elements borrowed, and the ranking: the
+  // first trainable kernel of the ranking, the ranking that of the data.
+  const ZqKrigeKernel shapes[] = {Shape("Spherical"), Shape("Exponential")};
+  ZqOrdinaryKrige<Element, ZqKrigeUnmanagedPtrElementStorage<Element>> borrowed(
+      ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
+  for (std::size_t i = 0; i < refs.points.size(); ++i) borrowed.AddTraining(refs.points[i], refs.responses[i]);
+  std::vector<ZqKrigeKernel> ranking;
+  ZqKrigeBase<Element>& base = borrowed;
+  ASSERT_TRUE(ZqTrainByLikelihood(base, {&shapes[0], &shapes[1]}, &ranking));
+  const std::vector<ZqLikelihoodFit> expected = ZqRankKernelsByLikelihood(DataFor("ordinary"), {&shapes[0], &shapes[1]});
+  ASSERT_EQ(ranking.size(), 2u);
+  for (std::size_t k = 0; k < 2; ++k) {
+    EXPECT_EQ(ranking[k].GetName(), expected[k].kernel.GetName());
+    EXPECT_EQ(ranking[k].GetRange(), expected[k].kernel.GetRange());
+  }
+  EXPECT_EQ(borrowed.GetKernel().GetName(), ranking[0].GetName());
+
+  // Too few elements, or a local model: a warning with the reason, and the
+  // model untouched.
   Corvane::ZqScopedThrowCapture capture;
+  const auto local = ZqCreateKrige<Element>(ZqEuclideanDistance(), ZqKrigeOptions(ZqLocalKrigeOptions().SetNumLocal(5)),
+                                            false);
+  for (std::size_t i = 0; i < refs.points.size(); ++i) local->AddTraining(refs.points[i], refs.responses[i]);
+  EXPECT_FALSE(ZqTrainByLikelihood(*local));
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Warning),
+            std::vector<std::string>{
+                "ZqTrainByLikelihood, unable to train.  the likelihood fit is for simple, ordinary and universal "
+                "kriging models"});
+  capture.Clear();
   ZqOrdinaryKrige<Element> two(ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
   two.AddTraining({0.0, 0.0}, 1.0);
   two.AddTraining({1.0, 0.0}, 2.0);

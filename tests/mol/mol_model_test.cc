@@ -131,9 +131,10 @@ TEST_F(BzrModel, AFitByLikelihoodTrainsWithTheBestRankedKernelAndIsSavedAsSuch) 
     const auto* engine = dynamic_cast<const Engine*>(model.GetKrige().GetFingerprintModel());
     ASSERT_NE(engine, nullptr);
     auto kernels = Varimo::ZqGetKrigeKernels();
-    std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
+    std::vector<const Varimo::ZqKrigeKernelBase*> candidates, all;
     for (const Varimo::ZqKrigeKernelBase& kernel : kernels) {
       if (each.kernel.empty() || kernel.GetName() == each.kernel) candidates.push_back(&kernel);
+      all.push_back(&kernel);
     }
     const auto ranked = Varimo::ZqRankKernelsByLikelihood(Varimo::ZqLikelihoodDataOf(*engine), candidates);
     ASSERT_FALSE(ranked.empty());
@@ -153,6 +154,18 @@ TEST_F(BzrModel, AFitByLikelihoodTrainsWithTheBestRankedKernelAndIsSavedAsSuch) 
     EXPECT_EQ(loaded->GetSettings().kernel, each.kernel);
     ExpectSamePredictions(model, *loaded);
     EXPECT_EQ(Varimo::ZqWriteMolModel(*loaded), text);
+    // The lesser kernels of the fallbacks: those the likelihood ranks over
+    // every candidate, the same to the bit for the model loaded.
+    const auto full = Varimo::ZqRankKernelsByLikelihood(Varimo::ZqLikelihoodDataOf(*engine), all);
+    std::size_t below = 0;
+    while (below < full.size() && full[below].kernel.GetName() != used.GetName()) ++below;
+    ASSERT_LT(below + 1, full.size());
+    const Varimo::ZqMolKrigeResult fallback = model.GetFallbackResult(*Queries()[0]);
+    ASSERT_TRUE(fallback.Valid());
+    EXPECT_EQ(fallback.GetKernel().GetName(), full[below + 1].kernel.GetName());
+    EXPECT_NEAR(fallback.GetKernel().GetRange(), full[below + 1].kernel.GetRange(),
+                1e-9 * full[below + 1].kernel.GetRange());
+    EXPECT_EQ(loaded->GetFallbackResult(*Queries()[0]).GetResponse(), fallback.GetResponse());
     // The fit is for global models only, in files too.
     std::string local = text;
     Replace(local, "\nlocal 0\n", "\nlocal 30\n");
@@ -186,6 +199,14 @@ TEST_F(BzrModel, AFitByLikelihoodTrainsWithTheBestRankedKernelAndIsSavedAsSuch) 
             std::vector<std::string>{
                 "ZqMolModel::Train, the likelihood fit is for global models; this one predicts from local "
                 "neighbourhoods"});
+  // Nor can such a model take a saved state.
+  capture.Clear();
+  EXPECT_FALSE(local.TrainWithKernels(byVariogram.GetTrainedKernels()));
+  EXPECT_FALSE(local.IsTrained());
+  EXPECT_EQ(capture.Texts(Corvane::ZqThrowLevel::Error),
+            std::vector<std::string>{
+                "ZqMolModel::TrainWithKernels, the likelihood fit is for global models; this one predicts from "
+                "local neighbourhoods"});
   settings.numLocal = 0;
   Varimo::ZqMolModel twins(settings);
   for (int i : {1, 2, 1}) twins.AddTraining(*(*all_)[i], Activity(*(*all_)[i]) + i);

@@ -140,7 +140,8 @@ columns) of that name.
                          --max-variogram-size; prints "kernels: A, B, ..." (the
                          order each query tries them) instead of the kernel line
   --save MODEL.vkm       write the trained model (format described in the README)
-  --load MODEL.vkm       read a saved model instead of --train and --response
+  --load MODEL.vkm       read a saved model instead of --train and --response; it
+                         brings its own --drift, --local and --fit
   --threads N            predict N queries at a time (1 to 1024); the same numbers
                          as one
   --report DIR           write one report image per query, DIR/ROW.png (ROW as

@@ -61,7 +61,8 @@ struct ZqLikelihoodFit {
 // below 1e-12, or an estimated reciprocal condition below the 1e-12 at
 // which the kriging models warn that their weights are unreliable (smooth
 // kernels on smooth data would otherwise gain likelihood all the way to
-// such ranges). Cost: one Cholesky factorisation of order n.
+// such ranges). Cost: one Cholesky factorisation of order n, and up to 11
+// solves with it for the condition estimate.
 double ZqProfileLogLikelihood(const ZqLikelihoodData& data, const ZqKrigeKernelBase& kernel, double range);
 
 // Why the data cannot be fitted; empty when they can: fewer than 3
@@ -81,7 +82,7 @@ std::string ZqCheckLikelihoodData(const ZqLikelihoodData& data);
 // between two kinks narrower than the grid's step may be missed for a
 // neighbouring one. Candidates without a finite likelihood at any range are
 // left out, and all of them for data ZqCheckLikelihoodData refuses.
-// Cost: for each candidate 43 Cholesky factorisations of order n.
+// Cost: for each candidate 43 evaluations as above.
 std::vector<ZqLikelihoodFit> ZqRankKernelsByLikelihood(const ZqLikelihoodData& data,
                                                        const std::vector<const ZqKrigeKernelBase*>& candidates);
 

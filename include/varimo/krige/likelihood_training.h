@@ -56,19 +56,17 @@ ZqLikelihoodData ZqLikelihoodDataOf(const ZqStandardKrigeImpl<T, TT>& model) {
 // the largest likelihood down as Train() tries kernels from the best fit
 // down. `ranking`, when given, receives the fitted kernels in that order.
 // False, with a warning that gives the reason and the model left as it was,
-// for a local model or data that cannot be fitted (fewer than 3 distinct
-// elements, all responses equal, ...); false, with the model not trained,
-// when no kernel trains.
-template <class T>
-bool ZqTrainByLikelihood(ZqKrigeBase<T>& model, const std::vector<const ZqKrigeKernelBase*>& candidates = {},
+// for data that cannot be fitted (fewer than 3 distinct elements, all
+// responses equal, ...) or when no candidate has a finite likelihood at any
+// range; false, with the model not trained, when no kernel trains.
+template <class T, class TT>
+bool ZqTrainByLikelihood(ZqStandardKrigeImpl<T, TT>& model, const std::vector<const ZqKrigeKernelBase*>& candidates = {},
                          std::vector<ZqKrigeKernel>* ranking = nullptr) {
   auto refuse = [](const std::string& why) {
     Corvane::ZqThrow.Warning("ZqTrainByLikelihood, unable to train.  %s", why.c_str());
     return false;
   };
-  auto* global = dynamic_cast<ZqStandardKrigeImpl<T, ZqKrigeDefaultElementStorage<T>>*>(&model);
-  if (global == nullptr) return refuse("the likelihood fit is for simple, ordinary and universal kriging models");
-  const ZqLikelihoodData data = ZqLikelihoodDataOf(*global);
+  const ZqLikelihoodData data = ZqLikelihoodDataOf(model);
   if (const std::string why = ZqCheckLikelihoodData(data); !why.empty()) return refuse(why);
   auto kernels = ZqGetKrigeKernels();
   std::vector<const ZqKrigeKernelBase*> all;
@@ -78,10 +76,31 @@ bool ZqTrainByLikelihood(ZqKrigeBase<T>& model, const std::vector<const ZqKrigeK
     ranking->clear();
     for (const ZqLikelihoodFit& fit : fits) ranking->push_back(fit.kernel);
   }
+  if (fits.empty()) return refuse("no candidate kernel has a finite likelihood at any range");
   for (const ZqLikelihoodFit& fit : fits) {
-    if (global->TrainFixed(fit.kernel)) return true;
+    if (model.TrainFixed(fit.kernel)) return true;
   }
   return refuse("no kernel gives a covariance matrix that factorises");
+}
+
+// The same for a model held through its base, of any element storage:
+// false, with a warning and the model left as it was, for a local model or
+// one that forwards to another (train the one it forwards to).
+template <class T>
+bool ZqTrainByLikelihood(ZqKrigeBase<T>& model, const std::vector<const ZqKrigeKernelBase*>& candidates = {},
+                         std::vector<ZqKrigeKernel>* ranking = nullptr) {
+  if (auto* global = dynamic_cast<ZqStandardKrigeImpl<T, ZqKrigeDefaultElementStorage<T>>*>(&model)) {
+    return ZqTrainByLikelihood(*global, candidates, ranking);
+  }
+  if (auto* global = dynamic_cast<ZqStandardKrigeImpl<T, ZqKrigeCopyPtrElementStorage<T>>*>(&model)) {
+    return ZqTrainByLikelihood(*global, candidates, ranking);
+  }
+  if (auto* global = dynamic_cast<ZqStandardKrigeImpl<T, ZqKrigeUnmanagedPtrElementStorage<T>>*>(&model)) {
+    return ZqTrainByLikelihood(*global, candidates, ranking);
+  }
+  Corvane::ZqThrow.Warning(
+      "ZqTrainByLikelihood, unable to train.  the likelihood fit is for simple, ordinary and universal kriging models");
+  return false;
 }
 
 }  // namespace Varimo

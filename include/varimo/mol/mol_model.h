@@ -106,7 +106,8 @@ class ZqMolModel {
   // of a local model.
   bool Train();
   // Trains with a saved state (ZqKrigeBase::TrainWithKernels), fitting
-  // nothing.
+  // nothing; false, with an error, when the settings ask a local model for
+  // the likelihood fit.
   bool TrainWithKernels(const ZqKrigeTrainedKernels& trained);
   bool IsTrained() const { return trained_; }
 
@@ -118,9 +119,9 @@ class ZqMolModel {
   ZqKrigeTrainedKernels GetTrainedKernels() const { return krige_->GetTrainedKernels(); }
 
   // For a query the model cannot predict: the first valid result of the
-  // kernels its variogram (or, fitted by likelihood, the likelihood) ranks
-  // below its own, each trained once on the
-  // same records when first needed (a global model's other candidates); an
+  // kernels its variogram (or, fitted by likelihood, the likelihood over
+  // every candidate) ranks below its own, each trained once on the same
+  // records when first needed (a global model's other candidates); an
   // invalid result when none gives one, or for a local model, which walks
   // its kernels for every query already. May run concurrently.
   ZqMolKrigeResult GetFallbackResult(const Molkit::ZqMolBase& mol) const;

@@ -12,11 +12,18 @@
 
 #include "varimo/krige/kernel_fit.h"
 #include "varimo/krige/krige_options.h"
+#include "varimo/numerics/dense_algebra.h"
 #include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/corvane/strings.h"
 #include "varimo/platform/molkit/mol_property.h"
 
 namespace Varimo {
+namespace {
+
+constexpr const char* kLikelihoodIsGlobal =
+    "the likelihood fit is for global models; this one predicts from local neighbourhoods";
+
+}  // namespace
 
 std::unique_ptr<ZqMolKrige> ZqMakeMolKrige(const ZqMolModelSettings& settings) {
   ZqLocalKrigeOptions local;
@@ -72,10 +79,8 @@ ZqMolTrainingRecords ZqSelectMolTraining(const std::vector<const Molkit::ZqMolBa
 // copies of the model trained with each kernel ranked below the one in use.
 class ZqMolModel::Fallbacks {
  public:
-  // `fit`: the order of the lesser kernels; `ranking`, the candidates
-  // already ranked by likelihood, if known.
-  Fallbacks(const ZqMolKrige& krige, ZqKernelFit fit, std::vector<ZqKrigeKernel> ranking)
-      : krige_(krige), fit_(fit), ranking_(std::move(ranking)) {}
+  // `fit`: how the lesser kernels are ranked.
+  Fallbacks(const ZqMolKrige& krige, ZqKernelFit fit) : krige_(krige), fit_(fit) {}
 
   ZqMolKrigeResult Predict(const Molkit::ZqMolBase& mol) {
     std::lock_guard<std::mutex> lock(mutex_);
@@ -94,12 +99,14 @@ class ZqMolModel::Fallbacks {
     ranked_ = true;
     const std::string used = krige_.GetKernel().GetName();
     bool below = false;
-    std::vector<ZqKrigeKernel> ranking = std::move(ranking_);
+    std::vector<ZqKrigeKernel> ranking;
     if (fit_ == ZqKernelFit::Variogram) {
       ranking = ZqRankKernels(krige_.GetVariogram());
-    } else if (ranking.empty()) {
-      // A model restored from its kernels, or fitted with one named kernel:
-      // a copy ranks every candidate.
+    } else {
+      // Every candidate ranked by a copy, with the BLAS on this thread: the
+      // same kernels, to the bit, whether the model was fitted or loaded
+      // and whatever thread first needs them.
+      const ZqSingleThreadedBlas oneThread;
       ZqMolKrige copy(krige_);
       copy.TrainByLikelihood({}, &ranking);
     }
@@ -123,7 +130,6 @@ class ZqMolModel::Fallbacks {
 
   const ZqMolKrige& krige_;
   const ZqKernelFit fit_;
-  std::vector<ZqKrigeKernel> ranking_;
   std::mutex mutex_;
   bool ranked_ = false;
   std::vector<ZqKrigeKernel> kernels_;
@@ -217,7 +223,7 @@ bool ZqMolModel::Train() {
   if (const std::string problem = DriftProblem(); !problem.empty()) return fail(problem);
   const bool byLikelihood = settings_.fit == ZqKernelFit::Likelihood;
   if (byLikelihood && settings_.numLocal > 0) {
-    return fail("the likelihood fit is for global models; this one predicts from local neighbourhoods");
+    return fail(kLikelihoodIsGlobal);
   }
   fallbacks_.reset();
   std::optional<ZqKrigeKernel> kernel;
@@ -230,24 +236,27 @@ bool ZqMolModel::Train() {
     }
     if (!kernel) return fail("no candidate kernel is named \"" + settings_.kernel + "\"");
   }
-  std::vector<ZqKrigeKernel> ranking;
   if (byLikelihood) {
     std::vector<const ZqKrigeKernelBase*> candidates;
     if (kernel) candidates.push_back(&*kernel);
-    trained_ = krige_->TrainByLikelihood(candidates, &ranking);
-    if (kernel) ranking.clear();  // the one candidate ranks no others
+    trained_ = krige_->TrainByLikelihood(candidates);
   } else {
     trained_ = kernel ? krige_->Train(*kernel) : krige_->Train();
   }
-  if (trained_) fallbacks_ = std::make_unique<Fallbacks>(*krige_, settings_.fit, std::move(ranking));
+  if (trained_) fallbacks_ = std::make_unique<Fallbacks>(*krige_, settings_.fit);
   return trained_;
 }
 
 bool ZqMolModel::TrainWithKernels(const ZqKrigeTrainedKernels& trained) {
+  if (settings_.fit == ZqKernelFit::Likelihood && settings_.numLocal > 0) {
+    // Such a model could not have been fitted, and its file would not load.
+    Corvane::ZqThrow.Error("ZqMolModel::TrainWithKernels, %s", kLikelihoodIsGlobal);
+    trained_ = false;
+    fallbacks_.reset();
+    return false;
+  }
   trained_ = krige_->TrainWithKernels(trained);
-  // A saved state keeps the kernel, not the ranking of its fit: the lesser
-  // kernels of a fit by likelihood are ranked again when first needed.
-  fallbacks_ = trained_ ? std::make_unique<Fallbacks>(*krige_, settings_.fit, std::vector<ZqKrigeKernel>()) : nullptr;
+  fallbacks_ = trained_ ? std::make_unique<Fallbacks>(*krige_, settings_.fit) : nullptr;
   return trained_;
 }
 
