@@ -27,7 +27,9 @@ the kriging variance and with the full variance.
 
 Ours: varimo.MolKriging and its suggest, with the default settings
 ("ours", kernels fitted to the variogram) and with kernel_fit="likelihood"
-("ours-lik", kernels by the likelihood of the training responses). Where the
+("ours-lik", kernels by the likelihood of the training responses); and
+varimo.Kriging(metric="minmax", kernel_fit="likelihood") on the peer's own
+Morgan count fingerprints ("ours-mm"). Where the
 model has a valid prediction for fewer pool members than the batch needs
 (a kernel of short range fitted to a clustered training set leaves the far
 molecules without one), the batch takes those and is filled at random; the
@@ -151,13 +153,30 @@ OURS = {"greedy": dict(acquisition="greedy", batch=None), "ucb": dict(acquisitio
 FILLED = []  # (strategy, picks short): batches where our model could not fill the batch
 
 
-# The settings of each of our sides.
-OUR_SIDES = {"ours": {}, "ours-lik": {"kernel_fit": "likelihood"}}
+# The settings of each of our sides. Those with a metric are varimo.Kriging
+# on the peer's own Morgan count fingerprints; the others MolKriging on the
+# molecules.
+OUR_SIDES = {"ours": {}, "ours-lik": {"kernel_fit": "likelihood"},
+             "ours-mm": {"metric": "minmax", "kernel_fit": "likelihood"}}
 
 
-def our_batch(side, mols, acquired, y, pool, size, strategy, seed):
-    model = varimo.MolKriging(**OUR_SIDES[side]).fit([mols[i] for i in acquired], y[acquired])
-    pool_mols = [mols[i] for i in pool]
+def our_model(side, data, rows, y, variance="kriging"):
+    """Our side's model trained on the rows of data, a pair (molecules,
+    count fingerprints); and a function from rows to the model's inputs."""
+    mols, fps = data
+    settings = OUR_SIDES[side]
+    if "metric" in settings:
+        if variance != "kriging":
+            raise ValueError("Kriging has the kriging variance only")
+        inputs = lambda r: fps[np.asarray(r)]
+        return varimo.Kriging(**settings).fit(inputs(rows), y[rows]), inputs
+    inputs = lambda r: [mols[i] for i in r]
+    return varimo.MolKriging(variance=variance, **settings).fit(inputs(rows), y[rows]), inputs
+
+
+def our_batch(side, data, acquired, y, pool, size, strategy, seed):
+    model, inputs = our_model(side, data, acquired, y)
+    pool_mols = inputs(pool)
     # A kernel of short range leaves the molecules far from every training
     # one without a valid prediction; those cannot be picked. The batch then
     # takes what can be picked and fills the rest at random from the pool,
@@ -173,7 +192,7 @@ def our_batch(side, mols, acquired, y, pool, size, strategy, seed):
     return picks
 
 
-def campaign(side, mols, y, similarity, strategy, seed):
+def campaign(side, data, y, similarity, strategy, seed):
     n = len(y)
     rng = np.random.default_rng(seed)
     top = set(np.argsort(-y, kind="stable")[: max(1, round(0.05 * n))])
@@ -185,7 +204,7 @@ def campaign(side, mols, y, similarity, strategy, seed):
         if strategy == "random":
             batch = list(rng.choice(pool, step, replace=False))
         elif side in OUR_SIDES:
-            batch = our_batch(side, mols, np.array(acquired), y, pool, step, strategy, seed)
+            batch = our_batch(side, data, np.array(acquired), y, pool, step, strategy, seed)
         else:
             gp = TanimotoGP(similarity).fit(acquired, y[acquired])
             batch = peer_batch(gp, np.array(acquired), y, pool, step, strategy, rng)
@@ -196,7 +215,7 @@ def campaign(side, mols, y, similarity, strategy, seed):
 
 # --- Calibration from cross-validation ------------------------------------------
 
-def calibration(side, mols, y, similarity, seed=1, variance="kriging"):
+def calibration(side, data, y, similarity, seed=1, variance="kriging"):
     n = len(y)
     fold = np.random.default_rng(seed).permutation(n) % 5
     levels = np.arange(1, 20) * 0.05
@@ -207,8 +226,8 @@ def calibration(side, mols, y, similarity, seed=1, variance="kriging"):
     for k in range(5):
         train, held = np.flatnonzero(fold != k), np.flatnonzero(fold == k)
         if side in OUR_SIDES:
-            model = varimo.MolKriging(variance=variance, **OUR_SIDES[side]).fit([mols[i] for i in train], y[train])
-            held_mols = [mols[i] for i in held]
+            model, inputs = our_model(side, data, train, y, variance)
+            held_mols = inputs(held)
             mean[held], sd[held] = model.predict(held_mols, return_std=True)
             for j, q in enumerate(levels):
                 lower[j, held], upper[j, held] = model.predict_interval(held_mols, alpha=1.0 - q)
@@ -232,7 +251,7 @@ def main():
     parser.add_argument("--seeds", type=int, default=10)
     parser.add_argument("--calibration-only", action="store_true", help="skip the campaigns")
     parser.add_argument("--sets", default="CHEMBL2321810,bzr", help="comma-separated names of the sets")
-    parser.add_argument("--sides", default="ours,ours-lik,peer", help="comma-separated sides to run")
+    parser.add_argument("--sides", default="ours,ours-lik,ours-mm,peer", help="comma-separated sides to run")
     options = parser.parse_args()
     warnings.simplefilter("ignore")
     from threadpoolctl import threadpool_info
@@ -245,6 +264,7 @@ def main():
         mols, y = [m for m, _ in data], np.array([v for _, v in data])
         fps = morgan_counts(mols)
         similarity = minmax(fps, fps)
+        data = (mols, fps)
         print(f"\n{name}: {len(y)} molecules, top 5 % = {max(1, round(0.05 * len(y)))}, {options.seeds} seeds")
         print(f"{'side':8s} {'strategy':12s} {'@10%':>6s} {'@20%':>6s} {'@30%':>6s} {'area':>6s}")
         sides = options.sides.split(",")
@@ -255,7 +275,7 @@ def main():
             for strategy in STRATEGIES:
                 if side != sides[0] and strategy == "random":
                     continue  # the same draws whatever the side
-                per_seed = np.array([campaign(side, mols, y, similarity, strategy, seed)
+                per_seed = np.array([campaign(side, data, y, similarity, strategy, seed)
                                      for seed in range(options.seeds)])
                 areas[side, strategy] = np.trapz(per_seed, dx=1.0, axis=1) / (per_seed.shape[1] - 1)
                 curves = per_seed.mean(axis=0)
@@ -279,12 +299,12 @@ def main():
                       f"+- {diff.std(ddof=1) / np.sqrt(len(diff)):.3f} (standard error over {len(diff)} seeds)",
                       flush=True)
         for side, variance in (("ours", "kriging"), ("ours", "full"), ("ours-lik", "kriging"), ("ours-lik", "full"),
-                               ("peer", None)):
+                               ("ours-mm", "kriging"), ("peer", None)):
             if side not in sides:
                 continue
             label = f"{side}, {variance} variance" if variance else side
             print(f"{label} calibration (5-fold):", {k: round(float(v), 3) for k, v in
-                                                     calibration(side, mols, y, similarity,
+                                                     calibration(side, data, y, similarity,
                                                                  variance=variance).items()}, flush=True)
 
 

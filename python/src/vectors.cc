@@ -19,7 +19,7 @@ namespace {
 class VectorModel {
  public:
   VectorModel(const std::string& model, std::size_t numFeatures, std::size_t numDrift, unsigned int local,
-              const std::string& kernel, const std::string& fit)
+              const std::string& kernel, const std::string& fit, const std::string& metric)
       : kernel_(kernel), byLikelihood_(fit == "likelihood") {
     using Model = Varimo::ZqVectorKrigeSettings::Model;
     if (model == "simple") {
@@ -36,6 +36,14 @@ class VectorModel {
       throw py::value_error("kernel_fit is 'variogram' or 'likelihood', not '" + fit + "'");
     }
     if (byLikelihood_ && local > 0) throw py::value_error("kernel_fit='likelihood' is for global models, not local");
+    using Metric = Varimo::ZqVectorKrigeSettings::Metric;
+    if (metric == "euclidean") {
+      settings_.metric = Metric::Euclidean;
+    } else if (metric == "minmax") {
+      settings_.metric = Metric::MinMax;
+    } else {
+      throw py::value_error("metric is 'euclidean' or 'minmax', not '" + metric + "'");
+    }
     settings_.numFeatures = numFeatures;
     settings_.numDrift = numDrift;
     settings_.numLocal = local;
@@ -53,7 +61,7 @@ class VectorModel {
     const double* values = y.data();
     py::gil_scoped_release release;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (!Varimo::ZqIsFiniteRow(rows[i]) || !std::isfinite(values[i]) || !model_->AddTraining(rows[i], values[i])) {
+      if (!Varimo::ZqIsUsableRow(settings_, rows[i]) || !std::isfinite(values[i]) || !model_->AddTraining(rows[i], values[i])) {
         refused.push_back(i);
       }
     }
@@ -130,7 +138,7 @@ class VectorModel {
       const Varimo::ZqApplicabilityDomain domain = Varimo::ZqApplicabilityDomain::FromModel(*model_, options);
       const Varimo::ZqKrigeBase<Varimo::ZqVectorElement>& model = *model_;
       for (std::size_t i = 0; i < rows.size(); ++i) {
-        const Varimo::ZqDomainAssessment a = Varimo::ZqIsFiniteRow(rows[i])
+        const Varimo::ZqDomainAssessment a = Varimo::ZqIsUsableRow(settings_, rows[i])
                                                  ? domain.Assess(model.GetKrigeResult(rows[i]))
                                                  : Varimo::ZqDomainAssessment();
         nearest[i] = a.nearestDistance;
@@ -180,9 +188,9 @@ class VectorModel {
 void BindVectors(py::module_& m) {
   py::class_<VectorModel>(m, "VectorModel")
       .def(py::init<const std::string&, std::size_t, std::size_t, unsigned int, const std::string&,
-                    const std::string&>(),
+                    const std::string&, const std::string&>(),
            py::arg("model"), py::arg("num_features"), py::arg("num_drift"), py::arg("local"), py::arg("kernel"),
-           py::arg("fit") = "variogram")
+           py::arg("fit") = "variogram", py::arg("metric") = "euclidean")
       .def("add", &VectorModel::Add, py::arg("x"), py::arg("y"))
       .def("train", &VectorModel::Train)
       .def("train_with_kernels", &VectorModel::TrainWithKernels, py::arg("kernels"), py::arg("fixed"))

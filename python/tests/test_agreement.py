@@ -1,5 +1,6 @@
 """The package gives the numbers of varimo-krige on the same files, bit for
-bit, whatever the form the molecules come in."""
+bit, whatever the form the molecules come in; and on count fingerprints the
+numbers of a numpy solve on RDKit's similarities."""
 
 import numpy as np
 import pytest
@@ -76,7 +77,7 @@ def test_cross_validation_equals_the_program(bzr_split):
 
 
 @pytest.mark.filterwarnings("ignore::varimo.PredictionWarning")
-@pytest.mark.parametrize("kind", ["ordinary", "simple", "universal", "local", "likelihood"])
+@pytest.mark.parametrize("kind", ["ordinary", "simple", "universal", "local", "likelihood", "minmax"])
 def test_kriging_on_numbers_equals_the_program(kind, tmp_path):
     rng = np.random.default_rng(7)
     x = rng.uniform(0, 1, size=(240, 3))
@@ -99,6 +100,9 @@ def test_kriging_on_numbers_equals_the_program(kind, tmp_path):
     elif kind == "likelihood":
         args += ["--fit", "likelihood"]
         params["kernel_fit"] = "likelihood"
+    elif kind == "minmax":
+        args += ["--metric", "minmax", "--fit", "likelihood"]
+        params.update(metric="minmax", kernel_fit="likelihood")
     run_krige(*args)
     expected, expected_variance = read_predictions(out)
     # The program writes the error value where a prediction fails (ordinary
@@ -110,3 +114,57 @@ def test_kriging_on_numbers_equals_the_program(kind, tmp_path):
     prediction, std = model.predict(x[200:], return_std=True)
     np.testing.assert_array_equal(prediction, expected)
     np.testing.assert_array_equal(std, np.sqrt(expected_variance))
+
+
+def test_minmax_kriging_on_count_fingerprints_solves_as_numpy_on_rdkit_similarities(chembl):
+    """Ordinary kriging on Morgan count fingerprints, against a numpy solve
+    whose distances are 1 - RDKit's Tanimoto similarity of the same count
+    fingerprints: an independent path from the molecules to the numbers."""
+    from rdkit import Chem, DataStructs
+    from rdkit.Chem import rdFingerprintGenerator
+
+    generator = rdFingerprintGenerator.GetMorganGenerator(radius=2, fpSize=2048)
+    mols = [Chem.MolFromSmiles(s) for s in chembl["smiles"][:160]]
+    x = np.array([generator.GetCountFingerprintAsNumPy(m) for m in mols], dtype=float)
+    fps = [generator.GetCountFingerprint(m) for m in mols]
+    d = 1.0 - np.array([DataStructs.BulkTanimotoSimilarity(f, fps) for f in fps])
+    y = chembl["y"][:160]
+    model = varimo.Kriging(metric="minmax", kernel="Exponential", kernel_fit="likelihood").fit(x[:120], y[:120])
+    sill, nugget, reach = model.kernel_.sill, model.kernel_.nugget, model.kernel_.range
+    assert nugget == 0.0 and sill > 0.0 and reach > 0.0
+    covariance = lambda h: sill * np.exp(-h * np.log(10.0) / reach)
+    n = 120
+    system = np.ones((n + 1, n + 1))
+    system[:n, :n] = covariance(d[:n, :n])
+    system[n, n] = 0.0
+    rhs = np.vstack([covariance(d[:n, n:]), np.ones((1, 40))])
+    weights = np.linalg.solve(system, rhs)[:n]
+    prediction, std = model.predict(x[120:], return_std=True)
+    np.testing.assert_allclose(prediction, weights.T @ y[:n], rtol=1e-8)
+    # The kriging variance of the engine: the sill less the weighted
+    # covariances, without the Lagrange term.
+    np.testing.assert_allclose(std ** 2, sill - np.sum(weights * covariance(d[:n, n:]), axis=0), rtol=1e-6)
+    # Its nearest similarity is RDKit's nearest Tanimoto similarity.
+    np.testing.assert_allclose(model.applicability(x[120:])["nearest_similarity"],
+                               (1.0 - d[120:, :n]).max(axis=1), rtol=0, atol=1e-12)
+
+
+def test_minmax_needs_counts_but_not_a_positive_drift():
+    rng = np.random.default_rng(3)
+    x = rng.integers(0, 4, size=(60, 5)).astype(float)
+    y = x[:, 0] - x[:, 1] + rng.normal(0, 0.2, 60)
+    with pytest.raises(ValueError, match="metric is 'euclidean' or 'minmax', not 'cosine'"):
+        varimo.Kriging(metric="cosine").fit(x, y)
+    negative = x.copy()
+    negative[7, 2] = -1.0
+    with pytest.raises(ValueError, match="metric='minmax' compares counts, and row 7 of X has a negative feature"):
+        varimo.Kriging(metric="minmax").fit(negative, y)
+    model = varimo.Kriging(metric="minmax").fit(x, y)
+    with pytest.raises(ValueError, match="row 7 of X has a negative feature"):
+        model.predict(negative)
+    with pytest.raises(ValueError, match="row 7 of X has a negative feature"):
+        model.suggest(negative, 3)
+    # A drift column is no count: universal kriging takes negative drift.
+    drift = np.column_stack([x, rng.normal(0, 1, 60)])
+    universal = varimo.Kriging(model="universal", drift_columns=[5], metric="minmax").fit(drift, y)
+    assert np.isfinite(universal.predict(drift[:5])).all()

@@ -9,11 +9,13 @@ from ._choosing import ChoosingMixin, call
 from .mol_kriging import check_errors, check_kernel_fit, check_threads, no_kernel_error, report_failures
 
 _MODELS = ("simple", "ordinary", "universal")
+_METRICS = ("euclidean", "minmax")
 
 
 class Kriging(ChoosingMixin, CoreEstimator):
-    """Kriging on numeric features with a Euclidean distance: the engine of
-    ``varimo-krige`` on CSV files, giving the same numbers to the last bit.
+    """Kriging on numeric features with a Euclidean or a min-max distance:
+    the engine of ``varimo-krige`` on CSV files, giving the same numbers to
+    the last bit.
 
     Parameters
     ----------
@@ -39,10 +41,16 @@ class Kriging(ChoosingMixin, CoreEstimator):
         Threads of the prediction loop; results do not depend on it.
     errors : {"warn", "raise"}
         A row that cannot be predicted gives NaN with a warning, or raises.
+    metric : {"euclidean", "minmax"}
+        The distance between rows: Euclidean, or min-max for counts,
+        ``1 - sum(min(a, b)) / sum(max(a, b))``, which is one minus the
+        Tanimoto similarity on count fingerprints and on 0/1 bit vectors
+        (for example RDKit's Morgan counts as rows of an array). Min-max
+        needs features that are not negative; drift columns may be.
     """
 
     def __init__(self, model="ordinary", kernel=None, local=None, drift_columns=None, threads=1, errors="warn",
-                 kernel_fit="variogram"):
+                 kernel_fit="variogram", metric="euclidean"):
         self.model = model
         self.kernel = kernel
         self.kernel_fit = kernel_fit
@@ -50,6 +58,7 @@ class Kriging(ChoosingMixin, CoreEstimator):
         self.drift_columns = drift_columns
         self.threads = threads
         self.errors = errors
+        self.metric = metric
 
     def _columns(self, X):
         """X as floats with the feature columns first and the drift columns
@@ -69,6 +78,13 @@ class Kriging(ChoosingMixin, CoreEstimator):
         features = [c for c in range(values.shape[1]) if c not in drift]
         if not features:
             raise ValueError("X has no feature column besides the drift columns")
+        if self.metric not in _METRICS:
+            raise ValueError(f"metric is 'euclidean' or 'minmax', not {self.metric!r}")
+        if self.metric == "minmax":
+            with np.errstate(invalid="ignore"):
+                negative = np.flatnonzero((values[:, features] < 0).any(axis=1))
+            if len(negative):
+                raise ValueError(f"metric='minmax' compares counts, and row {negative[0]} of X has a negative feature")
         return np.ascontiguousarray(values[:, features + drift]), len(features), len(drift)
 
     def fit(self, X, y):
@@ -91,7 +107,7 @@ class Kriging(ChoosingMixin, CoreEstimator):
             raise ValueError(f"X or y is not finite at row {bad[0]}" + (
                 f" and {len(bad) - 1} more rows" if len(bad) > 1 else ""))
         model = _core.VectorModel(self.model, num_features, num_drift, int(self.local or 0), self.kernel or "",
-                                  self.kernel_fit)
+                                  self.kernel_fit, self.metric)
         refused, _ = _messages.call(model.add, values, y)
         if refused:
             raise ValueError(f"the model refuses rows {list(refused[:5])}")
@@ -156,7 +172,7 @@ class Kriging(ChoosingMixin, CoreEstimator):
         values, y = self._training
         num_drift = len(self.drift_columns or ())
         model = _core.VectorModel(self.model, values.shape[1] - num_drift, num_drift, int(self.local or 0),
-                                  self.kernel or "", self.kernel_fit)
+                                  self.kernel or "", self.kernel_fit, self.metric)
         _messages.call(model.add, values, y)
         kernels, fixed = trained
         ok, _ = _messages.call(model.train_with_kernels, kernels, fixed)

@@ -8,6 +8,7 @@
 #include "varimo/numerics/dense_algebra.h"
 
 #include "varimo/krige/kd_tree_search.h"
+#include "varimo/krige/minmax_distance.h"
 
 namespace Varimo {
 
@@ -18,20 +19,37 @@ std::unique_ptr<ZqKrigeBase<ZqVectorElement>> ZqMakeVectorKrige(const ZqVectorKr
     if (settings.maxVariogramSize) options.SetMaxVariogramSize(*settings.maxVariogramSize);
   }
   using Model = ZqVectorKrigeSettings::Model;
-  std::unique_ptr<ZqKrigeBase<ZqVectorElement>> model =
-      settings.model == Model::Universal
-          ? ZqCreateKrige<ZqVectorElement>(ZqEuclideanDistance(settings.numFeatures),
-                                           ZqTrailingDrift(settings.numFeatures, settings.numDrift), options)
-          : ZqCreateKrige<ZqVectorElement>(ZqEuclideanDistance(), options, settings.model == Model::Simple);
-  // A k-d tree finds the same neighbourhoods as a scan of every row.
-  if (auto* local = dynamic_cast<ZqLocalKrigeImpl<ZqVectorElement>*>(model.get())) {
-    local->SetNeighbourSearch(ZqKdTreeNeighbourSearch(settings.numFeatures));
+  const bool euclidean = settings.metric == ZqVectorKrigeSettings::Metric::Euclidean;
+  std::unique_ptr<ZqKrigeBase<ZqVectorElement>> model;
+  if (settings.model == Model::Universal) {
+    const ZqTrailingDrift drift(settings.numFeatures, settings.numDrift);
+    model = euclidean ? ZqCreateKrige<ZqVectorElement>(ZqEuclideanDistance(settings.numFeatures), drift, options)
+                      : ZqCreateKrige<ZqVectorElement>(ZqMinMaxDistance(settings.numFeatures), drift, options);
+  } else {
+    const bool simple = settings.model == Model::Simple;
+    model = euclidean ? ZqCreateKrige<ZqVectorElement>(ZqEuclideanDistance(), options, simple)
+                      : ZqCreateKrige<ZqVectorElement>(ZqMinMaxDistance(), options, simple);
   }
+  // A k-d tree finds the same neighbourhoods as a scan of every row, but
+  // only under the Euclidean distance it is built on.
+  auto* local = dynamic_cast<ZqLocalKrigeImpl<ZqVectorElement>*>(model.get());
+  if (local && euclidean) local->SetNeighbourSearch(ZqKdTreeNeighbourSearch(settings.numFeatures));
   return model;
 }
 
 bool ZqIsFiniteRow(const ZqVectorElement& row) {
   return std::all_of(row.begin(), row.end(), [](double v) { return std::isfinite(v); });
+}
+
+bool ZqIsUsableRow(const ZqVectorKrigeSettings& settings, const ZqVectorElement& row) {
+  if (!ZqIsFiniteRow(row)) return false;
+  if (settings.metric == ZqVectorKrigeSettings::Metric::Euclidean) return true;
+  // Only universal kriging's distance stops at numFeatures: the others
+  // compare whole rows.
+  const std::size_t coordinates = settings.model == ZqVectorKrigeSettings::Model::Universal
+                                      ? std::min(row.size(), settings.numFeatures)
+                                      : row.size();
+  return std::all_of(row.begin(), row.begin() + coordinates, [](double v) { return v >= 0.0; });
 }
 
 void ZqPredictVectorRows(const ZqKrigeBase<ZqVectorElement>& model, const std::vector<ZqVectorElement>& rows,

@@ -4,12 +4,14 @@
 // elements: copies made through CreateCopy, owned by the model (the
 // caller's object may die), and borrowed elements that must outlive the
 // model. Both instantiated here from the template definitions, as a caller
-// with an element type of its own does.
+// with an element type of its own does. The distances on vectors of numbers
+// and the rows each admits.
 #include "varimo/krige/training_container.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,7 +19,9 @@
 #include "varimo/krige/krige_impl.h"
 #include "varimo/krige/krige_kernels.h"
 #include "varimo/krige/krige_options.h"
+#include "varimo/krige/minmax_distance.h"
 #include "varimo/krige/vector_krige.h"
+#include "varimo/krige/vector_model.h"
 #include "varimo/platform/corvane/error_handler.h"
 
 namespace Varimo {
@@ -143,6 +147,52 @@ TEST(EuclideanDistance, WholeVectorsOrTheirLeadingCoordinates) {
   EXPECT_TRUE(std::isnan(leading({0.0}, {3.0, 4.0})));
   EXPECT_EQ(leading.GetDimensions(), 2u);
   EXPECT_EQ(all.GetDimensions(), 0u);
+}
+
+TEST(MinMaxDistance, CountsBitsAndValuesItCannotCompare) {
+  const ZqMinMaxDistance all, leading(2);
+  // By hand: sum of minima 1 + 0 + 1 over sum of maxima 2 + 1 + 1.
+  EXPECT_EQ(all({2.0, 0.0, 1.0}, {1.0, 1.0, 1.0}), 0.5);
+  EXPECT_EQ(all({1.0, 1.0, 1.0}, {2.0, 0.0, 1.0}), 0.5);
+  // On bits, one minus Tanimoto: one bit shared of four set in either.
+  EXPECT_EQ(all({1.0, 1.0, 0.0, 0.0}, {1.0, 0.0, 1.0, 1.0}), 0.75);
+  EXPECT_EQ(all({3.0, 0.0, 5.0}, {3.0, 0.0, 5.0}), 0.0);
+  EXPECT_EQ(all({0.0, 0.0}, {0.0, 0.0}), 0.0);  // two empty fingerprints are the same
+  EXPECT_EQ(all({0.0, 0.0}, {0.0, 4.0}), 1.0);
+  // Only the first two coordinates count: a drift value after them may be
+  // negative.
+  EXPECT_DOUBLE_EQ(leading({2.0, 0.0, -9.0}, {1.0, 1.0}), 2.0 / 3.0);
+  EXPECT_TRUE(std::isnan(leading({1.0}, {1.0, 1.0})));
+  EXPECT_EQ(leading.GetDimensions(), 2u);
+  EXPECT_EQ(all.GetDimensions(), 0u);
+  // Counts are never negative, infinite or missing; vectors of other sizes
+  // are not comparable.
+  const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+  for (const std::vector<double>& bad : {std::vector<double>{1.0, -1.0}, {inf, 1.0}, {nan, 1.0}, {1.0}}) {
+    EXPECT_TRUE(std::isnan(all(bad, {1.0, 1.0})));
+    EXPECT_TRUE(std::isnan(all({1.0, 1.0}, bad)));
+  }
+}
+
+TEST(VectorModel, UsableRowsUnderEachMetric) {
+  ZqVectorKrigeSettings settings;
+  settings.model = ZqVectorKrigeSettings::Model::Universal;
+  settings.numFeatures = 2;
+  settings.numDrift = 1;
+  const std::vector<double> negativeDrift{1.0, 2.0, -3.0}, negativeFeature{1.0, -2.0, 3.0};
+  const std::vector<double> missing{1.0, std::numeric_limits<double>::quiet_NaN(), 3.0};
+  EXPECT_TRUE(ZqIsUsableRow(settings, negativeFeature));
+  EXPECT_FALSE(ZqIsUsableRow(settings, missing));
+  settings.metric = ZqVectorKrigeSettings::Metric::MinMax;
+  EXPECT_TRUE(ZqIsUsableRow(settings, negativeDrift));
+  EXPECT_FALSE(ZqIsUsableRow(settings, negativeFeature));
+  EXPECT_FALSE(ZqIsUsableRow(settings, missing));
+  // Without a drift every value is a coordinate.
+  settings.model = ZqVectorKrigeSettings::Model::Ordinary;
+  settings.numFeatures = 3;
+  settings.numDrift = 0;
+  EXPECT_FALSE(ZqIsUsableRow(settings, negativeDrift));
+  EXPECT_TRUE(ZqIsUsableRow(settings, {0.0, 0.0, 7.0}));
 }
 
 TEST(TrainingContainer, DistancesAreComputedOnceAgainstRepresentatives) {

@@ -21,6 +21,7 @@
 #include "reference_file.h"
 #include "test_support.h"
 #include "varimo/krige/likelihood_training.h"
+#include "varimo/krige/minmax_distance.h"
 #include "varimo/krige/vector_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
 #include "varimo/platform/corvane/output_sink.h"
@@ -511,6 +512,65 @@ TEST(VarimoKrige, FitByLikelihood) {
   });
 }
 
+TEST(VarimoKrige, MinMaxMetric) {
+  std::vector<Element> train, queries;
+  std::vector<double> responses;
+  ReadData(train, responses, queries);
+  const std::string out = Scratch("pred.csv"), global = Scratch("global.csv");
+  const std::string args = TrainAndPredict() + " --response y --kernel Exponential --metric minmax";
+  Outcome run = Krige(args + " --out " + out);
+  ASSERT_EQ(run.status, 0) << run.err;
+  auto model = Varimo::ZqCreateKrige<Element>(Varimo::ZqMinMaxDistance(),
+                                              Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), false);
+  for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
+  Varimo::ZqKrigeKernel kernel(Varimo::ZqKrigeKernelType::Exponential);
+  ASSERT_TRUE(model->Train(kernel));
+  const Varimo::ZqKrigeKernel used = model->GetKernel();
+  EXPECT_EQ(run.out, "kernel: Exponential sill=" + SeventeenDigits(used.GetSill()) + " nugget=" +
+                         SeventeenDigits(used.GetNugget()) + " range=" + SeventeenDigits(used.GetRange()) + "\n");
+  const auto lines = CsvLines(out);
+  ASSERT_EQ(lines.size(), 7u);
+  for (std::size_t q = 0; q < queries.size(); ++q) {
+    EXPECT_TRUE(VarimoTest::WithinRelative(std::stod(lines[q + 1][1]), model->Predict(queries[q]), 1e-12)) << q;
+  }
+  EXPECT_EQ(lines[6][1], kFailed);  // the query row with a missing value
+  // The distance differs from the Euclidean one, and so do the predictions.
+  ASSERT_EQ(Krige(TrainAndPredict() + " --response y --kernel Exponential --out " + global).status, 0);
+  EXPECT_FALSE(VarimoTest::WithinRelative(std::stod(lines[1][1]), std::stod(CsvLines(global)[1][1]), 1e-6));
+
+  // Local models find their neighbours by a scan under this distance: with
+  // every training row as a neighbour they solve the global system.
+  const std::string local = Scratch("local.csv");
+  run = Krige(args + " --local 40 --out " + local);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(ExpectSamePredictions(local, out, 1e-8), 1u);
+  ASSERT_EQ(Krige(args + " --local 5 --out " + local).status, 0);
+  EXPECT_FALSE(VarimoTest::WithinRelative(std::stod(CsvLines(local)[1][1]), std::stod(lines[1][1]), 1e-6));
+
+  // Negative values cannot be compared: a training row with one is left out
+  // with a message, a query row with one fails.
+  std::string trainText = Slurp(VarimoTest::DataPath("krige/cli_train.csv")) + "neg,-1,2,5\n";
+  const std::string negativeTrain = Scratch("negative_train.csv"), negativeQuery = Scratch("negative_query.csv");
+  VarimoTest::Write(negativeTrain, trainText);
+  VarimoTest::Write(negativeQuery, "a,b\n1,1\n-0.5,1\n");
+  run = Krige("--train " + negativeTrain + " --predict " + negativeQuery +
+              " --response y --kernel Exponential --metric minmax --out " + out);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.err.find("left out 1 training rows with a negative feature (--metric minmax)"), std::string::npos)
+      << run.err;
+  const auto negative = CsvLines(out);
+  ASSERT_EQ(negative.size(), 3u);
+  EXPECT_TRUE(VarimoTest::WithinRelative(std::stod(negative[1][1]), model->Predict({1.0, 1.0}), 1e-12));
+  EXPECT_EQ(negative[2][1], kFailed);
+  EXPECT_EQ(negative[2][2], kFailed);
+
+  VarimoTest::ExpectRefused({
+      {args + " --out " + out + " --metric cosine", "--metric must be euclidean or minmax, not cosine"},
+      {"--train train.sdf --response ACTIVITY --predict x.sdf --out " + out + " --metric minmax",
+       "--metric is only for CSV files of numbers; molecules are compared by their fingerprints"},
+  });
+}
+
 TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const std::string files = TrainAndPredict() + " --out " + Scratch("pred.csv");
   const std::string drift = DriftFiles() + " --out " + Scratch("pred.csv");
@@ -548,7 +608,7 @@ TEST(VarimoKrige, BadArgumentsGiveOneLineAndStatusTwo) {
   const Outcome help = Krige("--help");
   EXPECT_EQ(help.status, 0);
   for (const char* option : {"--train", "--response", "--predict", "--out", "--features", "--model", "universal",
-                             "--drift", "--kernel", "--fit", "--variogram", "--local", "--predict-training",
+                             "--drift", "--kernel", "--fit", "--metric", "--variogram", "--local", "--predict-training",
                              "--max-variogram-size", "--quiet", "--help"}) {
     EXPECT_NE(help.out.find(option), std::string::npos) << option;
   }

@@ -15,7 +15,7 @@ const char* HelpText() {
   return R"HELP(Usage: varimo-krige --train TRAIN.csv --response NAME --predict QUERY.csv --out PRED.csv
                     [--features A,B,...] [--model simple|ordinary|universal]
                     [--drift C1,C2,...] [--kernel NAME] [--fit variogram|likelihood]
-                    [--variogram VARIOGRAM.csv]
+                    [--metric euclidean|minmax] [--variogram VARIOGRAM.csv]
                     [--local K [--predict-training] [--max-variogram-size M]]
                     [--quiet]
        varimo-krige --train MOLS --response NAME --predict QUERY --out PRED.csv|PRED.sdf
@@ -50,7 +50,13 @@ element) and predicts the rows of another.
   --features A,B,...     the numeric columns that place an element (default: every
                          numeric column of TRAIN.csv but the response and the
                          drift columns); the distance is Euclidean over them,
-                         summed in the order given
+                         summed in the order given, unless --metric minmax
+  --metric euclidean|minmax  the distance over the features: Euclidean (the
+                         default), or min-max for counts such as count
+                         fingerprints, 1 - sum(min(a,b)) / sum(max(a,b)), one
+                         minus the Tanimoto similarity on counts and on 0/1
+                         bits; training rows with a negative feature are left
+                         out, and query rows with one fail
   --model simple|ordinary|universal  simple kriging (around the mean response),
                          ordinary kriging (weights summing to one) or universal
                          kriging (around a drift linear in the --drift columns);
@@ -371,7 +377,7 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
     const bool known = target || flag == "--features" || flag == "--drift" || flag == "--model" ||
                        flag == "--local" || flag == "--max-variogram-size" || flag == "--threads" ||
                        flag == "--folds" || flag == "--seed" || flag == "--report-format" || flag == "--threshold" ||
-                       flag == "--variance" || flag == "--fit";
+                       flag == "--variance" || flag == "--fit" || flag == "--metric";
     if (!known) {
       error = "unknown option " + flag + " (see --help)";
       return std::nullopt;
@@ -415,6 +421,11 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
       parsed.fit = value;
       valid = value == "variogram" || value == "likelihood";
       if (!valid) error = "--fit must be variogram or likelihood, not " + value;
+    } else if (flag == "--metric") {
+      parsed.minMax = value == "minmax";
+      parsed.metricGiven = true;
+      valid = value == "euclidean" || value == "minmax";
+      if (!valid) error = "--metric must be euclidean or minmax, not " + value;
     } else if (flag == "--report-format") {
       parsed.reportFormat = value;
       valid = value == "png" || value == "svg" || value == "pdf";
@@ -430,6 +441,10 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& args, st
   }
   parsed.molecules =
       parsed.crossValidate || parsed.select || !parsed.loadPath.empty() || IsMoleculeFile(parsed.trainPath);
+  if (parsed.molecules && parsed.metricGiven) {
+    error = "--metric is only for CSV files of numbers; molecules are compared by their fingerprints";
+    return std::nullopt;
+  }
   if (parsed.molecules) {
     error = MoleculeConflict(parsed);
     if (!error.empty()) return std::nullopt;

@@ -20,6 +20,8 @@ struct Arguments {
   std::vector<std::string> drift;     // the drift columns, given exactly with --model universal
   std::string kernelName;             // empty: walk all candidates
   std::string fit;                    // --fit variogram|likelihood; empty: not given, variogram
+  bool minMax = false;                // --metric minmax; Euclidean by default (CSV files only)
+  bool metricGiven = false;           // --metric was given, whichever
   std::string variogramPath;          // empty: no variogram file
   unsigned int numLocal = 0;          // neighbours per query; 0: a global model
   bool predictTraining = false;       // only with numLocal

@@ -1,10 +1,12 @@
 // varimo-krige: kriges the rows of a CSV file and predicts those of another,
-// with a Euclidean distance over numeric feature columns. See --help.
+// with a Euclidean or min-max distance over numeric feature columns. See
+// --help.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -48,17 +50,19 @@ bool WriteVariogram(const std::string& path, const Varimo::ZqFullVariogram& full
   return static_cast<bool>(out);
 }
 
-// The model the arguments ask for, untrained.
-std::unique_ptr<Varimo::ZqKrigeBase<Element>> MakeModel(const VarimoKrige::Arguments& args, std::size_t numFeatures) {
+// The settings of the model the arguments ask for.
+Varimo::ZqVectorKrigeSettings ModelSettings(const VarimoKrige::Arguments& args, std::size_t numFeatures) {
   using Model = Varimo::ZqVectorKrigeSettings::Model;
+  using Metric = Varimo::ZqVectorKrigeSettings::Metric;
   Varimo::ZqVectorKrigeSettings settings;
+  settings.metric = args.minMax ? Metric::MinMax : Metric::Euclidean;
   settings.model = args.universal ? Model::Universal : args.simple ? Model::Simple : Model::Ordinary;
   settings.numFeatures = numFeatures;
   settings.numDrift = args.drift.size();
   settings.numLocal = args.numLocal;
   settings.predictTraining = args.predictTraining;
   settings.maxVariogramSize = args.maxVariogramSize;
-  return Varimo::ZqMakeVectorKrige(settings);
+  return settings;
 }
 
 }  // namespace
@@ -104,14 +108,23 @@ int main(int argc, char** argv) {
   const auto queryRows = FeatureRows(*query, columns, error);
   if (!queryRows) return Fail(error);
 
-  const std::unique_ptr<Varimo::ZqKrigeBase<Element>> model = MakeModel(*args, features.size());
-  std::size_t skipped = 0;
+  const Varimo::ZqVectorKrigeSettings settings = ModelSettings(*args, features.size());
+  const std::unique_ptr<Varimo::ZqKrigeBase<Element>> model = Varimo::ZqMakeVectorKrige(settings);
+  std::size_t skipped = 0, negative = 0;
   for (std::size_t row = 0; row < trainRows->size(); ++row) {
     const Element& x = (*trainRows)[row];
-    if (!Varimo::ZqIsFiniteRow(x) || !std::isfinite((*responses)[row]) || !model->AddTraining(x, (*responses)[row])) ++skipped;
+    if (Varimo::ZqIsFiniteRow(x) && !Varimo::ZqIsUsableRow(settings, x)) {
+      ++negative;
+    } else if (!Varimo::ZqIsFiniteRow(x) || !std::isfinite((*responses)[row]) ||
+               !model->AddTraining(x, (*responses)[row])) {
+      ++skipped;
+    }
   }
   if (skipped > 0) {
     VarimoKrige::Say("left out " + std::to_string(skipped) + " training rows with missing values");
+  }
+  if (negative > 0) {
+    VarimoKrige::Say("left out " + std::to_string(negative) + " training rows with a negative feature (--metric minmax)");
   }
 
   // Through the const overload, which leaves the model alone: the other one
@@ -137,9 +150,20 @@ int main(int argc, char** argv) {
   std::printf("kernel: %s sill=%s nugget=%s range=%s\n", used.GetName().c_str(), Number(used.GetSill()).c_str(),
               Number(used.GetNugget()).c_str(), Number(used.GetRange()).c_str());
 
+  // A query row the distance cannot read fails as a row with a missing
+  // value does: its coordinates become NaN.
+  std::vector<Element> usable;
+  const std::vector<Element>* queries = &*queryRows;
+  if (args->minMax) {
+    usable = *queryRows;
+    for (Element& x : usable) {
+      if (!Varimo::ZqIsUsableRow(settings, x)) x.assign(x.size(), std::numeric_limits<double>::quiet_NaN());
+    }
+    queries = &usable;
+  }
   std::vector<double> predictions, variances;
-  Progress progress(queryRows->size(), !args->quiet);
-  Varimo::ZqPredictVectorRows(*model, *queryRows, 1, predictions, variances,
+  Progress progress(queries->size(), !args->quiet);
+  Varimo::ZqPredictVectorRows(*model, *queries, 1, predictions, variances,
                               [&](std::size_t done) { progress.Update(done); });
   progress.Finish();
 

@@ -1,4 +1,4 @@
-// Kriging on rows of numbers with a Euclidean distance: the models of
+// Kriging on rows of numbers with a Euclidean or a min-max distance: the models of
 // varimo-krige on CSV files and of the Python package's Kriging, made and
 // used in one way so that both give the same numbers to the last bit.
 //
@@ -30,8 +30,14 @@ struct ZqVectorKrigeSettings {
   // coordinates.
   std::size_t numFeatures = 0;
   std::size_t numDrift = 0;
+  // The distance between the coordinates: Euclidean (ZqEuclideanDistance),
+  // or min-max (ZqMinMaxDistance) for counts such as count fingerprints,
+  // whose rows must then be non-negative.
+  enum class Metric { Euclidean, MinMax };
+  Metric metric = Metric::Euclidean;
   // Neighbours per query; 0 for a global model. Local models find them
-  // through a k-d tree over the coordinates.
+  // through a k-d tree over the coordinates under the Euclidean distance,
+  // by a scan of every training row under the min-max one.
   unsigned int numLocal = 0;
   // Local models only: a query that is a training element leaves itself
   // out; and the number of variogram pairs above which pairs are sampled
@@ -46,6 +52,11 @@ std::unique_ptr<ZqKrigeBase<ZqVectorElement>> ZqMakeVectorKrige(const ZqVectorKr
 // Whether every value of the row is finite: a row that is not cannot be
 // trained on nor predicted.
 bool ZqIsFiniteRow(const ZqVectorElement& row);
+
+// Whether a model of the settings can train on and predict the row: a
+// finite row, whose coordinates are also non-negative under the min-max
+// distance. The drift values are not coordinates and may be negative.
+bool ZqIsUsableRow(const ZqVectorKrigeSettings& settings, const ZqVectorElement& row);
 
 // The predictions and variances of `rows` by a trained model, through its
 // const calls: a global model solves blocks of 256 rows at once, a local
