@@ -73,9 +73,10 @@ class VectorModel {
   // and --fit.
   bool Train() {
     if (byLikelihood_) {
+      std::vector<Varimo::ZqKrigeKernel> kernels = Varimo::ZqVectorLikelihoodCandidates(settings_);
+      if (!kernel_.empty()) kernels = {CandidateKernel(kernel_)};
       std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
-      std::optional<Varimo::ZqKrigeKernel> kernel;
-      if (!kernel_.empty()) candidates.push_back(&kernel.emplace(CandidateKernel(kernel_)));
+      for (const Varimo::ZqKrigeKernel& kernel : kernels) candidates.push_back(&kernel);
       py::gil_scoped_release release;
       trained_ = Varimo::ZqTrainByLikelihood(*model_, candidates);
       return trained_;

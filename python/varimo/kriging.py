@@ -29,7 +29,10 @@ class Kriging(ChoosingMixin, CoreEstimator):
     kernel_fit : {"variogram", "likelihood"}
         How the kernels' parameters are found: by least squares on the
         experimental variogram, or by the likelihood of the training
-        responses (global models only; as varimo-krige --fit).
+        responses (global models only; as varimo-krige --fit). Without a
+        ``kernel`` its candidates are the kernels that are covariances under
+        the metric: the exponential and two Student t, and for the
+        Euclidean distance also the Gaussian and the Cauchy.
     local : int or None
         Predict each row from its ``local`` nearest training rows; None for
         one global model.

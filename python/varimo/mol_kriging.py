@@ -74,6 +74,8 @@ class MolKriging(ChoosingMixin, CoreEstimator):
         experimental variogram, or by the likelihood of the training
         responses (each candidate's range of largest likelihood, the
         candidates ranked by it; global models only, as varimo-krige --fit).
+        Without a ``kernel`` its candidates are the kernels that are
+        covariances on molecules: the exponential and two Student t.
         With few training molecules the binned variogram is noisy, and the
         likelihood, which uses every pair at once, tends to give better
         ranked and better calibrated standard deviations.

@@ -182,4 +182,15 @@ std::vector<ZqLikelihoodFit> ZqRankKernelsByLikelihood(const ZqLikelihoodData& d
   return ranked;
 }
 
+std::vector<ZqKrigeKernel> ZqLikelihoodCandidates(ZqDistanceClass distance) {
+  std::vector<ZqKrigeKernel> kernels{ZqKrigeKernel(ZqKrigeKernelType::Exponential),
+                                     ZqKrigeKernel(ZqKrigeStudentTKernel(0.5)),
+                                     ZqKrigeKernel(ZqKrigeStudentTKernel(1.0))};
+  if (distance == ZqDistanceClass::Euclidean) {
+    kernels.emplace_back(ZqKrigeKernelType::Gaussian);
+    kernels.emplace_back(ZqKrigeKernelType::Cauchy);
+  }
+  return kernels;
+}
+
 }  // namespace Varimo

@@ -41,6 +41,12 @@ bool ZqIsFiniteRow(const ZqVectorElement& row) {
   return std::all_of(row.begin(), row.end(), [](double v) { return std::isfinite(v); });
 }
 
+std::vector<ZqKrigeKernel> ZqVectorLikelihoodCandidates(const ZqVectorKrigeSettings& settings) {
+  return ZqLikelihoodCandidates(settings.metric == ZqVectorKrigeSettings::Metric::Euclidean
+                                    ? ZqDistanceClass::Euclidean
+                                    : ZqDistanceClass::NegativeType);
+}
+
 bool ZqIsUsableRow(const ZqVectorKrigeSettings& settings, const ZqVectorElement& row) {
   if (!ZqIsFiniteRow(row)) return false;
   if (settings.metric == ZqVectorKrigeSettings::Metric::Euclidean) return true;

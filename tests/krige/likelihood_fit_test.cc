@@ -1,7 +1,8 @@
 // Kernels by likelihood: the profile log-likelihood and its maximum against
 // numpy direct solves and a scipy search (tests/data/krige/make_likelihood_refs.py),
 // the refusals of data it cannot fit, and global models trained with the
-// kernel found.
+// kernel found; the default candidates are covariances under their distances.
+#include <Eigen/Eigenvalues>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,7 @@
 #include "test_support.h"
 #include "varimo/krige/krige_impl.h"
 #include "varimo/krige/likelihood_training.h"
+#include "varimo/krige/minmax_distance.h"
 #include "varimo/krige/vector_krige.h"
 #include "varimo/platform/corvane/error_handler.h"
 
@@ -208,6 +211,63 @@ TEST(RankByLikelihood, DataItCannotFitAreRefusedWithTheReason) {
 
 // A global model trained by likelihood predicts with the kernel of the fit
 // over the 16 candidates, with the mean's model of its kind.
+// The smallest eigenvalue of 1 - kernel(d) over the distances, with the
+// kernel's sill 1 and nugget 0 at the range given.
+double SmallestEigenvalue(const ZqKrigeKernelBase& shape, const Eigen::MatrixXd& distances, double range) {
+  std::unique_ptr<ZqKrigeKernelBase> kernel(shape.CreateCopy());
+  kernel->SetSill(1.0);
+  kernel->SetNugget(0.0);
+  kernel->SetRange(range);
+  const Eigen::MatrixXd covariance = distances.unaryExpr([&](double d) { return 1.0 - kernel->GetValue(d); });
+  return Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>(covariance, Eigen::EigenvaluesOnly).eigenvalues().minCoeff();
+}
+
+TEST(LikelihoodCandidates, AreCovariancesUnderEveryDistanceOfTheirClass) {
+  std::vector<std::string> names;
+  for (const ZqKrigeKernel& kernel : ZqLikelihoodCandidates(ZqDistanceClass::NegativeType)) {
+    names.push_back(kernel.GetName());
+  }
+  EXPECT_THAT(names, ::testing::ElementsAre("Exponential", "StudentT(0.500000000000)", "StudentT(1.000000000000)"));
+  names.clear();
+  for (const ZqKrigeKernel& kernel : ZqLikelihoodCandidates(ZqDistanceClass::Euclidean)) {
+    names.push_back(kernel.GetName());
+  }
+  EXPECT_THAT(names, ::testing::ElementsAre("Exponential", "StudentT(0.500000000000)", "StudentT(1.000000000000)",
+                                            "Gaussian", "Cauchy"));
+
+  // 40 fingerprints of 30 bits, each set with probability 0.3, and their
+  // Tanimoto distances; and 40 points in ten dimensions.
+  std::mt19937 generator(5);
+  std::vector<Element> bits(40, Element(30)), points(40, Element(10));
+  for (Element& row : bits) {
+    for (double& bit : row) bit = generator() % 10 < 3 ? 1.0 : 0.0;
+  }
+  for (Element& row : points) {
+    for (double& x : row) x = static_cast<double>(generator() % 1000) / 1000.0;
+  }
+  auto table = [](const std::vector<Element>& rows, const ZqKrigeDistanceFxn<Element>& distance) {
+    Eigen::MatrixXd d(rows.size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      for (std::size_t j = 0; j < rows.size(); ++j) d(i, j) = distance(rows[i], rows[j]);
+    }
+    return d;
+  };
+  const Eigen::MatrixXd tanimoto = table(bits, ZqMinMaxDistance()), euclidean = table(points, ZqEuclideanDistance());
+  for (const double scale : {0.25, 0.5, 1.0, 2.0, 8.0, 16.0}) {
+    SCOPED_TRACE(scale);
+    for (const ZqKrigeKernel& kernel : ZqLikelihoodCandidates(ZqDistanceClass::NegativeType)) {
+      EXPECT_GT(SmallestEigenvalue(kernel, tanimoto, scale * tanimoto.maxCoeff()), 1e-6) << kernel.GetName();
+    }
+    for (const ZqKrigeKernel& kernel : ZqLikelihoodCandidates(ZqDistanceClass::Euclidean)) {
+      EXPECT_GT(SmallestEigenvalue(kernel, euclidean, scale * euclidean.maxCoeff()), -1e-10) << kernel.GetName();
+    }
+  }
+  // What the classes leave out is not: the Gaussian kernel on the Tanimoto
+  // distances, and the power kernel of power 4, at ranges the fit searches.
+  EXPECT_LT(SmallestEigenvalue(Shape("Gaussian"), tanimoto, 2.0 * tanimoto.maxCoeff()), -1e-3);
+  EXPECT_LT(SmallestEigenvalue(ZqKrigePowerKernel(4.0), tanimoto, tanimoto.maxCoeff()), -1e-3);
+}
+
 TEST(TrainByLikelihood, GlobalModelsTrainWithTheKernelFound) {
   const References& refs = Refs();
   ZqOrdinaryKrige<Element> ordinary(ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);
@@ -229,10 +289,11 @@ TEST(TrainByLikelihood, GlobalModelsTrainWithTheKernelFound) {
     EXPECT_EQ(data.drift, expected.drift);
 
     ASSERT_TRUE(ZqTrainByLikelihood(*model));
-    // The kernel is the first of the ranking that the model trains with.
-    auto kernels = ZqGetKrigeKernels();
+    // The kernel is the first of the default candidates' ranking that the
+    // model trains with.
+    const std::vector<ZqKrigeKernel> kernels = ZqLikelihoodCandidates(ZqDistanceClass::NegativeType);
     std::vector<const ZqKrigeKernelBase*> candidates;
-    for (const ZqKrigeKernelBase& kernel : kernels) candidates.push_back(&kernel);
+    for (const ZqKrigeKernel& kernel : kernels) candidates.push_back(&kernel);
     const ZqKrigeKernel used = model->GetKernel();
     bool found = false;
     for (const ZqLikelihoodFit& fit : ZqRankKernelsByLikelihood(expected, candidates)) {

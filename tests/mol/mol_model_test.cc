@@ -130,12 +130,17 @@ TEST_F(BzrModel, AFitByLikelihoodTrainsWithTheBestRankedKernelAndIsSavedAsSuch) 
                                                Varimo::ZqKrigeDefaultElementStorage<Varimo::ZqVseprPropFP>>;
     const auto* engine = dynamic_cast<const Engine*>(model.GetKrige().GetFingerprintModel());
     ASSERT_NE(engine, nullptr);
+    // The candidates: those that are covariances under a distance of
+    // negative type, or the one named (Spherical is none of them).
+    const std::vector<Varimo::ZqKrigeKernel> valid =
+        Varimo::ZqLikelihoodCandidates(Varimo::ZqDistanceClass::NegativeType);
     auto kernels = Varimo::ZqGetKrigeKernels();
-    std::vector<const Varimo::ZqKrigeKernelBase*> candidates, all;
+    std::vector<const Varimo::ZqKrigeKernelBase*> candidates, defaults;
+    for (const Varimo::ZqKrigeKernel& kernel : valid) defaults.push_back(&kernel);
     for (const Varimo::ZqKrigeKernelBase& kernel : kernels) {
-      if (each.kernel.empty() || kernel.GetName() == each.kernel) candidates.push_back(&kernel);
-      all.push_back(&kernel);
+      if (kernel.GetName() == each.kernel) candidates.push_back(&kernel);
     }
+    if (each.kernel.empty()) candidates = defaults;
     const auto ranked = Varimo::ZqRankKernelsByLikelihood(Varimo::ZqLikelihoodDataOf(*engine), candidates);
     ASSERT_FALSE(ranked.empty());
     const Varimo::ZqKrigeKernel used = model.GetKernel();
@@ -154,17 +159,18 @@ TEST_F(BzrModel, AFitByLikelihoodTrainsWithTheBestRankedKernelAndIsSavedAsSuch) 
     EXPECT_EQ(loaded->GetSettings().kernel, each.kernel);
     ExpectSamePredictions(model, *loaded);
     EXPECT_EQ(Varimo::ZqWriteMolModel(*loaded), text);
-    // The lesser kernels of the fallbacks: those the likelihood ranks over
-    // every candidate, the same to the bit for the model loaded.
-    const auto full = Varimo::ZqRankKernelsByLikelihood(Varimo::ZqLikelihoodDataOf(*engine), all);
-    std::size_t below = 0;
-    while (below < full.size() && full[below].kernel.GetName() != used.GetName()) ++below;
-    ASSERT_LT(below + 1, full.size());
+    // The lesser kernels of the fallbacks: those the likelihood ranks below
+    // the one used over the default candidates (all of them below a named
+    // kernel outside them), the same to the bit for the model loaded.
+    const auto full = Varimo::ZqRankKernelsByLikelihood(Varimo::ZqLikelihoodDataOf(*engine), defaults);
+    std::size_t next = 0;
+    while (next < full.size() && full[next].kernel.GetName() != used.GetName()) ++next;
+    next = next < full.size() ? next + 1 : 0;
+    ASSERT_LT(next, full.size());
     const Varimo::ZqMolKrigeResult fallback = model.GetFallbackResult(*Queries()[0]);
     ASSERT_TRUE(fallback.Valid());
-    EXPECT_EQ(fallback.GetKernel().GetName(), full[below + 1].kernel.GetName());
-    EXPECT_NEAR(fallback.GetKernel().GetRange(), full[below + 1].kernel.GetRange(),
-                1e-9 * full[below + 1].kernel.GetRange());
+    EXPECT_EQ(fallback.GetKernel().GetName(), full[next].kernel.GetName());
+    EXPECT_NEAR(fallback.GetKernel().GetRange(), full[next].kernel.GetRange(), 1e-9 * full[next].kernel.GetRange());
     EXPECT_EQ(loaded->GetFallbackResult(*Queries()[0]).GetResponse(), fallback.GetResponse());
     // The fit is for global models only, in files too.
     std::string local = text;

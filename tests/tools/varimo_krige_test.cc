@@ -460,7 +460,11 @@ TEST(VarimoKrige, FitByLikelihood) {
   auto model = Varimo::ZqCreateKrige<Element>(Varimo::ZqEuclideanDistance(),
                                               Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), false);
   for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
-  ASSERT_TRUE(Varimo::ZqTrainByLikelihood(*model));
+  // The candidates that are covariances under the Euclidean distance.
+  const std::vector<Varimo::ZqKrigeKernel> euclidean = Varimo::ZqLikelihoodCandidates(Varimo::ZqDistanceClass::Euclidean);
+  std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
+  for (const Varimo::ZqKrigeKernel& kernel : euclidean) candidates.push_back(&kernel);
+  ASSERT_TRUE(Varimo::ZqTrainByLikelihood(*model, candidates));
   const Varimo::ZqKrigeKernel used = model->GetKernel();
   EXPECT_EQ(run.out, "kernel: " + used.GetName() + " sill=" + SeventeenDigits(used.GetSill()) +
                          " nugget=0 range=" + SeventeenDigits(used.GetRange()) + "\n");
@@ -503,6 +507,20 @@ TEST(VarimoKrige, FitByLikelihood) {
     EXPECT_NEAR(std::log2(std::stod(kernelLine[3]) / longest), std::stod(optimum[3]), 0.01);
     EXPECT_NEAR(std::stod(kernelLine[2]), std::stod(optimum[5]), 0.005 * std::stod(optimum[5]));
   }
+
+  // On a smooth surface the likelihood prefers a kernel that only the
+  // Euclidean distance admits, and the program offers it.
+  std::string smooth = "a,b,y\n";
+  for (int i = 0; i < 30; ++i) {
+    const double a = 0.1 * (i % 6) + 0.013 * (i % 7), b = 0.12 * (i / 6) + 0.011 * (i % 5);
+    smooth += SeventeenDigits(a) + "," + SeventeenDigits(b) + "," + SeventeenDigits(std::sin(3 * a) + std::cos(2 * b)) +
+              "\n";
+  }
+  const std::string surface = Scratch("smooth.csv");
+  VarimoTest::Write(surface, smooth);
+  run = Krige("--train " + surface + " --predict " + surface + " --response y --out " + out + " --fit likelihood");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_TRUE(run.out.rfind("kernel: Gaussian ", 0) == 0 || run.out.rfind("kernel: Cauchy ", 0) == 0) << run.out;
 
   // Local models and other fits are refused.
   VarimoTest::ExpectRefused({

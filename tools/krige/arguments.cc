@@ -75,7 +75,11 @@ element) and predicts the rows of another.
                          0; the candidates ranked by their likelihood); not
                          with --local. With few training elements the variogram
                          is noisy and its fit often picks too short a range;
-                         the likelihood uses every pair at once
+                         the likelihood uses every pair at once. Without
+                         --kernel its candidates are the kernels that are
+                         covariances under the distance: Exponential,
+                         "StudentT(0.500000000000)", "StudentT(1.000000000000)",
+                         and under the Euclidean distance Gaussian and Cauchy
   --variogram FILE.csv   also write the experimental variogram, one line per bin:
                          bin,distance,semivariance,pairs (of the residuals of the
                          drift for universal kriging)

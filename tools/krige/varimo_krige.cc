@@ -136,8 +136,13 @@ int main(int argc, char** argv) {
   }
   bool trained = false;
   if (args->fit == "likelihood") {
+    const std::vector<Varimo::ZqKrigeKernel> defaults = Varimo::ZqVectorLikelihoodCandidates(settings);
     std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
-    if (kernel) candidates.push_back(&*kernel);
+    if (kernel) {
+      candidates.push_back(&*kernel);
+    } else {
+      for (const Varimo::ZqKrigeKernel& candidate : defaults) candidates.push_back(&candidate);
+    }
     trained = Varimo::ZqTrainByLikelihood(*model, candidates);
   } else {
     trained = kernel ? model->Train(*kernel) : model->Train();

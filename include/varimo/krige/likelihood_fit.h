@@ -86,4 +86,35 @@ std::string ZqCheckLikelihoodData(const ZqLikelihoodData& data);
 std::vector<ZqLikelihoodFit> ZqRankKernelsByLikelihood(const ZqLikelihoodData& data,
                                                        const std::vector<const ZqKrigeKernelBase*>& candidates);
 
+// What is known of a model's distance, which decides the kernels that are
+// covariances under it.
+enum class ZqDistanceClass {
+  // A distance of negative type: one minus the Tanimoto coefficient of
+  // bits, one minus the min-max similarity of counts, the Euclidean
+  // distance, and any distance d with sum_ij c_i c_j d_ij <= 0 whenever
+  // sum_i c_i = 0.
+  NegativeType,
+  // The Euclidean distance between vectors of any dimension.
+  Euclidean,
+};
+
+// The default candidates of the likelihood fit: those of the automatic
+// fit's kernels whose covariance 1 - kernel(d) is positive definite on
+// every finite set of elements under every distance of the class.
+//
+// The likelihood compares models of the responses, and is a fair judge
+// only among models that are models: a kernel that is not a covariance
+// under the distance (the bounded ones, linear, spherical and power, on
+// molecules) may still factorise on the training set, win on the
+// likelihood of a few hundred responses, and then give queries variances
+// outside [nugget, sill] or rank them poorly for the next experiment.
+//
+// Under a distance of negative type exp(-t d) is positive definite for
+// every t > 0 (Schoenberg), and with it every function completely monotone
+// in d: the exponential kernel and the Student t kernels of power 0.5 and
+// 1, in that order. Under the Euclidean distance in any dimension the
+// functions completely monotone in d^2 are too: the Gaussian and the Cauchy
+// kernels are added.
+std::vector<ZqKrigeKernel> ZqLikelihoodCandidates(ZqDistanceClass distance);
+
 }  // namespace Varimo

@@ -51,8 +51,10 @@ ZqLikelihoodData ZqLikelihoodDataOf(const ZqStandardKrigeImpl<T, TT>& model) {
 }
 
 // Trains a simple, ordinary or universal kriging model with the kernel of
-// largest likelihood among `candidates` (all 16 of the automatic fit when
-// empty) whose covariance matrix factorises in the model, trying them from
+// largest likelihood among `candidates` (when empty, those that are
+// covariances under every distance of negative type:
+// ZqLikelihoodCandidates(ZqDistanceClass::NegativeType)) whose covariance
+// matrix factorises in the model, trying them from
 // the largest likelihood down as Train() tries kernels from the best fit
 // down. `ranking`, when given, receives the fitted kernels in that order.
 // False, with a warning that gives the reason and the model left as it was,
@@ -68,10 +70,10 @@ bool ZqTrainByLikelihood(ZqStandardKrigeImpl<T, TT>& model, const std::vector<co
   };
   const ZqLikelihoodData data = ZqLikelihoodDataOf(model);
   if (const std::string why = ZqCheckLikelihoodData(data); !why.empty()) return refuse(why);
-  auto kernels = ZqGetKrigeKernels();
-  std::vector<const ZqKrigeKernelBase*> all;
-  for (const ZqKrigeKernelBase& kernel : kernels) all.push_back(&kernel);
-  const std::vector<ZqLikelihoodFit> fits = ZqRankKernelsByLikelihood(data, candidates.empty() ? all : candidates);
+  const std::vector<ZqKrigeKernel> kernels = ZqLikelihoodCandidates(ZqDistanceClass::NegativeType);
+  std::vector<const ZqKrigeKernelBase*> valid;
+  for (const ZqKrigeKernel& kernel : kernels) valid.push_back(&kernel);
+  const std::vector<ZqLikelihoodFit> fits = ZqRankKernelsByLikelihood(data, candidates.empty() ? valid : candidates);
   if (ranking) {
     ranking->clear();
     for (const ZqLikelihoodFit& fit : fits) ranking->push_back(fit.kernel);

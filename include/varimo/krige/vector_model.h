@@ -17,6 +17,7 @@
 #include <optional>
 #include <vector>
 
+#include "varimo/krige/likelihood_fit.h"
 #include "varimo/krige/property_list.h"
 #include "varimo/krige/vector_krige.h"
 
@@ -52,6 +53,11 @@ std::unique_ptr<ZqKrigeBase<ZqVectorElement>> ZqMakeVectorKrige(const ZqVectorKr
 // Whether every value of the row is finite: a row that is not cannot be
 // trained on nor predicted.
 bool ZqIsFiniteRow(const ZqVectorElement& row);
+
+// The default candidates of the likelihood fit for a model of the
+// settings (ZqLikelihoodCandidates): with the Gaussian and Cauchy kernels
+// under the Euclidean distance, without them under the min-max one.
+std::vector<ZqKrigeKernel> ZqVectorLikelihoodCandidates(const ZqVectorKrigeSettings& settings);
 
 // Whether a model of the settings can train on and predict the row: a
 // finite row, whose coordinates are also non-negative under the min-max

@@ -47,7 +47,9 @@ struct ZqMolModelSettings {
   std::string kernel;
   // How the kernels' parameters are found: fitted to the variogram, or by
   // the likelihood of the training responses (global models only; the
-  // candidates ranked by likelihood instead of by their fit).
+  // candidates ranked by likelihood instead of by their fit, and without a
+  // named kernel only those that are covariances on molecules: the
+  // exponential and two Student t kernels, ZqLikelihoodCandidates).
   ZqKernelFit fit = ZqKernelFit::Variogram;
   // The name of the response, for reports; may be empty.
   std::string responseName;
@@ -120,7 +122,7 @@ class ZqMolModel {
 
   // For a query the model cannot predict: the first valid result of the
   // kernels its variogram (or, fitted by likelihood, the likelihood over
-  // every candidate) ranks below its own, each trained once on the same
+  // its default candidates) ranks below its own, each trained once on the same
   // records when first needed (a global model's other candidates); an
   // invalid result when none gives one, or for a local model, which walks
   // its kernels for every query already. May run concurrently.

@@ -109,6 +109,10 @@ class ZqMolModel::Fallbacks {
       const ZqSingleThreadedBlas oneThread;
       ZqMolKrige copy(krige_);
       copy.TrainByLikelihood({}, &ranking);
+      // A named kernel that is not among the likelihood's candidates ranks
+      // above all of them.
+      below = std::none_of(ranking.begin(), ranking.end(),
+                           [&](const ZqKrigeKernel& kernel) { return kernel.GetName() == used; });
     }
     for (const ZqKrigeKernel& kernel : ranking) {
       if (below) kernels_.push_back(kernel);
