@@ -81,7 +81,7 @@ def test_kriging_pickles_bit_for_bit():
     rng = np.random.default_rng(3)
     x = rng.uniform(size=(120, 2))
     y = x[:, 0] - 2 * x[:, 1] + rng.normal(0, 0.3, 120)
-    for params in ({}, {"local": 20}, {"kernel_fit": "likelihood"}):
+    for params in ({}, {"local": 20}, {"kernel_fit": "likelihood"}, {"metric": "minmax", "local": 20}):
         model = varimo.Kriging(**params).fit(x[:100], y[:100])
         np.testing.assert_array_equal(pickle.loads(pickle.dumps(model)).predict(x[100:]), model.predict(x[100:]))
 
