@@ -17,7 +17,7 @@ Timed at N = 500, 1000, 2000, medians of R runs (default 3):
          the length scale, from the defaults (1, 1) and without restarts, in
          a process on OpenBLAS
 and, ours alone, the 5 candidate kernels of the Euclidean distance
-(BM_LikelihoodAllShapes) at
+(BM_LikelihoodEuclideanCandidates) at
 N = 500, 1000.
 
 The two maximise the same likelihood (our exponential correlation
@@ -98,7 +98,7 @@ def main():
                   f"{mine['range']:9.3f}, {their_range:8.3f}  {mine['sill']:9.3f}, {their_sill:8.3f}  "
                   f"{at_ours - their_best:30.4f}{'' if agree else '  SHORT OF THE MAXIMUM'}")
         for n in (500, 1000):
-            every = ours[f"BM_LikelihoodAllShapes/{n}/real_time"]
+            every = ours[f"BM_LikelihoodEuclideanCandidates/{n}/real_time"]
             print(f"all 5 candidates, N = {n}: {every['real_time'] / 1e3:.3f} s, kept {every.get('label', '?')}")
     if failed:
         sys.exit(1)

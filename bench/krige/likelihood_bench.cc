@@ -15,7 +15,7 @@
 //   exp(-h / l) with r = l ln 10). compare_likelihood.py runs both, prints
 //   ours / scikit-learn and compares the maxima in scikit-learn's own log
 //   marginal likelihood.
-// BM_LikelihoodAllShapes/N (N = 500, 1000): ZqTrainByLikelihood over the 5
+// BM_LikelihoodEuclideanCandidates/N (N = 500, 1000): ZqTrainByLikelihood over the 5
 //   candidate kernels of the Euclidean distance, as varimo-krige --fit
 //   likelihood trains on CSV files; the label names the kernel kept.
 //
@@ -76,7 +76,7 @@ void BM_LikelihoodOneShape(benchmark::State& state) {
   TrainCopies(state, {&exponential});
 }
 
-void BM_LikelihoodAllShapes(benchmark::State& state) {
+void BM_LikelihoodEuclideanCandidates(benchmark::State& state) {
   const std::vector<ZqKrigeKernel> kernels = ZqLikelihoodCandidates(ZqDistanceClass::Euclidean);
   std::vector<const ZqKrigeKernelBase*> candidates;
   for (const ZqKrigeKernel& kernel : kernels) candidates.push_back(&kernel);
@@ -84,7 +84,7 @@ void BM_LikelihoodAllShapes(benchmark::State& state) {
 }
 
 BENCHMARK(BM_LikelihoodOneShape)->Arg(500)->Arg(1000)->Arg(2000)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(BM_LikelihoodAllShapes)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_LikelihoodEuclideanCandidates)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void Load(const std::string& dir) {
   if (dir.empty()) {

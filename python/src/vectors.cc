@@ -61,7 +61,8 @@ class VectorModel {
     const double* values = y.data();
     py::gil_scoped_release release;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (!Varimo::ZqIsUsableRow(settings_, rows[i]) || !std::isfinite(values[i]) || !model_->AddTraining(rows[i], values[i])) {
+      if (!Varimo::ZqIsUsableRow(settings_, rows[i]) || !std::isfinite(values[i]) ||
+          !model_->AddTraining(rows[i], values[i])) {
         refused.push_back(i);
       }
     }

@@ -84,6 +84,14 @@ def test_kriging_pickles_bit_for_bit():
     for params in ({}, {"local": 20}, {"kernel_fit": "likelihood"}, {"metric": "minmax", "local": 20}):
         model = varimo.Kriging(**params).fit(x[:100], y[:100])
         np.testing.assert_array_equal(pickle.loads(pickle.dumps(model)).predict(x[100:]), model.predict(x[100:]))
+    # A pickle from before a parameter existed takes its default.
+    model = varimo.Kriging(local=20).fit(x[:100], y[:100])
+    state = model.__getstate__()
+    del state["metric"], state["kernel_fit"]
+    old = varimo.Kriging.__new__(varimo.Kriging)
+    old.__setstate__(state)
+    assert old.get_params()["metric"] == "euclidean" and old.get_params()["kernel_fit"] == "variogram"
+    np.testing.assert_array_equal(old.predict(x[100:]), model.predict(x[100:]))
 
 
 def test_neighbours_contributions_and_probabilities(small):

@@ -2,6 +2,7 @@
 through the core's own saved form."""
 
 import collections
+import inspect
 
 from sklearn.base import BaseEstimator, RegressorMixin
 from sklearn.exceptions import NotFittedError
@@ -40,6 +41,11 @@ class CoreEstimator(RegressorMixin, BaseEstimator):
 
     def __setstate__(self, state):
         state = dict(state)
+        # An estimator pickled before a parameter existed behaves as its
+        # default did then.
+        for name, parameter in inspect.signature(type(self).__init__).parameters.items():
+            if name != "self" and name not in state:
+                state[name] = parameter.default
         saved = state.pop("_core_state", None)
         self.__dict__.update(state)
         if saved is not None:

@@ -63,9 +63,12 @@ class Kriging(ChoosingMixin, CoreEstimator):
         self.errors = errors
         self.metric = metric
 
-    def _columns(self, X):
+    def _columns(self, X, training=False):
         """X as floats with the feature columns first and the drift columns
-        last, as the engine reads an element."""
+        last, as the engine reads an element. Under the min-max metric a row
+        with a negative feature is refused in training; elsewhere it becomes
+        a row of NaN, which the model cannot predict, as varimo-krige fails
+        such a query row."""
         names = list(X.columns) if hasattr(X, "columns") else None
         values = np.asarray(X, dtype=float)
         if values.ndim != 2:
@@ -84,10 +87,14 @@ class Kriging(ChoosingMixin, CoreEstimator):
         if self.metric not in _METRICS:
             raise ValueError(f"metric is 'euclidean' or 'minmax', not {self.metric!r}")
         if self.metric == "minmax":
+            counts = values[:, features]
             with np.errstate(invalid="ignore"):
-                negative = np.flatnonzero((values[:, features] < 0).any(axis=1))
-            if len(negative):
+                negative = np.flatnonzero(((counts < 0) & np.isfinite(counts)).any(axis=1))
+            if len(negative) and training:
                 raise ValueError(f"metric='minmax' compares counts, and row {negative[0]} of X has a negative feature")
+            if len(negative):
+                values = values.copy()
+                values[negative] = np.nan
         return np.ascontiguousarray(values[:, features + drift]), len(features), len(drift)
 
     def fit(self, X, y):
@@ -101,7 +108,7 @@ class Kriging(ChoosingMixin, CoreEstimator):
         check_threads(self.threads)
         check_errors(self.errors)
         check_kernel_fit(self.kernel_fit, self.local)
-        values, num_features, num_drift = self._columns(X)
+        values, num_features, num_drift = self._columns(X, training=True)
         y = np.asarray(y, dtype=float)
         if y.ndim != 1 or len(y) != len(values):
             raise ValueError(f"X has {len(values)} rows but y has shape {y.shape}")

@@ -68,6 +68,15 @@ void ZqPredictVectorRows(const ZqKrigeBase<ZqVectorElement>& model, const std::v
   predictions.assign(rows.size(), failed);
   variances.assign(rows.size(), failed);
   const auto* standard = dynamic_cast<const ZqStandardKrigeImpl<ZqVectorElement, ZqVectorStorage>*>(&model);
+  const auto* local = dynamic_cast<const ZqLocalKrigeImpl<ZqVectorElement>*>(&model);
+  // A row the model's distance cannot compare with itself (a negative
+  // count under the min-max distance) is left out here rather than left to
+  // fail on NaN covariances deep in the solve.
+  const ZqKrigeDistanceFxn<ZqVectorElement>* distance =
+      standard ? &standard->GetContainer().GetDistanceFxn() : local ? &local->GetDistanceFxn() : nullptr;
+  auto predictable = [&](const ZqVectorElement& row) {
+    return ZqIsFiniteRow(row) && (distance == nullptr || (*distance)(row, row) == 0.0);
+  };
   // Global models solve blocks of rows at once; blocks of this many keep
   // that gain and let the progress move. A local model solves a system of
   // its own for each row.
@@ -86,7 +95,7 @@ void ZqPredictVectorRows(const ZqKrigeBase<ZqVectorElement>& model, const std::v
         block.clear();
         blockIndex.clear();
         for (std::size_t row = start; row < end; ++row) {
-          if (!ZqIsFiniteRow(rows[row])) continue;
+          if (!predictable(rows[row])) continue;
           block.push_back(rows[row]);
           blockIndex.push_back(row);
         }
@@ -95,7 +104,7 @@ void ZqPredictVectorRows(const ZqKrigeBase<ZqVectorElement>& model, const std::v
           predictions[blockIndex[i]] = blockPredictions[i];
           variances[blockIndex[i]] = blockVariances[i];
         }
-      } else if (ZqIsFiniteRow(rows[start])) {
+      } else if (predictable(rows[start])) {
         const ZqKrigeResult result = model.GetKrigeResult(rows[start]);
         predictions[start] = ZqCalculateResponse(result, failed);
         variances[start] = ZqCalculateVariance(result, failed);

@@ -209,8 +209,6 @@ TEST(RankByLikelihood, DataItCannotFitAreRefusedWithTheReason) {
   EXPECT_TRUE(ZqRankKernelsByLikelihood(DataFor("ordinary"), {}).empty());
 }
 
-// A global model trained by likelihood predicts with the kernel of the fit
-// over the 16 candidates, with the mean's model of its kind.
 // The smallest eigenvalue of 1 - kernel(d) over the distances, with the
 // kernel's sill 1 and nugget 0 at the range given.
 double SmallestEigenvalue(const ZqKrigeKernelBase& shape, const Eigen::MatrixXd& distances, double range) {
@@ -266,8 +264,25 @@ TEST(LikelihoodCandidates, AreCovariancesUnderEveryDistanceOfTheirClass) {
   // distances, and the power kernel of power 4, at ranges the fit searches.
   EXPECT_LT(SmallestEigenvalue(Shape("Gaussian"), tanimoto, 2.0 * tanimoto.maxCoeff()), -1e-3);
   EXPECT_LT(SmallestEigenvalue(ZqKrigePowerKernel(4.0), tanimoto, tanimoto.maxCoeff()), -1e-3);
+  // Nor are the linear and spherical kernels, on every non-empty
+  // fingerprint of 6 bits at range 0.5 (numpy: smallest eigenvalues -0.95
+  // and -0.27), where the candidates are.
+  std::vector<Element> all6;
+  for (unsigned int mask = 1; mask < 64; ++mask) {
+    Element row(6);
+    for (unsigned int b = 0; b < 6; ++b) row[b] = (mask >> b) & 1u;
+    all6.push_back(row);
+  }
+  const Eigen::MatrixXd every = table(all6, ZqMinMaxDistance());
+  EXPECT_LT(SmallestEigenvalue(Shape("Linear"), every, 0.5), -0.1);
+  EXPECT_LT(SmallestEigenvalue(Shape("Spherical"), every, 0.5), -0.1);
+  for (const ZqKrigeKernel& kernel : ZqLikelihoodCandidates(ZqDistanceClass::NegativeType)) {
+    for (const double range : {0.25, 0.5, 1.0}) EXPECT_GT(SmallestEigenvalue(kernel, every, range), 1e-3);
+  }
 }
 
+// A global model trained by likelihood predicts with the kernel of the fit
+// over the default candidates, with the mean's model of its kind.
 TEST(TrainByLikelihood, GlobalModelsTrainWithTheKernelFound) {
   const References& refs = Refs();
   ZqOrdinaryKrige<Element> ordinary(ZqEuclideanDistance(), kError, kMissing, false, ZqKrigeUniqueResponseMethod::Mean);

@@ -446,8 +446,8 @@ TEST(VarimoKrige, ProgressWithoutATotalCountsTheRowsSoFar) {
             "\rvarimo-krige: predicted 512\rvarimo-krige: predicted 768\n");
 }
 
-// --fit likelihood: the kernel of largest likelihood over every candidate,
-// as the library trains it; and with --kernel, that shape alone at the
+// --fit likelihood: the kernel of largest likelihood over the candidates of
+// the Euclidean distance, as the library trains it; and with --kernel, that shape alone at the
 // range and sill where scipy finds the likelihood's maximum
 // (tests/data/krige/make_likelihood_refs.py).
 TEST(VarimoKrige, FitByLikelihood) {
@@ -461,7 +461,8 @@ TEST(VarimoKrige, FitByLikelihood) {
                                               Varimo::ZqKrigeOptions(Varimo::ZqGlobalKrigeOptions()), false);
   for (std::size_t i = 0; i < train.size(); ++i) model->AddTraining(train[i], responses[i]);
   // The candidates that are covariances under the Euclidean distance.
-  const std::vector<Varimo::ZqKrigeKernel> euclidean = Varimo::ZqLikelihoodCandidates(Varimo::ZqDistanceClass::Euclidean);
+  const std::vector<Varimo::ZqKrigeKernel> euclidean =
+      Varimo::ZqLikelihoodCandidates(Varimo::ZqDistanceClass::Euclidean);
   std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
   for (const Varimo::ZqKrigeKernel& kernel : euclidean) candidates.push_back(&kernel);
   ASSERT_TRUE(Varimo::ZqTrainByLikelihood(*model, candidates));
@@ -564,6 +565,18 @@ TEST(VarimoKrige, MinMaxMetric) {
   EXPECT_EQ(ExpectSamePredictions(local, out, 1e-8), 1u);
   ASSERT_EQ(Krige(args + " --local 5 --out " + local).status, 0);
   EXPECT_FALSE(VarimoTest::WithinRelative(std::stod(CsvLines(local)[1][1]), std::stod(lines[1][1]), 1e-6));
+  // With one neighbour the prediction is its response. The query (2, 2) is
+  // nearest to (1, 0) by Euclid (2.24 against 2.83) but to (4, 4) by
+  // min-max (0.5 against 0.75).
+  const std::string ten = Scratch("ten.csv"), one = Scratch("one.csv");
+  VarimoTest::Write(ten, "a,b,y\n1,0,1\n4,4,2\n0,5,3\n6,1,4\n3,7,5\n8,8,6\n0,3.5,7\n5,0,8\n9,3,9\n2,9,10\n");
+  VarimoTest::Write(one, "a,b\n2,2\n");
+  for (const auto& [metric, nearest] : {std::pair<std::string, std::string>{"minmax", "2"}, {"euclidean", "1"}}) {
+    run = Krige("--train " + ten + " --predict " + one + " --response y --kernel Exponential --local 1 --metric " +
+                metric + " --out " + local);
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(CsvLines(local)[1][1], nearest) << metric;
+  }
 
   // Negative values cannot be compared: a training row with one is left out
   // with a message, a query row with one fails.

@@ -65,8 +65,10 @@ element) and predicts the rows of another.
                          columns of the drift; they do not enter the distance
   --kernel NAME          fit only this kernel, named as printed on the kernel line,
                          e.g. Gaussian, Spherical, "StudentT(1.000000000000)",
-                         "Power(1.500)"; by default all 16 candidates are fitted and
-                         the best that gives a usable covariance matrix is kept
+                         "Power(1.500)"; by default all 16 candidates are fitted
+                         (with --fit likelihood, those that are covariances under
+                         the distance) and the best that gives a usable
+                         covariance matrix is kept
   --fit variogram|likelihood  how the kernels' parameters are found: by the least
                          squares fit of each candidate to the experimental
                          variogram (the default), or by the likelihood of the
@@ -119,7 +121,8 @@ columns) of that name.
                          "P(>T)", or the SD field "P(above T)"
   --fallback-kernels     a query the model cannot predict is tried again with the
                          kernels its variogram (or with --fit likelihood, the
-                         likelihood) ranks below the model's (each
+                         likelihood, over its candidates; all of them below a
+                         --kernel that is not one) ranks below the model's (each
                          trained once, when first needed), until one predicts it;
                          a last column (or SD field) "kernel" names the kernel of
                          each row

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <fstream>
 #include <iostream>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -124,7 +123,8 @@ int main(int argc, char** argv) {
     VarimoKrige::Say("left out " + std::to_string(skipped) + " training rows with missing values");
   }
   if (negative > 0) {
-    VarimoKrige::Say("left out " + std::to_string(negative) + " training rows with a negative feature (--metric minmax)");
+    VarimoKrige::Say("left out " + std::to_string(negative) +
+                     " training rows with a negative feature (--metric minmax)");
   }
 
   // Through the const overload, which leaves the model alone: the other one
@@ -155,20 +155,9 @@ int main(int argc, char** argv) {
   std::printf("kernel: %s sill=%s nugget=%s range=%s\n", used.GetName().c_str(), Number(used.GetSill()).c_str(),
               Number(used.GetNugget()).c_str(), Number(used.GetRange()).c_str());
 
-  // A query row the distance cannot read fails as a row with a missing
-  // value does: its coordinates become NaN.
-  std::vector<Element> usable;
-  const std::vector<Element>* queries = &*queryRows;
-  if (args->minMax) {
-    usable = *queryRows;
-    for (Element& x : usable) {
-      if (!Varimo::ZqIsUsableRow(settings, x)) x.assign(x.size(), std::numeric_limits<double>::quiet_NaN());
-    }
-    queries = &usable;
-  }
   std::vector<double> predictions, variances;
-  Progress progress(queries->size(), !args->quiet);
-  Varimo::ZqPredictVectorRows(*model, *queries, 1, predictions, variances,
+  Progress progress(queryRows->size(), !args->quiet);
+  Varimo::ZqPredictVectorRows(*model, *queryRows, 1, predictions, variances,
                               [&](std::size_t done) { progress.Update(done); });
   progress.Finish();
 

@@ -103,9 +103,10 @@ enum class ZqDistanceClass {
 // every finite set of elements under every distance of the class.
 //
 // The likelihood compares models of the responses, and is a fair judge
-// only among models that are models: a kernel that is not a covariance
-// under the distance (the bounded ones, linear, spherical and power, on
-// molecules) may still factorise on the training set, win on the
+// only among models that are models: a kernel that is not known to be a
+// covariance under the distance (on molecules the Gaussian and the bounded
+// ones: linear, spherical, power; some are not, on some sets of
+// fingerprints) may still factorise on the training set, win on the
 // likelihood of a few hundred responses, and then give queries variances
 // outside [nugget, sill] or rank them poorly for the next experiment.
 //

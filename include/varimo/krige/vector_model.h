@@ -68,8 +68,9 @@ bool ZqIsUsableRow(const ZqVectorKrigeSettings& settings, const ZqVectorElement&
 // const calls: a global model solves blocks of 256 rows at once, a local
 // one row by row; blocks or rows are shared among `threads` threads, with
 // the BLAS single-threaded for any count (varimo/numerics/dense_algebra.h),
-// and the numbers are the same for any count. A row that is not finite, and
-// every row of an untrained model, gets the model's error value in both.
+// and the numbers are the same for any count. A row that is not finite or
+// not usable under the model's distance (ZqIsUsableRow), and every row of an
+// untrained model, gets the model's error value in both.
 // `progress`, when set, is called on the calling thread with the rows done.
 void ZqPredictVectorRows(const ZqKrigeBase<ZqVectorElement>& model, const std::vector<ZqVectorElement>& rows,
                          unsigned int threads, std::vector<double>& predictions, std::vector<double>& variances,

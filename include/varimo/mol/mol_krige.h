@@ -223,7 +223,8 @@ class ZqMolKrige {
   bool Train(ZqKrigeKernelBase& kernel) { return impl_->Train(kernel); }
   bool TrainFixed(const ZqKrigeKernelBase& kernel) { return impl_->TrainFixed(kernel); }
   // Trains a global model with the kernel of largest likelihood among
-  // `candidates` (all when empty) that factorises, `ranking` receiving the
+  // `candidates` (when empty, those that are covariances on molecules:
+  // ZqLikelihoodCandidates(ZqDistanceClass::NegativeType)) that factorises, `ranking` receiving the
   // fitted candidates from the largest likelihood down; false, with a
   // warning, for a local model, data that cannot be fitted, or no kernel
   // that trains (ZqTrainByLikelihood).

@@ -122,7 +122,8 @@ class ZqMolModel {
 
   // For a query the model cannot predict: the first valid result of the
   // kernels its variogram (or, fitted by likelihood, the likelihood over
-  // its default candidates) ranks below its own, each trained once on the same
+  // its default candidates, all of them below a named kernel that is not
+  // one) ranks below its own, each trained once on the same
   // records when first needed (a global model's other candidates); an
   // invalid result when none gives one, or for a local model, which walks
   // its kernels for every query already. May run concurrently.
