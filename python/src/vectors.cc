@@ -10,7 +10,6 @@
 #include "conversions.h"
 #include "varimo/krige/applicability_domain.h"
 #include "varimo/krige/cross_validation.h"
-#include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/vector_model.h"
 
 namespace VarimoPython {
@@ -74,12 +73,10 @@ class VectorModel {
   // and --fit.
   bool Train() {
     if (byLikelihood_) {
-      std::vector<Varimo::ZqKrigeKernel> kernels = Varimo::ZqVectorLikelihoodCandidates(settings_);
-      if (!kernel_.empty()) kernels = {CandidateKernel(kernel_)};
-      std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
-      for (const Varimo::ZqKrigeKernel& kernel : kernels) candidates.push_back(&kernel);
+      std::optional<Varimo::ZqKrigeKernel> kernel;
+      if (!kernel_.empty()) kernel.emplace(CandidateKernel(kernel_));
       py::gil_scoped_release release;
-      trained_ = Varimo::ZqTrainByLikelihood(*model_, candidates);
+      trained_ = Varimo::ZqTrainVectorByLikelihood(*model_, settings_, kernel ? &*kernel : nullptr);
       return trained_;
     }
     if (kernel_.empty()) {

@@ -8,6 +8,7 @@
 #include "varimo/numerics/dense_algebra.h"
 
 #include "varimo/krige/kd_tree_search.h"
+#include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/minmax_distance.h"
 
 namespace Varimo {
@@ -45,6 +46,18 @@ std::vector<ZqKrigeKernel> ZqVectorLikelihoodCandidates(const ZqVectorKrigeSetti
   return ZqLikelihoodCandidates(settings.metric == ZqVectorKrigeSettings::Metric::Euclidean
                                     ? ZqDistanceClass::Euclidean
                                     : ZqDistanceClass::NegativeType);
+}
+
+bool ZqTrainVectorByLikelihood(ZqKrigeBase<ZqVectorElement>& model, const ZqVectorKrigeSettings& settings,
+                               const ZqKrigeKernelBase* kernel) {
+  const std::vector<ZqKrigeKernel> defaults = ZqVectorLikelihoodCandidates(settings);
+  std::vector<const ZqKrigeKernelBase*> candidates;
+  if (kernel != nullptr) {
+    candidates.push_back(kernel);
+  } else {
+    for (const ZqKrigeKernel& candidate : defaults) candidates.push_back(&candidate);
+  }
+  return ZqTrainByLikelihood(model, candidates);
 }
 
 bool ZqIsUsableRow(const ZqVectorKrigeSettings& settings, const ZqVectorElement& row) {

@@ -18,7 +18,6 @@
 #ifdef VARIMO_KRIGE_MOLECULES
 #include "mol_modes.h"
 #endif
-#include "varimo/krige/likelihood_training.h"
 #include "varimo/krige/vector_model.h"
 
 namespace {
@@ -136,14 +135,7 @@ int main(int argc, char** argv) {
   }
   bool trained = false;
   if (args->fit == "likelihood") {
-    const std::vector<Varimo::ZqKrigeKernel> defaults = Varimo::ZqVectorLikelihoodCandidates(settings);
-    std::vector<const Varimo::ZqKrigeKernelBase*> candidates;
-    if (kernel) {
-      candidates.push_back(&*kernel);
-    } else {
-      for (const Varimo::ZqKrigeKernel& candidate : defaults) candidates.push_back(&candidate);
-    }
-    trained = Varimo::ZqTrainByLikelihood(*model, candidates);
+    trained = Varimo::ZqTrainVectorByLikelihood(*model, settings, kernel ? &*kernel : nullptr);
   } else {
     trained = kernel ? model->Train(*kernel) : model->Train();
   }

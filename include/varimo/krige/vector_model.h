@@ -59,6 +59,12 @@ bool ZqIsFiniteRow(const ZqVectorElement& row);
 // under the Euclidean distance, without them under the min-max one.
 std::vector<ZqKrigeKernel> ZqVectorLikelihoodCandidates(const ZqVectorKrigeSettings& settings);
 
+// Trains a global model of the settings by likelihood (ZqTrainByLikelihood)
+// over `kernel` alone, or without one over ZqVectorLikelihoodCandidates:
+// as varimo-krige --fit likelihood and the Python package's Kriging train.
+bool ZqTrainVectorByLikelihood(ZqKrigeBase<ZqVectorElement>& model, const ZqVectorKrigeSettings& settings,
+                               const ZqKrigeKernelBase* kernel = nullptr);
+
 // Whether a model of the settings can train on and predict the row: a
 // finite row, whose coordinates are also non-negative under the min-max
 // distance. The drift values are not coordinates and may be negative.
